@@ -1,0 +1,12 @@
+// OvXmlLib6: XML data-binding run-time library. This umbrella header brings in the whole public
+// API of the namespaces OvXmlLib6 and OvXmlLib6Data.
+#ifndef OVXMLLIB6_H
+#define OVXMLLIB6_H
+
+#include "OvXmlLib6/core/CriticalSection.h"
+#include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/core/Export.h"
+#include "OvXmlLib6/core/InstanceMonitor.h"
+#include "OvXmlLib6/types/BinaryData.h"
+
+#endif  // OVXMLLIB6_H
