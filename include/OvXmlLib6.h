@@ -8,5 +8,7 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/xml/CharEncoding.h"
+#include "OvXmlLib6/xml/Compression.h"
 
 #endif  // OVXMLLIB6_H
