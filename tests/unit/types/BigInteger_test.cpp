@@ -82,8 +82,10 @@ TEST(CBigInteger, ConstructsFromMachineValues) {
   EXPECT_EQ(Str(CBigInteger::MAX_DOUBLE).size(), 309u);
   EXPECT_EQ(Str(CBigInteger::MAX_DOUBLE).substr(0, 10), "1797693134");
   EXPECT_EQ(CBigInteger::MIN_DOUBLE, -CBigInteger::MAX_DOUBLE);
-  EXPECT_THROW(CBigInteger(std::numeric_limits<double>::infinity()), COvInvalidValueException);
-  EXPECT_THROW(CBigInteger(std::numeric_limits<double>::quiet_NaN()), COvInvalidValueException);
+  EXPECT_THROW((void)CBigInteger(std::numeric_limits<double>::infinity()),
+               COvInvalidValueException);
+  EXPECT_THROW((void)CBigInteger(std::numeric_limits<double>::quiet_NaN()),
+               COvInvalidValueException);
   EXPECT_EQ(Str(CBigInteger::Pow10(0)), "1");
   EXPECT_EQ(Str(CBigInteger::Pow10(25)), "1" + std::string(25, '0'));
 }

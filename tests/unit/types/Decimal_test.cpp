@@ -123,7 +123,7 @@ TEST(CDecimal, ConvertsFromDoubleThroughThirteenDecimals) {
   EXPECT_EQ(Str(1e-14), "0");
   EXPECT_EQ(Str(1e20), "100000000000000000000");
   EXPECT_EQ(CDecimal(std::numeric_limits<double>::max()).ToBigInteger(), CBigInteger::MAX_DOUBLE);
-  EXPECT_EQ(MessageOf([] { CDecimal(std::numeric_limits<double>::infinity()); }),
+  EXPECT_EQ(MessageOf([] { (void)CDecimal(std::numeric_limits<double>::infinity()); }),
             InvalidChar(0, "inf\n"));
 }
 
