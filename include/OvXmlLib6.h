@@ -8,5 +8,8 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/types/DateTime.h"
+#include "OvXmlLib6/types/DateTimeSpan.h"
+#include "OvXmlLib6/types/SystemTime.h"
 
 #endif  // OVXMLLIB6_H
