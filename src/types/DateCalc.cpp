@@ -152,16 +152,25 @@ void ShiftToUtc(DateFields& fields, unsigned fieldBits, std::int64_t offsetMinut
   AddSpan(fields, fieldBits, offset, offsetMinutes > 0);
 }
 
-char* WriteDigits(char* out, std::uint64_t value, int width) {
-  char reversed[20];
-  int count = 0;
-  do {
-    reversed[count++] = static_cast<char>('0' + value % 10);
+char* WriteDigitsSlow(char* out, std::uint64_t value, int width) {
+  int digits = 1;
+  for (std::uint64_t rest = value / 10; rest != 0; rest /= 10) ++digits;
+  for (int i = digits; i < width; ++i) *out++ = '0';
+  char* const end = out + digits;
+  char* p = end;
+  // Two digits per division while the value is large.
+  while (value >= 100) {
+    const unsigned pair = static_cast<unsigned>(value % 100);
+    value /= 100;
+    *--p = static_cast<char>('0' + pair % 10);
+    *--p = static_cast<char>('0' + pair / 10);
+  }
+  if (value >= 10) {
+    *--p = static_cast<char>('0' + value % 10);
     value /= 10;
-  } while (value != 0);
-  for (int i = count; i < width; ++i) *out++ = '0';
-  while (count > 0) *out++ = reversed[--count];
-  return out;
+  }
+  *--p = static_cast<char>('0' + value);
+  return end;
 }
 
 char* WriteFraction(char* out, unsigned milli, unsigned micro, unsigned nano) {

@@ -95,7 +95,34 @@ struct CDateTimeAccess {
 const char* TypeName(CDateTime::DTType type);
 
 // Writes `value` in decimal, zero-filled to at least `width` digits; returns the end.
-char* WriteDigits(char* out, std::uint64_t value, int width);
+char* WriteDigitsSlow(char* out, std::uint64_t value, int width);
+// The same, with the printer's common cases (two to four digits that fit the width) inline.
+inline char* WriteDigits(char* out, std::uint64_t value, int width) {
+  const unsigned v = static_cast<unsigned>(value);
+  if (width <= 1 && value < 10) {
+    out[0] = static_cast<char>('0' + v);
+    return out + 1;
+  }
+  if (width <= 2 && value < 100) {
+    out[0] = static_cast<char>('0' + v / 10);
+    out[1] = static_cast<char>('0' + v % 10);
+    return out + 2;
+  }
+  if (width == 3 && value < 1000) {
+    out[0] = static_cast<char>('0' + v / 100);
+    out[1] = static_cast<char>('0' + v / 10 % 10);
+    out[2] = static_cast<char>('0' + v % 10);
+    return out + 3;
+  }
+  if (width == 4 && value < 10000) {
+    out[0] = static_cast<char>('0' + v / 1000);
+    out[1] = static_cast<char>('0' + v / 100 % 10);
+    out[2] = static_cast<char>('0' + v / 10 % 10);
+    out[3] = static_cast<char>('0' + v % 10);
+    return out + 4;
+  }
+  return WriteDigitsSlow(out, value, width);
+}
 // Writes "." and the fraction groups that are needed, trailing zeros of the last one dropped;
 // nothing when all three are zero. At most 1 + 3 * 5 characters.
 char* WriteFraction(char* out, unsigned milli, unsigned micro, unsigned nano);

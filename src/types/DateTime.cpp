@@ -100,6 +100,38 @@ CDateTime::DTCompareResult CompareZoneless(CDateTime::DTType typeZ, const DateFi
   return CDateTime::DTCompare_Indeterminate;
 }
 
+// The first time field out of its range (or present in a kind without time), with its message.
+[[noreturn]] void ThrowTimeFieldError(bool hasTime, const DateFields& f, const char* name) {
+  struct TimeField {
+    std::int64_t value;
+    std::int64_t max;
+    const char* rangeFormat;
+    const char* kindFormat;
+  };
+  const TimeField timeFields[] = {
+      {f.hour, 23, "Invalid Hour [%lld] (0 <= hour <= 23)", "Invalid Hour [%lld] for type %s"},
+      {f.minute, 59, "Invalid Minute [%lld] (0 <= minute <= 59)",
+       "Invalid Minute [%lld] for type %s"},
+      {f.second, 59, "Invalid Second [%lld] (0 <= second <= 59)",
+       "Invalid Second [%lld] for type %s"},
+      {f.milliSecond, 999, "Invalid Milli-Second [%lld] (0 <= milli <= 999)",
+       "Invalid Milli-Second [%lld] for type %s"},
+      {f.microSecond, 999, "Invalid Micro-Second [%lld] (0 <= micro <= 999)",
+       "Invalid Micro-Second [%lld] for type %s"},
+      {f.nanoSecond, 999, "Invalid Nano-Second [%lld] (0 <= nano <= 999)",
+       "Invalid Nano-Second [%lld] for type %s"},
+  };
+  for (const TimeField& field : timeFields) {
+    if (hasTime && field.value > field.max) {
+      ThrowValue(FormatString(field.rangeFormat, L(field.value)));
+    }
+    if (!hasTime && field.value != 0) {
+      ThrowValue(FormatString(field.kindFormat, L(field.value), name));
+    }
+  }
+  ThrowValue("Invalid time");  // not reached: the caller found a field in error
+}
+
 }  // namespace
 
 namespace detail {
@@ -164,34 +196,12 @@ void CDateTimeAccess::ValidateFields(CDateTime::DTType type, const DateFields& f
     ThrowValue(FormatString("Invalid Day [%lld] for type %s", L(f.day), name));
   }
 
-  struct TimeField {
-    std::int64_t value;
-    std::int64_t max;
-    const char* rangeFormat;
-    const char* kindFormat;
-  };
-  const TimeField timeFields[] = {
-      {f.hour, 23, "Invalid Hour [%lld] (0 <= hour <= 23)", "Invalid Hour [%lld] for type %s"},
-      {f.minute, 59, "Invalid Minute [%lld] (0 <= minute <= 59)",
-       "Invalid Minute [%lld] for type %s"},
-      {f.second, 59, "Invalid Second [%lld] (0 <= second <= 59)",
-       "Invalid Second [%lld] for type %s"},
-      {f.milliSecond, 999, "Invalid Milli-Second [%lld] (0 <= milli <= 999)",
-       "Invalid Milli-Second [%lld] for type %s"},
-      {f.microSecond, 999, "Invalid Micro-Second [%lld] (0 <= micro <= 999)",
-       "Invalid Micro-Second [%lld] for type %s"},
-      {f.nanoSecond, 999, "Invalid Nano-Second [%lld] (0 <= nano <= 999)",
-       "Invalid Nano-Second [%lld] for type %s"},
-  };
   const bool hasTime = IsKindIn(type, kTimeKinds);
-  for (const TimeField& field : timeFields) {
-    if (hasTime) {
-      if (field.value < 0 || field.value > field.max) {
-        ThrowValue(FormatString(field.rangeFormat, L(field.value)));
-      }
-    } else if (field.value != 0) {
-      ThrowValue(FormatString(field.kindFormat, L(field.value), name));
-    }
+  if (hasTime ? (f.hour > 23 || f.minute > 59 || f.second > 59 || f.milliSecond > 999 ||
+                 f.microSecond > 999 || f.nanoSecond > 999)
+              : (f.hour != 0 || f.minute != 0 || f.second != 0 || f.milliSecond != 0 ||
+                 f.microSecond != 0 || f.nanoSecond != 0)) {
+    ThrowTimeFieldError(hasTime, f, name);
   }
 }
 
