@@ -75,7 +75,8 @@ TEST(CSmartPtr, MoveTransfersWithoutCounting) {
   c = std::move(b);
   EXPECT_EQ(raw->Count(), 1);
   EXPECT_EQ(b, nullptr);
-  c = std::move(c);
+  CSmartPtr<CCounted>& same = c;  // through a reference, to test self-move on purpose
+  c = std::move(same);
   EXPECT_EQ(raw->Count(), 1);
   c = nullptr;
   EXPECT_TRUE(destroyed);
@@ -91,7 +92,8 @@ TEST(CSmartPtr, AssignmentReleasesThePreviousObject) {
   EXPECT_EQ(second->Count(), 1);
   // Assigning the object the pointer already holds must not delete it on the way.
   p = second;
-  p = p;
+  CSmartPtr<CCounted>& same = p;
+  p = same;
   EXPECT_FALSE(secondDestroyed);
   EXPECT_EQ(second->Count(), 1);
   CSmartPtr<CCounted> other;
