@@ -107,6 +107,8 @@ TEST(CSmartPtr, ConvertsFromDerivedSmartPointers) {
   CSmartPtr<CCounted> base(derived);
   EXPECT_EQ(derived->Count(), 2);
   EXPECT_TRUE(base == derived.get());
+  EXPECT_TRUE(base == derived);
+  EXPECT_FALSE(derived != base);
   CSmartPtr<CCounted> assigned;
   assigned = derived;
   EXPECT_EQ(derived->Count(), 3);
