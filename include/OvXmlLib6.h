@@ -10,5 +10,8 @@
 #include "OvXmlLib6/types/BinaryData.h"
 #include "OvXmlLib6/xml/CharEncoding.h"
 #include "OvXmlLib6/xml/Compression.h"
+#include "OvXmlLib6/xml/XmlAttribute.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
+#include "OvXmlLib6/xml/XmlElement.h"
 
 #endif  // OVXMLLIB6_H
