@@ -45,17 +45,25 @@ void AsyncFromXmlFile(bool on) { g_asyncFromXmlFile = on; }
 
 bool IsAsyncFromXmlFile() { return g_asyncFromXmlFile; }
 
-CXmlDocument::CXmlDocument() : CXmlDocument(nullptr) {}
+CXmlDocument::CXmlDocument()
+    : CXmlDocument(nullptr, CXmlSerializationContext::GetDefaultContext()) {}
+
+CXmlDocument::CXmlDocument(const CXmlSerializationContext& context)
+    : CXmlDocument(nullptr, context) {}
 
 CXmlDocument::CXmlDocument(ElementCompletedCallback callback)
+    : CXmlDocument(callback, CXmlSerializationContext::GetDefaultContext()) {}
+
+CXmlDocument::CXmlDocument(ElementCompletedCallback callback,
+                           const CXmlSerializationContext& context)
     : CInstanceMonitor("CXmlDocument"),
       m_store(new detail::CTreeStore(this)),
       m_documentElement(nullptr),
       m_input(nullptr),
       m_inputLength(0),
-      m_schemaType(0),
+      m_schemaType(context.GetSchemaType()),
       m_callback(callback),
-      m_context(nullptr) {}
+      m_context(&context) {}
 
 CXmlDocument::~CXmlDocument() { CXmlDocument::Cleanup(); }
 
@@ -80,6 +88,7 @@ void CXmlDocument::Init() {
   m_documentElement = nullptr;
   m_store->file.reset();
   m_store->ResetEncoder();
+  m_schemaType = m_context->GetSchemaType();
 }
 
 std::string CXmlDocument::LookupNamespaceFromAlias(const char* prefix) const {
@@ -206,7 +215,7 @@ bool CXmlDocument::ReadChunkFromFile(unsigned char* buffer) {
 
 void CXmlDocument::AsyncParse(bool last) {
   detail::CTreeStore& store = *m_store;
-  CExpatReader reader(this, m_schemaType != 2, !StripCDATA());
+  CExpatReader reader(this, m_schemaType != SchemaType_DTD, !m_context->GetStripCDATA());
   store.spareBuffer.reset(new unsigned char[kChunkSize]);
   std::uint32_t length = store.readLength;
   while (!last) {
@@ -258,11 +267,9 @@ void CXmlDocument::ParseText() {
 }
 
 void CXmlDocument::ParseTextBlock(const unsigned char* data, std::size_t length) {
-  CExpatReader reader(this, m_schemaType != 2, !StripCDATA());
+  CExpatReader reader(this, m_schemaType != SchemaType_DTD, !m_context->GetStripCDATA());
   reader.Parse(data, length, true);
 }
-
-bool CXmlDocument::StripCDATA() const { return true; }
 
 // ---- Tree building -------------------------------------------------------------------------
 

@@ -12,8 +12,10 @@
 #ifndef OVXMLLIB6_XML_XMLDOCUMENT_H
 #define OVXMLLIB6_XML_XMLDOCUMENT_H
 
+#include "OvXmlLib6/core/Enums.h"
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
+#include "OvXmlLib6/core/SerializationContext.h"
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 
@@ -24,8 +26,6 @@
 #include <vector>
 
 namespace OvXmlLib6 {
-
-class CXmlSerializationContext;
 
 // When on, Load reads files in 128 KiB chunks, one chunk ahead of an incremental parse, so that
 // only the tree and a few buffers are held; such files are parsed as XML text only (no
@@ -40,7 +40,9 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   // element. Returning true for the document element has no effect.
   using ElementCompletedCallback = bool (*)(CXmlElement*);
 
-  // Without a context the process-wide default context applies.
+  // Without a context the process-wide default context applies. The context must outlive the
+  // document; its schema type is read again at each load (SchemaType_DTD: a parser without
+  // namespace processing) and its StripCDATA flag decides how CDATA sections reach the text.
   CXmlDocument();
   explicit CXmlDocument(const CXmlSerializationContext& context);
   explicit CXmlDocument(ElementCompletedCallback callback);
@@ -99,7 +101,6 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   CXmlElement* AddElement(const detail::CXmlName* name);
   void ParseTextBlock(const unsigned char* data, std::size_t length);
   bool ParseFastInfoset();
-  bool StripCDATA() const;
   void LoadFileWhole(const char* fileName);
   void LoadFileAsync(const char* fileName);
 
@@ -111,7 +112,7 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   const unsigned char* m_input;
   std::uint32_t m_inputLength;
   std::unique_ptr<unsigned char[]> m_ownedInput;
-  int m_schemaType;
+  SchemaType m_schemaType;
   ElementCompletedCallback m_callback;
   const CXmlSerializationContext* m_context;
 };
