@@ -52,6 +52,12 @@ CExpatReader::CExpatReader(CXmlDocument* document, bool namespaces, bool keepCDA
 
 CExpatReader::~CExpatReader() {
   if (m_parser != nullptr) XML_ParserFree(m_parser);
+  // After a failure the partial tree keeps the text its open elements had received.
+  try {
+    m_document->FlushOpenText();
+  } catch (...) {
+    // Out of memory while keeping partial text: that text is lost, the failure itself goes on.
+  }
 }
 
 void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
@@ -165,22 +171,25 @@ void CExpatReader::OnStartElement(const char* name, const char** attributes) {
   for (std::size_t i = 0; i < count; ++i) {
     const detail::CXmlName* attributeName = m_store->InternParserName(attributes[2 * i]);
     const char* value = attributes[2 * i + 1];
-    std::string converted;
-    Convert(value, std::strlen(value), converted);
-    // The list has room for every attribute, so the push cannot throw.
-    element->m_attributes->push_back(m_store->NewAttribute(attributeName, std::move(converted)));
+    const std::size_t length = std::strlen(value);
+    std::uintptr_t text;
+    if (IsPlainAscii(value, length)) {
+      text = m_store->NewText(value, length);
+    } else {
+      Convert(value, length, m_scratch);
+      text = m_store->NewText(m_scratch.data(), m_scratch.size());
+    }
+    // The list has room for every attribute.
+    m_store->AddToAttributeList(element->m_attributes, m_store->NewAttribute(attributeName, text));
   }
 }
 
 void CExpatReader::OnCharacterData(const char* text, std::size_t length) {
-  if (m_document->m_elementStack.empty()) return;
-  CXmlElement* element = m_document->m_elementStack.back();
   if (IsPlainAscii(text, length)) {
-    element->AppendText(text, static_cast<int>(length));
+    m_document->AppendOpenText(text, length, true);
   } else {
     Convert(text, length, m_scratch);
-    CXmlDocument::AppendTextExcludingCR(element, m_scratch.data(),
-                                        static_cast<std::uint32_t>(m_scratch.size()));
+    m_document->AppendOpenText(m_scratch.data(), m_scratch.size(), false);
   }
 }
 

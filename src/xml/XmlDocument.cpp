@@ -71,7 +71,6 @@ void CXmlDocument::Cleanup() {
   m_store->Clear(m_documentElement);
   m_documentElement = nullptr;
   m_elementStack.clear();
-  m_store->previousSiblings.clear();
   m_aliases.clear();
   m_ownedInput.reset();
   m_input = nullptr;
@@ -190,7 +189,6 @@ void CXmlDocument::LoadFileAsync(const char* fileName) {
 
   int error = port::IFileSystem::Current().OpenRead(fileName, store.file);
   if (error != 0) throw COvException(FormatString(kOpenFailed, fileName, error));
-  store.fileName = fileName;
   store.bytesRead = 0;
   store.readBuffer.reset(new unsigned char[kChunkSize]);
   if (ReadChunkFromFile(store.readBuffer.get())) {
@@ -284,16 +282,43 @@ CXmlElement* CXmlDocument::AddElement(const detail::CXmlName* name) {
     CXmlElement* parent = m_elementStack.back();
     element = m_store->NewElement(name);
     previous = parent->m_lastChild;
-    if (previous == nullptr) {
-      parent->m_firstChild = element;
-    } else {
-      previous->m_next = element;
-    }
-    parent->m_lastChild = element;
+    parent->LinkLastChild(element);
   }
   m_elementStack.push_back(element);
   m_store->previousSiblings.push_back(previous);
+  if (m_store->pendingText.size() < m_elementStack.size()) m_store->pendingText.emplace_back();
   return element;
+}
+
+void CXmlDocument::AppendOpenText(const char* text, std::size_t length, bool plain) {
+  if (m_elementStack.empty()) return;
+  std::string& pending = m_store->pendingText[m_elementStack.size() - 1];
+  if (plain) {
+    pending.append(text, length);
+    return;
+  }
+  const char* end = static_cast<const char*>(std::memchr(text, '\0', length));
+  if (end == nullptr) end = text + length;
+  while (text < end) {
+    const char* cr = static_cast<const char*>(std::memchr(text, '\r', end - text));
+    const char* runEnd = cr != nullptr ? cr : end;
+    pending.append(text, runEnd - text);
+    text = cr != nullptr ? cr + 1 : end;
+  }
+}
+
+namespace {
+// Buffers larger than this are given back once their text has moved into its element.
+constexpr std::size_t kKeptPendingCapacity = 64 * 1024;
+}  // namespace
+
+void CXmlDocument::FlushOpenText() {
+  for (std::size_t depth = 0; depth < m_elementStack.size(); ++depth) {
+    std::string& pending = m_store->pendingText[depth];
+    if (pending.empty()) continue;
+    m_store->AppendText(m_elementStack[depth]->m_text, pending.data(), pending.size());
+    pending.clear();
+  }
 }
 
 CXmlElement* CXmlDocument::AddDocElement(const char* namespaceURI, const char* localName) {
@@ -334,6 +359,12 @@ void CXmlDocument::EndElement() {
   if (m_elementStack.empty()) return;
   CXmlElement* element = m_elementStack.back();
   CXmlElement* previous = m_store->previousSiblings.back();
+  std::string& pending = m_store->pendingText[m_elementStack.size() - 1];
+  if (!pending.empty()) {
+    m_store->AppendText(element->m_text, pending.data(), pending.size());
+    pending.clear();
+    if (pending.capacity() > kKeptPendingCapacity) std::string().swap(pending);
+  }
   m_elementStack.pop_back();
   m_store->previousSiblings.pop_back();
   if (m_callback == nullptr || !m_callback(element)) return;
@@ -341,12 +372,7 @@ void CXmlDocument::EndElement() {
   if (m_elementStack.empty()) return;
   // The element is its parent's last child; `previous` was the last child before it.
   CXmlElement* parent = m_elementStack.back();
-  parent->m_lastChild = previous;
-  if (previous == nullptr) {
-    parent->m_firstChild = nullptr;
-  } else {
-    previous->m_next = nullptr;
-  }
+  parent->UnlinkLastChild(previous);
   m_store->DestroySubtree(element);
 }
 

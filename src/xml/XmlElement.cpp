@@ -3,7 +3,6 @@
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "xml/TreeStore.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace OvXmlLib6 {
@@ -16,10 +15,10 @@ const std::string kEmpty;
 CXmlElement::CXmlElement(const detail::CXmlName* name)
     : CInstanceMonitor("CXmlElement"),
       m_name(name),
-      m_next(nullptr),
-      m_firstChild(nullptr),
+      m_next(kEndOfSiblings),
       m_lastChild(nullptr),
-      m_attributes(nullptr) {}
+      m_attributes(0),
+      m_text(0) {}
 
 CXmlElement::CXmlElement(const CXmlDocument* document)
     : CXmlElement(document->m_store->EmptyName()) {}
@@ -27,16 +26,19 @@ CXmlElement::CXmlElement(const CXmlDocument* document)
 CXmlElement::~CXmlElement() = default;
 
 const std::vector<CXmlAttribute*>& CXmlElement::GetAttributes() const {
-  return m_attributes != nullptr ? *m_attributes : kNoAttributes;
+  return m_attributes != 0 ? m_name->store->AttributeVector(m_attributes) : kNoAttributes;
+}
+
+const std::string& CXmlElement::GetText() const {
+  return m_text != 0 ? m_name->store->TextString(m_text) : kEmpty;
 }
 
 const std::string& CXmlElement::GetAttribute(const std::string& localName,
                                              const std::string& namespaceURI) const {
-  if (m_attributes != nullptr) {
-    for (const CXmlAttribute* attribute : *m_attributes) {
-      if (attribute->GetLocalName() == localName && attribute->GetNamespaceURI() == namespaceURI) {
-        return attribute->GetValue();
-      }
+  CXmlAttribute* const* items = detail::CTreeStore::AttributeItems(m_attributes);
+  for (std::size_t i = 0, n = detail::CTreeStore::AttributeCount(m_attributes); i < n; ++i) {
+    if (items[i]->GetLocalName() == localName && items[i]->GetNamespaceURI() == namespaceURI) {
+      return items[i]->GetValue();
     }
   }
   return kEmpty;
@@ -56,53 +58,53 @@ void CXmlElement::AppendText(const char* text) {
 
 void CXmlElement::AppendText(const char* text, int length) {
   if (text == nullptr || length <= 0) return;
-  const std::size_t size = m_text.size() + static_cast<std::size_t>(length);
-  // Many small pieces (the parser delivers each line separately) grow the text by doubling.
-  if (!m_text.empty() && m_text.capacity() < size) {
-    m_text.reserve(std::max(2 * m_text.capacity(), size));
+  const char* end = static_cast<const char*>(std::memchr(text, '\0', length));
+  m_name->store->AppendText(m_text, text, end != nullptr ? end - text : length);
+}
+
+void CXmlElement::LinkLastChild(CXmlElement* child) {
+  if (m_lastChild == nullptr) {
+    child->m_next = reinterpret_cast<std::uintptr_t>(child) | kEndOfSiblings;
+  } else {
+    child->m_next = m_lastChild->m_next;  // the link back to the first child
+    m_lastChild->m_next = reinterpret_cast<std::uintptr_t>(child);
   }
-  m_text.append(text, static_cast<std::size_t>(length));
+  m_lastChild = child;
+}
+
+void CXmlElement::UnlinkLastChild(CXmlElement* previous) {
+  CXmlElement* last = m_lastChild;
+  if (previous != nullptr) previous->m_next = last->m_next;
+  m_lastChild = previous;
+  last->m_next = kEndOfSiblings;
 }
 
 CXmlElement* CXmlElement::CreateNewChildElement() {
   CXmlElement* child = m_name->store->NewElement(m_name->store->EmptyName());
-  if (m_lastChild == nullptr) {
-    m_firstChild = child;
-  } else {
-    m_lastChild->m_next = child;
-  }
-  m_lastChild = child;
+  LinkLastChild(child);
   return child;
 }
 
 CXmlElement* CXmlElement::RemoveLastChildElement() {
   CXmlElement* last = m_lastChild;
   if (last == nullptr) return nullptr;
-  if (m_firstChild == last) {
-    m_firstChild = m_lastChild = nullptr;
-    return last;
+  CXmlElement* previous = nullptr;
+  CXmlElement* first = Untag(last->m_next);
+  if (first != last) {
+    previous = first;
+    while (Untag(previous->m_next) != last) previous = Untag(previous->m_next);
   }
-  CXmlElement* before = m_firstChild;
-  while (before->m_next != last) before = before->m_next;
-  before->m_next = nullptr;
-  m_lastChild = before;
+  UnlinkLastChild(previous);
   return last;
 }
 
 void CXmlElement::AddAttribute(const std::string& localName, const std::string& value,
                                const std::string& namespaceURI) {
   detail::CTreeStore* store = m_name->store;
-  CXmlAttribute* attribute = store->NewAttribute(store->Intern(namespaceURI, localName), value);
-  if (m_attributes == nullptr) {
-    try {
-      m_attributes = store->NewAttributeList(4);
-    } catch (...) {
-      store->ReleaseAttribute(attribute);
-      throw;
-    }
-  }
+  const detail::CXmlName* name = store->Intern(namespaceURI, localName);
+  CXmlAttribute* attribute = store->NewAttribute(name, store->NewText(value.data(), value.size()));
   try {
-    m_attributes->push_back(attribute);
+    store->AddToAttributeList(m_attributes, attribute);
   } catch (...) {
     store->ReleaseAttribute(attribute);
     throw;

@@ -7,6 +7,7 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 
+#include <cstdint>
 #include <string>
 
 namespace OvXmlLib6 {
@@ -34,7 +35,7 @@ struct CXmlName {
 
 class OVXML_API CXmlAttribute : private CInstanceMonitor {
  public:
-  // The document owns the storage of its attributes; destroying one releases only its value.
+  // The document owns the storage of its attributes, the values included, and releases it.
   virtual ~CXmlAttribute();
   CXmlAttribute(const CXmlAttribute& other) = default;
   CXmlAttribute& operator=(const CXmlAttribute& other) = default;
@@ -43,7 +44,7 @@ class OVXML_API CXmlAttribute : private CInstanceMonitor {
   // Empty when the attribute is unqualified.
   const std::string& GetNamespaceURI() const { return m_name->namespaceURI; }
   // In the library's internal character encoding.
-  const std::string& GetValue() const { return m_value; }
+  const std::string& GetValue() const;
 
   // True for xmlns, type, schemaLocation and noNamespaceSchemaLocation in the XML Schema
   // instance namespace or the namespace of namespace declarations. nil does not count: it is a
@@ -52,13 +53,16 @@ class OVXML_API CXmlAttribute : private CInstanceMonitor {
 
  protected:
   // `name` is a record of the owning document (see CXmlElement::AddAttribute).
-  CXmlAttribute(const detail::CXmlName* name, std::string value);
+  CXmlAttribute(const detail::CXmlName* name, const std::string& value);
+  CXmlAttribute(const detail::CXmlName* name, std::uintptr_t value);
 
  private:
   friend class detail::CTreeStore;
 
   const detail::CXmlName* m_name;
-  std::string m_value;
+  // The value in the document's compact text storage, turned into the std::string of GetValue
+  // on first request (see detail::CTreeStore).
+  mutable std::uintptr_t m_value;
 };
 
 }  // namespace OvXmlLib6

@@ -101,6 +101,11 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   CXmlElement* AddElement(const detail::CXmlName* name);
   void ParseTextBlock(const unsigned char* data, std::size_t length);
   bool ParseFastInfoset();
+  // Character data for the element on top of the stack; `plain` text has no carriage return or
+  // NUL byte to drop.
+  void AppendOpenText(const char* text, std::size_t length, bool plain);
+  // Moves the text gathered for the open elements into them.
+  void FlushOpenText();
   void LoadFileWhole(const char* fileName);
   void LoadFileAsync(const char* fileName);
 

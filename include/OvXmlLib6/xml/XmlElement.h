@@ -12,6 +12,7 @@
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/xml/XmlAttribute.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,8 @@ namespace OvXmlLib6 {
 
 class OVXML_API CXmlElement : private CInstanceMonitor {
  public:
-  // The document owns the nodes of its tree and releases a subtree without recursion; destroying
-  // one element releases only its own text.
+  // The document owns the nodes of its tree, with their text and attributes, and releases a
+  // subtree without recursion.
   virtual ~CXmlElement();
   // Shallow, as pointers are copied: the copy shares the children and attributes of the original
   // but owns none of them.
@@ -29,14 +30,18 @@ class OVXML_API CXmlElement : private CInstanceMonitor {
 
   const CXmlDocument* GetDocument() const { return m_name->document; }
   // The first child element, or null.
-  CXmlElement* GetFirstElement() const { return m_firstChild; }
+  CXmlElement* GetFirstElement() const {
+    return m_lastChild != nullptr ? Untag(m_lastChild->m_next) : nullptr;
+  }
   // The next element with the same parent, or null.
-  CXmlElement* GetNextSiblingElement() const { return m_next; }
+  CXmlElement* GetNextSiblingElement() const {
+    return (m_next & kEndOfSiblings) != 0 ? nullptr : Untag(m_next);
+  }
 
   const std::string& GetLocalName() const { return m_name->localName; }
   // Empty for an element in no namespace.
   const std::string& GetNamespaceURI() const { return m_name->namespaceURI; }
-  const std::string& GetText() const { return m_text; }
+  const std::string& GetText() const;
 
   const std::vector<CXmlAttribute*>& GetAttributes() const;
   // The value of the first attribute with this local name and namespace URI, or an empty string.
@@ -69,12 +74,25 @@ class OVXML_API CXmlElement : private CInstanceMonitor {
   friend class CFastInfosetReader;
   friend class detail::CTreeStore;
 
+  // Children form a ring: each links to its next sibling, and the last child links back to the
+  // first with the low bit set, so a parent reaches both ends through m_lastChild alone. An
+  // element without siblings in a ring (the document element) holds just the bit.
+  static constexpr std::uintptr_t kEndOfSiblings = 1;
+  static CXmlElement* Untag(std::uintptr_t link) {
+    return reinterpret_cast<CXmlElement*>(link & ~kEndOfSiblings);
+  }
+  // Appends `child` in constant time.
+  void LinkLastChild(CXmlElement* child);
+  // Unlinks the last child, given the child before it (null when it is the only one).
+  void UnlinkLastChild(CXmlElement* previous);
+
   const detail::CXmlName* m_name;  // also leads to the document
-  CXmlElement* m_next;
-  CXmlElement* m_firstChild;
+  std::uintptr_t m_next;
   CXmlElement* m_lastChild;
-  std::vector<CXmlAttribute*>* m_attributes;  // null while there are none
-  std::string m_text;
+  // The attributes and the text are kept compactly in the document's storage and turned into
+  // the std::vector and std::string of the getters on first request (see detail::CTreeStore).
+  mutable std::uintptr_t m_attributes;
+  mutable std::uintptr_t m_text;
 };
 
 }  // namespace OvXmlLib6
