@@ -16,7 +16,11 @@ namespace detail {
 
 namespace {
 constexpr std::size_t kMaxRecordSize = std::numeric_limits<std::uint32_t>::max();
-}
+// Real documents use a few hundred distinct names. Past this many, further names get records of
+// their own without entering the look-up tables, so that a hostile document with a million
+// different names costs memory in proportion to its size, not hash-table churn.
+constexpr std::size_t kMaxSharedNames = 16384;
+}  // namespace
 
 CTreeStore::CTreeStore(const CXmlDocument* document)
     : m_emptyName{document, this, std::string(), std::string()}, m_encoder(new CTextEncoder()) {}
@@ -44,10 +48,15 @@ const CXmlName* CTreeStore::InternParserNameSlow(std::string_view raw) {
   std::string converted;
   m_encoder->FromUtf8(raw, converted);
   const std::size_t bar = converted.find('|');
-  const CXmlName* name = bar == std::string::npos
-                             ? Intern(std::string_view(), converted)
-                             : Intern(std::string_view(converted).substr(0, bar),
-                                      std::string_view(converted).substr(bar + 1));
+  const std::string_view whole(converted);
+  const std::string_view ns = bar == std::string::npos ? std::string_view() : whole.substr(0, bar);
+  const std::string_view local = bar == std::string::npos ? whole : whole.substr(bar + 1);
+  if (m_byParserName.size() >= kMaxSharedNames) {
+    // The tables are full: the name gets a record of its own.
+    m_names.push_back(CXmlName{m_emptyName.document, this, std::string(local), std::string(ns)});
+    return &m_names.back();
+  }
+  const CXmlName* name = Intern(ns, local);
   char* key = static_cast<char*>(m_arena.Allocate(raw.size() == 0 ? 1 : raw.size()));
   if (!raw.empty()) std::memcpy(key, raw.data(), raw.size());
   m_byParserName.emplace(std::string_view(key, raw.size()), name);
