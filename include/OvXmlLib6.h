@@ -11,6 +11,7 @@
 #include "OvXmlLib6/core/SerializationContext.h"
 #include "OvXmlLib6/core/SmartPtr.h"
 #include "OvXmlLib6/fastinfoset/Encodings.h"
+#include "OvXmlLib6/fastinfoset/FastInfosetBinaryData.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
 #include "OvXmlLib6/fastinfoset/Vocabulary.h"
 #include "OvXmlLib6/types/BinaryData.h"

@@ -100,6 +100,16 @@ class CSmartPtr {
   T* m_p;
 };
 
+// Smart pointers to related types compare by the objects they hold.
+template <class T, class U>
+bool operator==(const CSmartPtr<T>& a, const CSmartPtr<U>& b) noexcept {
+  return a.get() == b.get();
+}
+template <class T, class U>
+bool operator!=(const CSmartPtr<T>& a, const CSmartPtr<U>& b) noexcept {
+  return a.get() != b.get();
+}
+
 }  // namespace OvXmlLib6
 
 #endif  // OVXMLLIB6_CORE_SMARTPTR_H

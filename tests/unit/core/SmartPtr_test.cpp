@@ -36,21 +36,13 @@ bool TakesRaw(CCounted* p) { return p != nullptr; }
 
 }  // namespace
 
-TEST(CSmartPtr, DefaultIsNullAndComparesWithNull) {
-  CSmartPtr<CCounted> p;
-  EXPECT_TRUE(p == nullptr);
-  EXPECT_FALSE(p != nullptr);
-  EXPECT_TRUE(nullptr == p);
-  EXPECT_FALSE(p);
-  EXPECT_EQ(p.get(), nullptr);
-}
-
 TEST(CSmartPtr, TakingAddsAReferenceAndLettingGoReleasesIt) {
   bool destroyed = false;
   CCounted* raw = new CCounted(&destroyed);
   {
     CSmartPtr<CCounted> a(raw);
-    EXPECT_EQ(raw->Count(), 1);
+    EXPECT_EQ(a->Count(), 1);
+    EXPECT_TRUE(TakesRaw(a));
     {
       CSmartPtr<CCounted> b = a;
       EXPECT_EQ(raw->Count(), 2);
@@ -75,10 +67,14 @@ TEST(CSmartPtr, MoveTransfersWithoutCounting) {
   c = std::move(b);
   EXPECT_EQ(raw->Count(), 1);
   EXPECT_EQ(b, nullptr);
-  c = std::move(c);
+  CSmartPtr<CCounted>& same = c;  // through a reference, to test self-move on purpose
+  c = std::move(same);
   EXPECT_EQ(raw->Count(), 1);
   c = nullptr;
   EXPECT_TRUE(destroyed);
+  EXPECT_TRUE(c == nullptr);
+  EXPECT_TRUE(nullptr == c);
+  EXPECT_FALSE(c);
 }
 
 TEST(CSmartPtr, AssignmentReleasesThePreviousObject) {
@@ -91,7 +87,8 @@ TEST(CSmartPtr, AssignmentReleasesThePreviousObject) {
   EXPECT_EQ(second->Count(), 1);
   // Assigning the object the pointer already holds must not delete it on the way.
   p = second;
-  p = p;
+  CSmartPtr<CCounted>& same = p;
+  p = same;
   EXPECT_FALSE(secondDestroyed);
   EXPECT_EQ(second->Count(), 1);
   CSmartPtr<CCounted> other;
@@ -105,6 +102,8 @@ TEST(CSmartPtr, ConvertsFromDerivedSmartPointers) {
   CSmartPtr<CCounted> base(derived);
   EXPECT_EQ(derived->Count(), 2);
   EXPECT_TRUE(base == derived.get());
+  EXPECT_TRUE(base == derived);
+  EXPECT_FALSE(derived != base);
   CSmartPtr<CCounted> assigned;
   assigned = derived;
   EXPECT_EQ(derived->Count(), 3);
@@ -114,13 +113,4 @@ TEST(CSmartPtr, ConvertsFromDerivedSmartPointers) {
   EXPECT_EQ(assigned->Count(), 1);
   static_assert(!std::is_constructible<CSmartPtr<CDerived>, CSmartPtr<CCounted>>::value,
                 "a base pointer must not convert to a derived one");
-}
-
-TEST(CSmartPtr, DereferencesAndConvertsToRawPointer) {
-  bool destroyed = false;
-  CSmartPtr<CCounted> p(new CCounted(&destroyed));
-  EXPECT_EQ((*p).Count(), 1);
-  EXPECT_EQ(p->Count(), 1);
-  EXPECT_TRUE(TakesRaw(p));
-  if (!p) ADD_FAILURE() << "a set pointer converts to true";
 }

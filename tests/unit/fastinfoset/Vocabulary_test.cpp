@@ -30,11 +30,6 @@ TEST(CFIVocabulary, NewVocabularyHoldsTheBuiltInEntries) {
             std::vector<std::string>{"http:////www.w3.org//XML//1998//namespace"});
   EXPECT_EQ(vocabulary.GetRestrictedAlphabets(),
             (std::vector<std::string>{"0123456789-+.e ", "0123456789-:TZ "}));
-  EXPECT_TRUE(vocabulary.GetLocalNamesTable().empty());
-  EXPECT_TRUE(vocabulary.GetAttributeValuesTable().empty());
-  EXPECT_TRUE(vocabulary.GetCharacterChunksTable().empty());
-  EXPECT_TRUE(vocabulary.GetElementNamesTable().empty());
-  EXPECT_TRUE(vocabulary.GetAttributeNamesTable().empty());
 }
 
 TEST(CFIVocabulary, StringIndexesFollowInsertionOrderPerTable) {
@@ -119,17 +114,4 @@ TEST(CFIVocabulary, MapStopsIndexingAtTwoToTheTwenty) {
   EXPECT_EQ(index, CFIVocabulary::MaxIndexedEntries);
   EXPECT_FALSE(vocabulary.FindPrefixNameIndex("over", index));
   EXPECT_EQ(vocabulary.GetPrefixNamesTable().size(), CFIVocabulary::MaxIndexedEntries + 1);
-}
-
-TEST(CFIVocabulary, CopiesAreIndependent) {
-  CFIVocabulary original;
-  original.AddLocalName("a");
-  CFIVocabulary copy(original);
-  copy.AddLocalName("b");
-  std::uint32_t index = 0;
-  EXPECT_TRUE(copy.FindLocalNameIndex("a", index));
-  EXPECT_FALSE(original.FindLocalNameIndex("b", index));
-  original = copy;
-  EXPECT_TRUE(original.FindLocalNameIndex("b", index));
-  EXPECT_EQ(index, 2u);
 }
