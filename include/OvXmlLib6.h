@@ -8,7 +8,12 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/xml/BinaryStream.h"
 #include "OvXmlLib6/xml/CharEncoding.h"
 #include "OvXmlLib6/xml/Compression.h"
+#include "OvXmlLib6/xml/StringBuffer.h"
+#include "OvXmlLib6/xml/TextStream.h"
+#include "OvXmlLib6/xml/XmlTextWriter.h"
+#include "OvXmlLib6/xml/XmlWriter.h"
 
 #endif  // OVXMLLIB6_H

@@ -1,0 +1,78 @@
+// CStringBuffer: the growable text buffer behind the text streams. Text is kept in blocks of a
+// fixed size, so appending never moves what is already buffered; the blocks are merged into one
+// array only when the whole content is taken out.
+#ifndef OVXMLLIB6_XML_STRINGBUFFER_H
+#define OVXMLLIB6_XML_STRINGBUFFER_H
+
+#include "OvXmlLib6/core/Export.h"
+#include "OvXmlLib6/core/InstanceMonitor.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace OvXmlLib6 {
+
+class OVXML_API CStringBuffer : private CInstanceMonitor {
+ public:
+  static constexpr std::uint32_t kDefaultBlockSize = 4095;
+
+  // `blockSize` is the text capacity of each block (each array is one byte longer, for the
+  // terminating zero); 0 is taken as 1.
+  explicit CStringBuffer(std::uint32_t blockSize = kDefaultBlockSize);
+  CStringBuffer(const CStringBuffer&) = delete;
+  CStringBuffer& operator=(const CStringBuffer&) = delete;
+  virtual ~CStringBuffer();
+
+  // Appends a NUL-terminated text; null appends nothing.
+  void Append(const char* text) {
+    if (text != nullptr) Append(text, std::strlen(text));
+  }
+  void Append(const std::string& text) { Append(text.data(), text.size()); }
+  void Append(char c) {
+    if (m_room != 0) {
+      m_current[m_used++] = c;
+      --m_room;
+    } else {
+      AppendSlow(&c, 1);
+    }
+  }
+  // Appends `length` bytes; the common case copies into the current block in place.
+  void Append(const char* text, std::size_t length) {
+    if (length <= m_room) {
+      if (length != 0) std::memcpy(m_current + m_used, text, length);
+      m_used += length;
+      m_room -= length;
+    } else {
+      AppendSlow(text, length);
+    }
+  }
+
+  // The number of bytes buffered.
+  std::size_t GetLength() const { return m_fullLength + m_used; }
+
+  // The whole content as one NUL-terminated text, valid until the buffer next changes. With more
+  // than one block the blocks are merged into one array first, so a second call costs nothing.
+  const char* GetText();
+
+  // Empties the buffer.
+  void Clear();
+
+ private:
+  void AppendSlow(const char* text, std::size_t length);
+  void NewBlock(std::size_t capacity);
+
+  std::vector<char*> m_blocks;
+  std::vector<std::size_t> m_blockLengths;  // used lengths of the full blocks
+  std::uint32_t m_blockSize;
+  char* m_current;  // block being filled (the last of m_blocks), or null
+  std::size_t m_used;
+  std::size_t m_room;
+  std::size_t m_fullLength;  // sum of m_blockLengths
+};
+
+}  // namespace OvXmlLib6
+
+#endif  // OVXMLLIB6_XML_STRINGBUFFER_H

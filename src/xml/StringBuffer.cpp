@@ -1,0 +1,78 @@
+#include "OvXmlLib6/xml/StringBuffer.h"
+
+#include <algorithm>
+
+namespace OvXmlLib6 {
+
+CStringBuffer::CStringBuffer(std::uint32_t blockSize)
+    : CInstanceMonitor("CStringBuffer"),
+      m_blockSize(blockSize == 0 ? 1 : blockSize),
+      m_current(nullptr),
+      m_used(0),
+      m_room(0),
+      m_fullLength(0) {}
+
+CStringBuffer::~CStringBuffer() { Clear(); }
+
+void CStringBuffer::NewBlock(std::size_t capacity) {
+  // Reserve first so that nothing can throw once the new block is allocated.
+  m_blocks.reserve(m_blocks.size() + 1);
+  m_blockLengths.reserve(m_blockLengths.size() + 1);
+  // Zero-filled, so the byte after the text is always a terminating zero.
+  char* block = new char[capacity + 1]();
+  if (m_current != nullptr) {
+    m_blockLengths.push_back(m_used);
+    m_fullLength += m_used;
+  }
+  m_blocks.push_back(block);
+  m_current = block;
+  m_used = 0;
+  m_room = capacity;
+}
+
+void CStringBuffer::AppendSlow(const char* text, std::size_t length) {
+  while (length != 0) {
+    if (m_room == 0) NewBlock(m_blockSize);
+    const std::size_t step = std::min(length, m_room);
+    std::memcpy(m_current + m_used, text, step);
+    m_used += step;
+    m_room -= step;
+    text += step;
+    length -= step;
+  }
+}
+
+const char* CStringBuffer::GetText() {
+  if (m_blocks.empty()) return "";
+  if (m_blocks.size() > 1) {
+    const std::size_t total = GetLength();
+    char* merged = new char[total + 1];
+    std::size_t offset = 0;
+    for (std::size_t i = 0; i < m_blockLengths.size(); ++i) {
+      std::memcpy(merged + offset, m_blocks[i], m_blockLengths[i]);
+      offset += m_blockLengths[i];
+    }
+    std::memcpy(merged + offset, m_current, m_used);
+    for (char* block : m_blocks) delete[] block;
+    m_blocks.assign(1, merged);
+    m_blockLengths.clear();
+    m_fullLength = 0;
+    m_current = merged;
+    m_used = total;
+    m_room = 0;
+  }
+  m_current[m_used] = '\0';
+  return m_current;
+}
+
+void CStringBuffer::Clear() {
+  for (char* block : m_blocks) delete[] block;
+  m_blocks.clear();
+  m_blockLengths.clear();
+  m_fullLength = 0;
+  m_current = nullptr;
+  m_used = 0;
+  m_room = 0;
+}
+
+}  // namespace OvXmlLib6
