@@ -8,8 +8,8 @@ CStringBuffer::CStringBuffer(std::uint32_t blockSize)
     : CInstanceMonitor("CStringBuffer"),
       m_blockSize(blockSize == 0 ? 1 : blockSize),
       m_current(nullptr),
-      m_used(0),
-      m_room(0),
+      m_pos(nullptr),
+      m_end(nullptr),
       m_fullLength(0) {}
 
 CStringBuffer::~CStringBuffer() { Clear(); }
@@ -21,22 +21,22 @@ void CStringBuffer::NewBlock(std::size_t capacity) {
   // Zero-filled, so the byte after the text is always a terminating zero.
   char* block = new char[capacity + 1]();
   if (m_current != nullptr) {
-    m_blockLengths.push_back(m_used);
-    m_fullLength += m_used;
+    const std::size_t used = static_cast<std::size_t>(m_pos - m_current);
+    m_blockLengths.push_back(used);
+    m_fullLength += used;
   }
   m_blocks.push_back(block);
   m_current = block;
-  m_used = 0;
-  m_room = capacity;
+  m_pos = block;
+  m_end = block + capacity;
 }
 
 void CStringBuffer::AppendSlow(const char* text, std::size_t length) {
   while (length != 0) {
-    if (m_room == 0) NewBlock(m_blockSize);
-    const std::size_t step = std::min(length, m_room);
-    std::memcpy(m_current + m_used, text, step);
-    m_used += step;
-    m_room -= step;
+    if (m_pos == m_end) NewBlock(m_blockSize);
+    const std::size_t step = std::min(length, static_cast<std::size_t>(m_end - m_pos));
+    std::memcpy(m_pos, text, step);
+    m_pos += step;
     text += step;
     length -= step;
   }
@@ -52,16 +52,16 @@ const char* CStringBuffer::GetText() {
       std::memcpy(merged + offset, m_blocks[i], m_blockLengths[i]);
       offset += m_blockLengths[i];
     }
-    std::memcpy(merged + offset, m_current, m_used);
+    std::memcpy(merged + offset, m_current, static_cast<std::size_t>(m_pos - m_current));
     for (char* block : m_blocks) delete[] block;
     m_blocks.assign(1, merged);
     m_blockLengths.clear();
     m_fullLength = 0;
     m_current = merged;
-    m_used = total;
-    m_room = 0;
+    m_pos = merged + total;
+    m_end = m_pos;
   }
-  m_current[m_used] = '\0';
+  *m_pos = '\0';
   return m_current;
 }
 
@@ -71,8 +71,8 @@ void CStringBuffer::Clear() {
   m_blockLengths.clear();
   m_fullLength = 0;
   m_current = nullptr;
-  m_used = 0;
-  m_room = 0;
+  m_pos = nullptr;
+  m_end = nullptr;
 }
 
 }  // namespace OvXmlLib6

@@ -97,8 +97,23 @@ void CXmlTextWriter::PutEscaped(const char* text) {
   const char* run = text;
   const char* p = text;
   for (;;) {
-    // Plain bytes are only scanned here and copied as one run below.
-    while (!kEscape.stop[static_cast<unsigned char>(*p)]) ++p;
+    // Plain bytes are only scanned here, four at a time, and copied as one run below.
+    for (;;) {
+      if (kEscape.stop[static_cast<unsigned char>(p[0])]) break;
+      if (kEscape.stop[static_cast<unsigned char>(p[1])]) {
+        p += 1;
+        break;
+      }
+      if (kEscape.stop[static_cast<unsigned char>(p[2])]) {
+        p += 2;
+        break;
+      }
+      if (kEscape.stop[static_cast<unsigned char>(p[3])]) {
+        p += 3;
+        break;
+      }
+      p += 4;
+    }
     if (p != run) Put(run, static_cast<std::size_t>(p - run));
     switch (*p) {
       case '\0':
@@ -158,7 +173,7 @@ const std::string& CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared
 
 void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
   const std::string_view name = View(localName);
-  const std::string_view uri = View(ns);
+  if (ns == nullptr) ns = "";
   if (name.empty()) throw COvInvalidParamException("An element's local name must not be empty");
   CXmlWriterContext* parent = GetCurrentContext();
   if (parent != nullptr) {
@@ -169,12 +184,13 @@ void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
       parent->MarkStartTagClosed();
     }
   }
-  CXmlWriterContext* context = PushContext(name, uri);
+  CXmlWriterContext* context = PushContext(name);
   if (m_formatted) PutIndent(context->GetDepth());
   Put('<');
-  if (!uri.empty() && uri != context->GetDefaultNamespace()) {
+  // Compared in one pass: most elements are in the default namespace.
+  if (*ns != '\0' && std::strcmp(ns, context->GetDefaultNamespace().c_str()) != 0) {
     bool declared = false;
-    const std::string& prefix = PrefixFor(uri, declared);
+    const std::string& prefix = PrefixFor(ns, declared);
     context->SetPrefix(prefix);
     Put(prefix);
     Put(':');

@@ -17,17 +17,16 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext()
       m_startTagOpen(false),
       m_depth(0),
       m_parent(nullptr),
+      m_defaultNamespace(&m_ownDefaultNamespace),
       m_prefixMap(nullptr),
       m_sharesParentMap(false),
       m_ownsMap(false) {}
 
 CXmlWriter::CXmlWriterContext::~CXmlWriterContext() { End(); }
 
-void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent, std::string_view localName,
-                                          std::string_view ns) {
+void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent, std::string_view localName) {
   m_childCount = 0;
   m_startTagOpen = true;
-  m_namespace.assign(ns.data(), ns.size());
   m_localName.assign(localName.data(), localName.size());
   m_parent = parent;
   m_prefix.clear();
@@ -39,7 +38,8 @@ void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent, std::string
     m_ownsMap = false;
   } else {
     m_depth = 0;
-    m_defaultNamespace.clear();
+    m_ownDefaultNamespace.clear();
+    m_defaultNamespace = &m_ownDefaultNamespace;
     m_prefixMap = nullptr;
     m_sharesParentMap = false;
     m_ownsMap = false;
@@ -52,6 +52,7 @@ void CXmlWriter::CXmlWriterContext::End() {
   m_ownsMap = false;
   m_sharesParentMap = false;
   m_parent = nullptr;
+  m_defaultNamespace = &m_ownDefaultNamespace;
 }
 
 const std::string* CXmlWriter::CXmlWriterContext::FindPrefix(std::string_view ns) const {
@@ -103,7 +104,8 @@ void CXmlWriter::SetDefaultNamespace(const char* ns) {
     return;
   }
   m_current->OwnMap();
-  m_current->m_defaultNamespace.assign(View(ns));
+  m_current->m_ownDefaultNamespace.assign(View(ns));
+  m_current->m_defaultNamespace = &m_current->m_ownDefaultNamespace;
 }
 
 void CXmlWriter::AddNamespace(const char* prefix, const char* ns) {
@@ -114,15 +116,14 @@ void CXmlWriter::AddNamespace(const char* prefix, const char* ns) {
   m_current->Bind(View(ns), View(prefix));
 }
 
-CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext(std::string_view localName,
-                                                       std::string_view ns) {
+CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext(std::string_view localName) {
   if (m_openCount == m_contexts.size()) {
     m_contexts.emplace_back(new CXmlWriterContext());
   }
   CXmlWriterContext* context = m_contexts[m_openCount].get();
-  context->Start(m_current, localName, ns);
+  context->Start(m_current, localName);
   if (m_current == nullptr) {
-    context->m_defaultNamespace = m_pendingDefaultNamespace;
+    context->m_defaultNamespace = &m_pendingDefaultNamespace;
     if (!m_pendingDeclarations.empty()) {
       context->m_prefixMap = new PrefixMap(m_pendingDeclarations);
       context->m_ownsMap = true;

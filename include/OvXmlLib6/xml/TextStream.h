@@ -72,12 +72,15 @@ class OVXML_API CTextStream : private CInstanceMonitor {
 
   // Appends `length` bytes of internal text to `out`, converted to the stream's encoding.
   void Encode(const char* text, std::size_t length, std::string& out);
+  // Appends the whole buffered text to `out`, converted, without merging the blocks first.
+  void EncodeBuffered(std::string& out);
 
   CStringBuffer m_buffer;
   XmlEncoding m_encoding;
 
  private:
   std::unique_ptr<detail::CTextEncoder> m_encoder;  // made on first use
+  std::string m_carry;  // the part of a character that spans two blocks, while encoding
 };
 
 // A stream into a file. Begin creates the file (writing the byte-order mark FF FE first for the

@@ -36,10 +36,9 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
     std::int32_t GetChildCount() const { return m_childCount; }
     bool IsStartTagOpen() const { return m_startTagOpen; }
     std::int32_t GetDepth() const { return m_depth; }
-    const std::string& GetNamespace() const { return m_namespace; }
     const std::string& GetLocalName() const { return m_localName; }
     CXmlWriterContext* GetParent() const { return m_parent; }
-    const std::string& GetDefaultNamespace() const { return m_defaultNamespace; }
+    const std::string& GetDefaultNamespace() const { return *m_defaultNamespace; }
     // The prefix the start tag was written with; empty when it has none.
     const std::string& GetPrefix() const { return m_prefix; }
 
@@ -62,17 +61,19 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
     friend class CXmlWriter;
 
     // Sets the context up for a new element; `parent` is null for the document element.
-    void Start(CXmlWriterContext* parent, std::string_view localName, std::string_view ns);
+    void Start(CXmlWriterContext* parent, std::string_view localName);
     // Drops the element's state, freeing the map when owned.
     void End();
 
     std::int32_t m_childCount;
     bool m_startTagOpen;
     std::int32_t m_depth;
-    std::string m_namespace;
     std::string m_localName;
     CXmlWriterContext* m_parent;
-    std::string m_defaultNamespace;
+    // The default namespace in scope: a string of this context, of an ancestor or of the writer,
+    // each of which outlives this context, so elements inherit it without a copy.
+    const std::string* m_defaultNamespace;
+    std::string m_ownDefaultNamespace;
     PrefixMap* m_prefixMap;  // null while nothing is bound in scope
     bool m_sharesParentMap;
     bool m_ownsMap;
@@ -119,7 +120,7 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
 
   // Opens a context for a new element below the current one (or the document element, which takes
   // the pending default namespace and declarations) and makes it current.
-  CXmlWriterContext* PushContext(std::string_view localName, std::string_view ns);
+  CXmlWriterContext* PushContext(std::string_view localName);
   // Closes the current context and makes its parent current.
   void PopContext();
 

@@ -3,6 +3,7 @@
 #include "OvXmlLib6/xml/StringBuffer.h"
 #include "OvXmlLib6/xml/TextStream.h"
 #include "unit/xml/TestFileSystem.h"
+#include "xml/Unicode.h"
 
 #include <zlib.h>
 
@@ -97,6 +98,30 @@ TEST(CTextStream, ConvertsToTheOutputEncoding) {
   begun.Append("old");
   begun.Begin();
   EXPECT_EQ(begun.GetEncodedText(), "");
+}
+
+// The stream converts its blocks one by one; characters, and malformed sequences, that straddle a
+// block boundary must come out as they would from the merged text.
+TEST(CTextStream, ConvertsAcrossBlockBoundaries) {
+  const std::string unit =
+      "ab\xE2\x82\xAC\xF0\x9F\x98\x80\xC3\xA9<\xE2\x82>\xFF\x80\x80\x80\x80\xC3";
+  for (std::size_t shift = 0; shift < unit.size(); ++shift) {  // every cut within the unit
+    std::string text(shift, 'x');
+    while (text.size() < 3 * CStringBuffer::kDefaultBlockSize) text += unit;
+    std::string utf8;
+    std::string utf16;
+    detail::RepairUtf8(text, utf8);
+    detail::Utf8ToUtf16LE(text, utf16);
+
+    CTextStream to8(UTF8);
+    CTextStream to16(UTF16);
+    for (std::size_t i = 0; i < text.size(); i += 7) {
+      to8.Append(text.substr(i, 7));
+      to16.Append(text.substr(i, 7));
+    }
+    ASSERT_EQ(to8.GetEncodedText(), utf8) << "shift " << shift;
+    ASSERT_EQ(to16.GetEncodedText(), utf16) << "shift " << shift;
+  }
 }
 
 TEST(CTextStream, RejectsUnknownEncodingsWhenConverting) {
