@@ -134,19 +134,19 @@ void BM_WriteMemory(benchmark::State& state, XmlEncoding encoding) {
   Report(state, document, output);
 }
 
-void BM_WriteUtf8(benchmark::State& state) { BM_WriteMemory(state, UTF8); }
-void BM_WriteUtf16(benchmark::State& state) { BM_WriteMemory(state, UTF16); }
+void BM_WriteUtf8(benchmark::State& state) { BM_WriteMemory(state, XmlEncoding_UTF8); }
+void BM_WriteUtf16(benchmark::State& state) { BM_WriteMemory(state, XmlEncoding_UTF16); }
 
 void BM_WriteGzip(benchmark::State& state) {
   TheDocument();
   std::size_t document = 0;
   std::size_t output = 0;
   for (auto _ : state) {
-    CTextStream stream(UTF8);
+    CTextStream stream(XmlEncoding_UTF8);
     document = WriteDocument(stream);
     CBinaryStream packed;
     packed.Append(stream.GetEncodedText());
-    packed.Compress(GZip);
+    packed.Compress(CompressionType_GZip);
     output = packed.GetLength();
     benchmark::DoNotOptimize(packed.GetData().GetData());
   }

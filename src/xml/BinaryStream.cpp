@@ -33,7 +33,7 @@ void CBinaryStream::Append(const std::string& bytes) {
 }
 
 void CBinaryStream::Compress(CompressionType type) {
-  if (type != GZip && type != ZLib) return;
+  if (type != CompressionType_GZip && type != CompressionType_ZLib) return;
   m_data = detail::Deflate(m_data.GetData(), m_data.GetLength(), type);
 }
 

@@ -127,7 +127,7 @@ void CTextStream::EncodeBuffered(std::string& out) {
   // on with the next block. No UTF-8 sequence, and no decoding of a malformed one, reaches across
   // a lead or ASCII byte, so the result equals converting the merged text, without the copy.
   const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
-  out.reserve(out.size() + (m_encoding == UTF8 ? 1 : 2) * m_buffer.GetLength());
+  out.reserve(out.size() + (m_encoding == XmlEncoding_UTF8 ? 1 : 2) * m_buffer.GetLength());
   m_carry.clear();
   for (std::size_t i = 0; i < blocks; ++i) {
     const std::string_view block = m_buffer.GetBlock(i);
@@ -148,12 +148,13 @@ void CTextStream::EncodeBuffered(std::string& out) {
 }
 
 void CTextStream::Encode(const char* text, std::size_t length, std::string& out) {
-  if (m_encoding != UTF8 && m_encoding != UTF16 && m_encoding != UTF16NoEncodingDecl) {
+  if (m_encoding != XmlEncoding_UTF8 && m_encoding != XmlEncoding_UTF16 &&
+      m_encoding != XmlEncoding_UTF16NoDeclaration) {
     throw COvException(std::string("Unknown Encoding, select UTF-8 (contact ") +
                        detail::kSupportAddress + " for support)");
   }
   if (!m_encoder) m_encoder.reset(new detail::CTextEncoder());
-  if (m_encoding == UTF8) {
+  if (m_encoding == XmlEncoding_UTF8) {
     if (m_encoder->IsInternalUtf8()) {
       Utf8ToUtf8Fast(*m_encoder, text, length, out);
     } else {
@@ -188,7 +189,8 @@ void CFileTextStream::CreateFile() {
   m_state = kFailed;
   m_file.reset();
   m_error = port::IFileSystem::Current().Create(m_fileName.c_str(), m_file);
-  if (m_error == 0 && (m_encoding == UTF16 || m_encoding == UTF16NoEncodingDecl)) {
+  if (m_error == 0 &&
+      (m_encoding == XmlEncoding_UTF16 || m_encoding == XmlEncoding_UTF16NoDeclaration)) {
     static const unsigned char kByteOrderMark[2] = {0xFF, 0xFE};
     m_error = m_file->Write(kByteOrderMark, sizeof kByteOrderMark);
   }

@@ -25,9 +25,9 @@ constexpr EscapeTable kEscape;
 
 const char* LineEndFor(EOLType type) {
   switch (type) {
-    case EOL_CRLF:
+    case EOLType_CRLF:
       return "\r\n";
-    case EOL_LF:
+    case EOLType_LF:
       return "\n";
   }
   throw COvException("Invalid EOL type.");
@@ -38,7 +38,7 @@ const char* LineEndFor(EOLType type) {
 CXmlTextWriter::CXmlTextWriter(CTextStream* stream)
     : CXmlWriter("CXmlTextWriter"),
       m_lineEnd("\n"),
-      m_eolType(EOL_LF),
+      m_eolType(EOLType_LF),
       m_formatted(true),
       m_stream(stream) {
   if (stream == nullptr) {
@@ -67,10 +67,10 @@ void CXmlTextWriter::WriteHeader() {
   static constexpr char kStart[] = "<?xml version=\"1.0\"";
   Put(kStart, sizeof kStart - 1);
   switch (m_stream->GetEncoding()) {
-    case UTF8:
+    case XmlEncoding_UTF8:
       Put(" encoding=\"UTF-8\"");
       break;
-    case UTF16:
+    case XmlEncoding_UTF16:
       Put(" encoding=\"UTF-16\"");
       break;
     default:

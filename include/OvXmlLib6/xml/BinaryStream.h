@@ -34,10 +34,10 @@ class OVXML_API CBinaryStream : private CInstanceMonitor {
   const CBinaryData& GetData() const { return m_data; }
   std::uint32_t GetLength() const { return m_data.GetLength(); }
 
-  // Replaces the collected bytes with their gzip (GZip) or zlib (ZLib) form, compressed in one
-  // pass at level 1 into an array of the input's size; any other type leaves them as they are.
-  // Output that does not shrink cannot be compressed and fails with
-  // "Failed to compress data. [Error Code: %d]" (zlib's result code).
+  // Replaces the collected bytes with their gzip (CompressionType_GZip) or zlib
+  // (CompressionType_ZLib) form, compressed in one pass at level 1 into an array of the input's
+  // size; any other type leaves them as they are. Output that does not shrink cannot be
+  // compressed and fails with "Failed to compress data. [Error Code: %d]" (zlib's result code).
   void Compress(CompressionType type);
 
  protected:

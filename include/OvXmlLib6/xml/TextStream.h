@@ -4,6 +4,7 @@
 #ifndef OVXMLLIB6_XML_TEXTSTREAM_H
 #define OVXMLLIB6_XML_TEXTSTREAM_H
 
+#include "OvXmlLib6/core/Enums.h"
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/xml/StringBuffer.h"
@@ -11,16 +12,6 @@
 #include <cstddef>
 #include <memory>
 #include <string>
-
-#if __has_include("OvXmlLib6/core/Enums.h")
-#include "OvXmlLib6/core/Enums.h"
-#else
-namespace OvXmlLib6 {
-enum XmlEncoding { UTF8 = 1, UTF16 = 2, UTF16NoEncodingDecl = 3 };
-enum EOLType { EOL_CRLF = 0, EOL_LF = 1 };
-enum CompressionType { NoCompression = 0, GZip = 1, ZLib = 2 };
-}  // namespace OvXmlLib6
-#endif
 
 namespace OvXmlLib6 {
 
@@ -38,7 +29,7 @@ class OVXML_API CTextStream : private CInstanceMonitor {
   static constexpr std::size_t kFlushThreshold = 4096;
 
   // Any encoding is accepted here; one other than UTF-8 or UTF-16 fails when text is converted.
-  explicit CTextStream(XmlEncoding encoding = UTF8);
+  explicit CTextStream(XmlEncoding encoding = XmlEncoding_UTF8);
   CTextStream(const CTextStream&) = delete;
   CTextStream& operator=(const CTextStream&) = delete;
   virtual ~CTextStream();

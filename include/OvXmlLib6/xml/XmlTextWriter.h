@@ -35,8 +35,8 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
                       int itemType = 0) override;
   void WriteXsiType(const char* typeName, const char* typeNamespace, int itemType = 0) override;
 
-  // EOL_CRLF writes "\r\n", EOL_LF "\n"; any other value throws "Invalid EOL type." and leaves
-  // the setting as it was.
+  // EOLType_CRLF writes "\r\n", EOLType_LF "\n"; any other value throws "Invalid EOL type." and
+  // leaves the setting as it was.
   void SetEOLType(EOLType type);
   EOLType GetEOLType() const { return m_eolType; }
   // Formatted output (the default) ends each tag's line and indents with tabs.

@@ -78,11 +78,11 @@ TEST(CTextStream, ConvertsToTheOutputEncoding) {
   EXPECT_EQ(never.GetEncodedText(), "");
 
   CTextStream utf8;
-  EXPECT_EQ(utf8.GetEncoding(), UTF8);
+  EXPECT_EQ(utf8.GetEncoding(), XmlEncoding_UTF8);
   utf8.Append(text);
   EXPECT_EQ(utf8.GetEncodedText(), text);
 
-  for (XmlEncoding encoding : {UTF16, UTF16NoEncodingDecl}) {
+  for (XmlEncoding encoding : {XmlEncoding_UTF16, XmlEncoding_UTF16NoDeclaration}) {
     CTextStream utf16(encoding);
     utf16.Append(text);
     // No byte-order mark in memory; the emoji becomes a surrogate pair.
@@ -90,7 +90,7 @@ TEST(CTextStream, ConvertsToTheOutputEncoding) {
   }
 
   // A byte that is not UTF-8 is taken as the code point of the same value.
-  CTextStream latin(UTF16);
+  CTextStream latin(XmlEncoding_UTF16);
   latin.Append("\xE9");
   EXPECT_EQ(latin.GetEncodedText(), std::string("\xE9\0", 2));
 
@@ -113,8 +113,8 @@ TEST(CTextStream, ConvertsAcrossBlockBoundaries) {
     detail::RepairUtf8(text, utf8);
     detail::Utf8ToUtf16LE(text, utf16);
 
-    CTextStream to8(UTF8);
-    CTextStream to16(UTF16);
+    CTextStream to8(XmlEncoding_UTF8);
+    CTextStream to16(XmlEncoding_UTF16);
     for (std::size_t i = 0; i < text.size(); i += 7) {
       to8.Append(text.substr(i, 7));
       to16.Append(text.substr(i, 7));
@@ -136,7 +136,7 @@ TEST(CTextStream, RejectsUnknownEncodingsWhenConverting) {
 TEST(CFileTextStream, WritesChunksWithByteOrderMarkForUtf16) {
   test::CFailingFileSystem fs;
   {
-    CFileTextStream stream("a.xml", UTF8);
+    CFileTextStream stream("a.xml", XmlEncoding_UTF8);
     stream.Begin();
     stream.Append("<r>\xC3\xA9</r>");
     stream.FlushBuffer();
@@ -147,7 +147,7 @@ TEST(CFileTextStream, WritesChunksWithByteOrderMarkForUtf16) {
   }
   EXPECT_EQ(fs.Content("a.xml"), "<r>\xC3\xA9</r>\n");
 
-  for (XmlEncoding encoding : {UTF16, UTF16NoEncodingDecl}) {
+  for (XmlEncoding encoding : {XmlEncoding_UTF16, XmlEncoding_UTF16NoDeclaration}) {
     CFileTextStream stream("b.xml", encoding);
     stream.Begin();
     stream.Append("<\xC3\xA9/>");
@@ -156,7 +156,7 @@ TEST(CFileTextStream, WritesChunksWithByteOrderMarkForUtf16) {
   }
 
   // Flushing without Begin creates the file then, keeping what was buffered.
-  CFileTextStream lazy("c.xml", UTF16);
+  CFileTextStream lazy("c.xml", XmlEncoding_UTF16);
   lazy.Append("x");
   lazy.Finish();
   EXPECT_EQ(fs.Content("c.xml"), std::string("\xFF\xFEx\0", 4));
@@ -166,7 +166,7 @@ TEST(CFileTextStream, WritesChunksWithByteOrderMarkForUtf16) {
 TEST(CFileTextStream, ReportsFilesThatCannotBeWritten) {
   test::CFailingFileSystem fs;
   fs.createError = EACCES;
-  CFileTextStream denied("/no/such.xml", UTF8);
+  CFileTextStream denied("/no/such.xml", XmlEncoding_UTF8);
   EXPECT_EQ(Message([&] { denied.Begin(); }),
             "Failed to write data to the file [/no/such.xml] error [0x0000000D]");
 
@@ -174,14 +174,14 @@ TEST(CFileTextStream, ReportsFilesThatCannotBeWritten) {
   fs.createError = 0;
   fs.writeError = ENOSPC;
   fs.writeLimit = 0;
-  CFileTextStream noMark("m.xml", UTF16);
+  CFileTextStream noMark("m.xml", XmlEncoding_UTF16);
   EXPECT_EQ(Message([&] { noMark.Begin(); }),
             "Failed to write data to the file [m.xml] error [0x0000001C]");
 
   // A later chunk fails with the flush message; the stream then stays failed rather than
   // creating the file anew over the part already written.
   fs.writeLimit = 6;
-  CFileTextStream full("f.xml", UTF8);
+  CFileTextStream full("f.xml", XmlEncoding_UTF8);
   full.Begin();
   full.Append("<abc>");
   full.FlushBuffer();
@@ -196,7 +196,7 @@ TEST(CFileTextStream, ReportsFilesThatCannotBeWritten) {
 
   fs.writeError = 0;
   fs.closeError = EIO;
-  CFileTextStream unclosable("g.xml", UTF8);
+  CFileTextStream unclosable("g.xml", XmlEncoding_UTF8);
   unclosable.Begin();
   EXPECT_EQ(Message([&] { unclosable.Finish(); }),
             "Failed to write data to the file. Error [0x00000005]");
@@ -204,7 +204,7 @@ TEST(CFileTextStream, ReportsFilesThatCannotBeWritten) {
 
 TEST(CFileTextStream, UsesThePosixFileSystem) {
   const std::string path = testing::TempDir() + "ovxml_stream_test.xml";
-  CFileTextStream stream(path.c_str(), UTF16);
+  CFileTextStream stream(path.c_str(), XmlEncoding_UTF16);
   stream.Begin();
   stream.Append("ok");
   stream.Finish();
@@ -216,7 +216,7 @@ TEST(CFileTextStream, UsesThePosixFileSystem) {
   EXPECT_EQ(std::string(bytes, got), std::string("\xFF\xFEo\0k\0", 6));
   std::remove(path.c_str());
 
-  CFileTextStream missingDir("/nonexistent-dir/x.xml", UTF8);
+  CFileTextStream missingDir("/nonexistent-dir/x.xml", XmlEncoding_UTF8);
   EXPECT_EQ(Message([&] { missingDir.Begin(); }),
             "Failed to write data to the file [/nonexistent-dir/x.xml] error [0x00000002]");
 }
@@ -224,23 +224,24 @@ TEST(CFileTextStream, UsesThePosixFileSystem) {
 TEST(CBinaryStream, CompressesToGzipAndZlib) {
   std::string text;
   for (int i = 0; i < 2000; ++i) text += "<item n=\"" + std::to_string(i) + "\">value</item>";
-  for (CompressionType type : {GZip, ZLib}) {
+  for (CompressionType type : {CompressionType_GZip, CompressionType_ZLib}) {
     CBinaryStream stream;
     stream.Append(text);
     stream.Compress(type);
     const unsigned char* p = stream.GetData().GetData();
     ASSERT_LT(stream.GetLength(), text.size());
-    EXPECT_EQ(type == GZip, p[0] == 0x1F && p[1] == 0x8B);
+    EXPECT_EQ(type == CompressionType_GZip, p[0] == 0x1F && p[1] == 0x8B);
     EXPECT_EQ(Inflate(stream.GetData()), text);
   }
 
   CBinaryStream plain;
   plain.Append("abc");
-  plain.Compress(NoCompression);
+  plain.Compress(CompressionType_None);
   plain.Compress(static_cast<CompressionType>(7));
   EXPECT_EQ(plain.GetLength(), 3u);
   // A few incompressible bytes do not fit an output array of their own size.
-  EXPECT_EQ(Message([&] { plain.Compress(GZip); }), "Failed to compress data. [Error Code: -5]");
+  EXPECT_EQ(Message([&] { plain.Compress(CompressionType_GZip); }),
+            "Failed to compress data. [Error Code: -5]");
   plain.Begin();
   EXPECT_EQ(plain.GetLength(), 0u);
 }

@@ -80,7 +80,7 @@ std::string Inflate(const CBinaryData& data, std::size_t capacity) {
 }  // namespace
 
 TEST(CXmlTextWriter, FormatsWithEitherLineEnd) {
-  EXPECT_EQ(WriteWith(EOL_LF, true),
+  EXPECT_EQ(WriteWith(EOLType_LF, true),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<root id=\"1\">\n"
             "\t<empty/>\n"
@@ -89,7 +89,7 @@ TEST(CXmlTextWriter, FormatsWithEitherLineEnd) {
             "\t\t<item/>\n"
             "\t</list>\n"
             "</root>\n");
-  EXPECT_EQ(WriteWith(EOL_CRLF, true),
+  EXPECT_EQ(WriteWith(EOLType_CRLF, true),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n"
             "<root id=\"1\">\r\n"
             "\t<empty/>\r\n"
@@ -98,7 +98,7 @@ TEST(CXmlTextWriter, FormatsWithEitherLineEnd) {
             "\t\t<item/>\r\n"
             "\t</list>\r\n"
             "</root>\r\n");
-  EXPECT_EQ(WriteWith(EOL_LF, false),
+  EXPECT_EQ(WriteWith(EOLType_LF, false),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<root id=\"1\"><empty/><name>Ann\nLee</name><list><item/></list></root>");
 }
@@ -106,11 +106,11 @@ TEST(CXmlTextWriter, FormatsWithEitherLineEnd) {
 TEST(CXmlTextWriter, SettingsAndDeclaration) {
   CTextStream stream;
   CXmlTextWriter w(&stream);
-  EXPECT_EQ(w.GetEOLType(), EOL_LF);
+  EXPECT_EQ(w.GetEOLType(), EOLType_LF);
   EXPECT_TRUE(w.GetFormatted());
-  w.SetEOLType(EOL_CRLF);
+  w.SetEOLType(EOLType_CRLF);
   EXPECT_EQ(Message([&] { w.SetEOLType(static_cast<EOLType>(2)); }), "Invalid EOL type.");
-  EXPECT_EQ(w.GetEOLType(), EOL_CRLF);
+  EXPECT_EQ(w.GetEOLType(), EOLType_CRLF);
   w.SetFormatted(false);
   EXPECT_FALSE(w.GetFormatted());
 
@@ -146,7 +146,7 @@ TEST(CXmlTextWriter, EscapesTextAttributesAndComments) {
             "a&amp;b&lt;c&gt;d&quot;e'f\tg]]&gt;h\x01i\nj"
             "<![CDATA[raw <&> ]]></r>");
   EXPECT_EQ(Write([&](CXmlTextWriter& w) {
-              w.SetEOLType(EOL_CRLF);
+              w.SetEOLType(EOLType_CRLF);
               w.WriteStartElement("r", "");
               w.WriteText("\r\n1\n2\r");
               w.WriteEndElement();
@@ -315,7 +315,7 @@ TEST(CXmlTextWriter, StreamsLargeDocumentsToFiles) {
     }
     w.WriteEndElement();
   };
-  for (XmlEncoding encoding : {UTF8, UTF16}) {
+  for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16}) {
     CTextStream memory(encoding);
     CXmlTextWriter toMemory(&memory);
     toMemory.Open();
@@ -332,13 +332,13 @@ TEST(CXmlTextWriter, StreamsLargeDocumentsToFiles) {
     EXPECT_LE(file.GetLength(), 4096u + 200u);  // flushed as it goes, not held to the end
     toFile.Close();
     EXPECT_GT(fs.writeCalls - callsBefore, 20);
-    const std::string mark = encoding == UTF16 ? "\xFF\xFE" : "";
+    const std::string mark = encoding == XmlEncoding_UTF16 ? "\xFF\xFE" : "";
     EXPECT_EQ(fs.Content("doc.xml"), mark + expected);
 
     // The same output, compressed, inflates back unchanged.
     CBinaryStream packed;
     packed.Append(expected);
-    packed.Compress(GZip);
+    packed.Compress(CompressionType_GZip);
     EXPECT_LT(packed.GetLength(), expected.size() / 10);
     EXPECT_EQ(Inflate(packed.GetData(), expected.size() + 1), expected);
   }
@@ -346,7 +346,7 @@ TEST(CXmlTextWriter, StreamsLargeDocumentsToFiles) {
   // A file that fills up mid-document fails the writer call that flushed.
   fs.writeError = ENOSPC;
   fs.writeLimit = 10000;
-  CFileTextStream full("full.xml", UTF8);
+  CFileTextStream full("full.xml", XmlEncoding_UTF8);
   CXmlTextWriter w(&full);
   w.Open();
   EXPECT_EQ(Message([&] { writeDocument(w); }),
