@@ -182,10 +182,10 @@ CFileTextStream::~CFileTextStream() = default;
 void CFileTextStream::Begin() {
   m_buffer.Clear();
   m_file.reset();
-  CreateFile();
+  OpenFile();
 }
 
-void CFileTextStream::CreateFile() {
+void CFileTextStream::OpenFile() {
   m_state = kFailed;
   m_file.reset();
   m_error = port::IFileSystem::Current().Create(m_fileName.c_str(), m_file);
@@ -204,7 +204,7 @@ void CFileTextStream::CreateFile() {
 void CFileTextStream::EnsureOpen() {
   switch (m_state) {
     case kNotStarted:
-      CreateFile();
+      OpenFile();
       break;
     case kOpen:
       break;

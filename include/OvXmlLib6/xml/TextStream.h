@@ -92,7 +92,7 @@ class OVXML_API CFileTextStream : public CTextStream {
  private:
   enum State { kNotStarted, kOpen, kFinished, kFailed };
 
-  void CreateFile();
+  void OpenFile();
   void EnsureOpen();
   void WriteBuffered();
   [[noreturn]] void FailWrite(int error);

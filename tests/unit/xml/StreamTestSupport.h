@@ -1,15 +1,46 @@
-// File systems for the stream tests: the memory file system installed as the library's current
-// one for the life of a scope, and a wrapper over it that fails chosen calls with chosen errors.
-#ifndef OVXMLLIB6_TESTS_UNIT_XML_TESTFILESYSTEM_H
-#define OVXMLLIB6_TESTS_UNIT_XML_TESTFILESYSTEM_H
+// Helpers for the stream and writer tests: the message of the COvException an action throws,
+// zlib's own inflation, and a memory file system, installed as the library's current one for the
+// life of a scope, that fails chosen calls with chosen errors.
+#ifndef OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
+#define OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
 
+#include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/types/BinaryData.h"
 #include "port/File.h"
 
+#include <zlib.h>
+
+#include <functional>
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 
 namespace OvXmlLib6 {
 namespace test {
+
+inline std::string Message(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const COvException& e) {
+    return e.GetMessage();
+  }
+  return "<no exception>";
+}
+
+// Inflates gzip or zlib data (detected from the header) of at most `capacity` bytes.
+inline std::string Inflate(const CBinaryData& data, std::size_t capacity) {
+  z_stream zs{};
+  EXPECT_EQ(inflateInit2(&zs, 15 + 32), Z_OK);
+  std::string out(capacity, '\0');
+  zs.next_in = const_cast<Bytef*>(data.GetData());
+  zs.avail_in = data.GetLength();
+  zs.next_out = reinterpret_cast<Bytef*>(&out[0]);
+  zs.avail_out = static_cast<uInt>(out.size());
+  EXPECT_EQ(inflate(&zs, Z_FINISH), Z_STREAM_END);
+  out.resize(zs.total_out);
+  inflateEnd(&zs);
+  return out;
+}
 
 class CFailingFileSystem : public port::IFileSystem {
  public:
@@ -78,4 +109,4 @@ class CFailingFileSystem : public port::IFileSystem {
 }  // namespace test
 }  // namespace OvXmlLib6
 
-#endif  // OVXMLLIB6_TESTS_UNIT_XML_TESTFILESYSTEM_H
+#endif  // OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
