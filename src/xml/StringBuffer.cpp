@@ -15,9 +15,13 @@ CStringBuffer::CStringBuffer(std::uint32_t blockSize)
 CStringBuffer::~CStringBuffer() { Clear(); }
 
 void CStringBuffer::NewBlock(std::size_t capacity) {
-  // Reserve first so that nothing can throw once the new block is allocated.
-  m_blocks.reserve(m_blocks.size() + 1);
-  m_blockLengths.reserve(m_blockLengths.size() + 1);
+  // Make room in the lists first (doubling), so that nothing can throw once the new block is
+  // allocated.
+  if (m_blocks.size() == m_blocks.capacity())
+    m_blocks.reserve(std::max<std::size_t>(16, 2 * m_blocks.size()));
+  if (m_blockLengths.size() == m_blockLengths.capacity()) {
+    m_blockLengths.reserve(std::max<std::size_t>(16, 2 * m_blockLengths.size()));
+  }
   // Zero-filled, so the byte after the text is always a terminating zero.
   char* block = new char[capacity + 1]();
   if (m_current != nullptr) {
