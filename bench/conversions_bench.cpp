@@ -1,0 +1,76 @@
+// Per-call cost of the commonest conversions between lexical forms and values. Each benchmark
+// cycles through a small set of typical values so that branch prediction cannot learn one input.
+// Run with --benchmark_repetitions=5 --benchmark_report_aggregates_only=true for medians.
+#include "OvXmlLib6/types/Conversions.h"
+
+#include <benchmark/benchmark.h>
+#include <string>
+#include <vector>
+
+using OvXmlLib6::CConversions;
+
+namespace {
+
+constexpr auto kCollapse = OvXmlLib6::CWhitespaceUtils::WhitespaceRule_Collapse;
+
+const std::vector<std::string> kI4Texts = {"0",      "42",         "-17",         "123456",
+                                           "-99999", "2147483647", "-2147483648", "7000"};
+const std::vector<std::int32_t> kI4Values = {0,      42,         -17,         123456,
+                                             -99999, 2147483647, -2147483647, 7000};
+const std::vector<std::string> kR8Texts = {"0.1",     "-1.5e10",   "3.141592653589793",
+                                           "1e-300",  "42",        "-0.000123456789",
+                                           "6.02e23", "123456.789"};
+const std::vector<double> kR8Values = {0.1,  -1.5e10,         3.141592653589793, 1e-300,
+                                       42.0, -0.000123456789, 6.02e23,           123456.789};
+
+template <typename T>
+const T& Cycle(const std::vector<T>& values, std::size_t& i) {
+  const T& value = values[i];
+  i = (i + 1) % values.size();
+  return value;
+}
+
+void BM_i4FromString(benchmark::State& state) {
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CConversions::i4FromString(Cycle(kI4Texts, i), kCollapse));
+  }
+}
+BENCHMARK(BM_i4FromString);
+
+void BM_i4ToString(benchmark::State& state) {
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CConversions::i4ToString(Cycle(kI4Values, i)));
+  }
+}
+BENCHMARK(BM_i4ToString);
+
+void BM_r8FromString(benchmark::State& state) {
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CConversions::r8FromString(Cycle(kR8Texts, i), kCollapse));
+  }
+}
+BENCHMARK(BM_r8FromString);
+
+void BM_r8ToString(benchmark::State& state) {
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CConversions::r8ToString(Cycle(kR8Values, i), nullptr));
+  }
+}
+BENCHMARK(BM_r8ToString);
+
+// The C library's "%.16g", for comparison with r8ToString.
+void BM_r8ToString_snprintf(benchmark::State& state) {
+  std::size_t i = 0;
+  char buffer[48];
+  for (auto _ : state) {
+    const int n = std::snprintf(buffer, sizeof buffer, "%.16g", Cycle(kR8Values, i));
+    benchmark::DoNotOptimize(std::string(buffer, static_cast<std::size_t>(n)));
+  }
+}
+BENCHMARK(BM_r8ToString_snprintf);
+
+}  // namespace
