@@ -7,6 +7,10 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
+#include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/types/Decimal.h"
+#include "OvXmlLib6/xml/CharEncoding.h"
+#include "OvXmlLib6/xml/Compression.h"
 
 #endif  // OVXMLLIB6_H
