@@ -23,6 +23,11 @@ const std::vector<std::string> kR8Texts = {"0.1",     "-1.5e10",   "3.1415926535
 const std::vector<double> kR8Values = {0.1,  -1.5e10,         3.141592653589793, 1e-300,
                                        42.0, -0.000123456789, 6.02e23,           123456.789};
 
+// Decimals of 20 digits.
+const std::vector<std::string> kDecimalTexts = {"12345678901234.567890",  "-9876543210.9876543210",
+                                                "0.12345678901234567890", "31415926535897932384",
+                                                "-1000000000.0000000001", "55555555555555555.555"};
+
 template <typename T>
 const T& Cycle(const std::vector<T>& values, std::size_t& i) {
   const T& value = values[i];
@@ -72,5 +77,23 @@ void BM_r8ToString_snprintf(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_r8ToString_snprintf);
+
+void BM_decimalFromString(benchmark::State& state) {
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CConversions::decimalFromString(Cycle(kDecimalTexts, i), kCollapse));
+  }
+}
+BENCHMARK(BM_decimalFromString);
+
+void BM_decimalToString(benchmark::State& state) {
+  std::vector<OvXmlLib6::CDecimal> values;
+  for (const std::string& text : kDecimalTexts) values.emplace_back(text.c_str());
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CConversions::decimalToString(Cycle(values, i), nullptr));
+  }
+}
+BENCHMARK(BM_decimalToString);
 
 }  // namespace

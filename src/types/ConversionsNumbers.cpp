@@ -1,7 +1,8 @@
-// Integers and reals. The parsers follow the C library's strtol/strtoul/strtod rules (leading
-// whitespace, optional sign, decimal digits, the text ending at its end or at a NUL byte) but are
-// written over string views without the C locale, errno or a terminating NUL; values that a
-// 32-bit C `long` could not hold are refused explicitly with the same messages.
+// Integers, reals, decimals and big integers. The parsers follow the C library's
+// strtol/strtoul/strtod rules (leading whitespace, optional sign, decimal digits, the text ending
+// at its end or at a NUL byte) but are written over string views without the C locale, errno or a
+// terminating NUL; values that a 32-bit C `long` could not hold are refused explicitly with the
+// same messages.
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/Conversions.h"
 #include "types/WhitespaceView.h"
@@ -225,6 +226,20 @@ std::string RealToString(double value, const char* format, int defaultPrecision,
                      std::min<std::size_t>(static_cast<std::size_t>(written), bufferSize - 1));
 }
 
+// atoi without its undefined overflow: leading whitespace, a sign, digits; saturates.
+int ReadCount(const char* text) {
+  std::size_t i = 0;
+  while (IsCSpace(text[i])) ++i;
+  bool negative = false;
+  if (text[i] == '+' || text[i] == '-') negative = text[i++] == '-';
+  long long value = 0;
+  for (; IsDigit(text[i]); ++i) {
+    value = value * 10 + (text[i] - '0');
+    if (value > std::numeric_limits<int>::max()) value = std::numeric_limits<int>::max();
+  }
+  return static_cast<int>(negative ? -value : value);
+}
+
 }  // namespace
 
 std::int8_t CConversions::i1FromString(const std::string& s, WhitespaceRule rule) {
@@ -332,5 +347,21 @@ double CConversions::r8FromString(const std::string& s, WhitespaceRule rule) {
 std::string CConversions::r8ToString(double value, const char* format) {
   return RealToString(value, format, 16, 48);
 }
+
+CDecimal CConversions::decimalFromString(const std::string& s, WhitespaceRule rule) {
+  std::string scratch;
+  return CDecimal(detail::ApplyRuleView(rule, s, scratch).data());
+}
+
+std::string CConversions::decimalToString(const CDecimal& value, const char* format) {
+  return format == nullptr ? value.ToString() : value.ToString(ReadCount(format));
+}
+
+CBigInteger CConversions::integerFromString(const std::string& s, WhitespaceRule rule) {
+  std::string scratch;
+  return CBigInteger(detail::ApplyRuleView(rule, s, scratch).data());
+}
+
+std::string CConversions::integerToString(const CBigInteger& value) { return value.ToString(); }
 
 }  // namespace OvXmlLib6

@@ -1,8 +1,10 @@
 #include "OvXmlLib6/types/PrimitiveRestrictions.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "OvXmlLib6/types/Decimal.h"
 #include "types/DecimalText.h"
 #include "types/XsdRegex.h"
 
@@ -307,6 +309,41 @@ void CPrimitiveRestrictions::CheckBinary(const char* name, const CBinaryData& va
     } catch (const COvException&) {
       return Order::kIncomparable;
     }
+  };
+  CheckSubject(name, s);
+}
+
+void CPrimitiveRestrictions::CheckDecimal(const char* name, const CDecimal& value) const {
+  if (!HasFacets()) return;
+  Subject s;
+  s.type = ItemType_decimal;
+  s.text = value.ToString();
+  s.ordered = true;
+  s.digits = true;
+  // Literals are read by the decimal parser itself and compared with the decimal's own order.
+  s.compare = [&](const std::string& literal) {
+    try {
+      const CDecimal other = CConversions::decimalFromString(literal, kCollapse);
+      if (value < other) return Order::kLess;
+      if (value > other) return Order::kGreater;
+      return Order::kEqual;
+    } catch (const COvException&) {
+      return Order::kIncomparable;
+    }
+  };
+  CheckSubject(name, s);
+}
+
+void CPrimitiveRestrictions::CheckInteger(const char* name, const CBigInteger& value) const {
+  if (!HasFacets()) return;
+  Subject s;
+  s.type = ItemType_integer;
+  s.text = value.ToString();
+  s.ordered = true;
+  s.digits = true;
+  // Exact on the text, so that a bound with a fraction ("12.5") is not cut to an integer first.
+  s.compare = [&](const std::string& literal) {
+    return detail::CompareDecimalText(s.text, CWhitespaceUtils::Collapse(literal));
   };
   CheckSubject(name, s);
 }

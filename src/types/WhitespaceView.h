@@ -12,7 +12,8 @@
 namespace OvXmlLib6 {
 namespace detail {
 
-// s under the rule; either a view of s or of `scratch`. Throws COvException
+// s under the rule; either a view of s or of `scratch`, always the whole of one of them, so when
+// s is a std::string the view's data() is terminated by a NUL. Throws COvException
 // "Unknown WhitespaceRule" for a rule outside 0 to 3.
 std::string_view ApplyRuleView(CWhitespaceUtils::WhitespaceRule rule, std::string_view s,
                                std::string& scratch);

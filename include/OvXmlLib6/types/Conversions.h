@@ -7,7 +7,9 @@
 #define OVXMLLIB6_TYPES_CONVERSIONS_H
 
 #include "OvXmlLib6/core/Export.h"
+#include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/types/Decimal.h"
 #include "OvXmlLib6/types/WhitespaceUtils.h"
 
 #include <cstdint>
@@ -46,6 +48,13 @@ class OVXML_API CConversions {
   static std::string r4ToString(float value, const char* format);
   static double r8FromString(const std::string& s, WhitespaceRule rule);
   static std::string r8ToString(double value, const char* format);
+
+  // Decimals and big integers, parsed by their own classes. A non-null decimal format is read
+  // as a decimal count of fraction digits to round to (as atoi reads it).
+  static CDecimal decimalFromString(const std::string& s, WhitespaceRule rule);
+  static std::string decimalToString(const CDecimal& value, const char* format);
+  static CBigInteger integerFromString(const std::string& s, WhitespaceRule rule);
+  static std::string integerToString(const CBigInteger& value);
 
   // "true", "false", "1" or "0", the words in any case. Output "true" or "false".
   static bool booleanFromString(const std::string& s, WhitespaceRule rule);

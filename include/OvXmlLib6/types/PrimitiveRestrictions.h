@@ -36,7 +36,9 @@
 
 namespace OvXmlLib6 {
 
+class CBigInteger;
 class CBinaryData;
+class CDecimal;
 
 namespace detail {
 class CXsdRegex;
@@ -84,6 +86,8 @@ class OVXML_API CPrimitiveRestrictions {
   void CheckBoolean(const char* name, bool value) const;
   void CheckString(const char* name, const std::string& value, ItemType type) const;
   void CheckBinary(const char* name, const CBinaryData& value, ItemType type) const;
+  void CheckDecimal(const char* name, const CDecimal& value) const;
+  void CheckInteger(const char* name, const CBigInteger& value) const;
 
  private:
   struct Subject;

@@ -35,6 +35,8 @@ std::vector<std::pair<const char*, Parser>> Parsers() {
       {"string", [](const std::string& s, Rule r) { C::stringFromString(s, r); }},
       {"hexBinary", [](const std::string& s, Rule r) { C::hexBinaryFromString(s, r); }},
       {"base64Binary", [](const std::string& s, Rule r) { C::base64BinaryFromString(s, r); }},
+      {"decimal", [](const std::string& s, Rule r) { C::decimalFromString(s, r); }},
+      {"integer", [](const std::string& s, Rule r) { C::integerFromString(s, r); }},
   };
 }
 

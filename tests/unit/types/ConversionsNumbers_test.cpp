@@ -176,3 +176,20 @@ TEST(CConversions, RealRoundTripThroughText) {
     EXPECT_EQ(back, d);
   }
 }
+
+TEST(CConversions, DecimalsAndBigIntegers) {
+  EXPECT_EQ(C::decimalToString(C::decimalFromString(" 1.5E-2 ", kCollapse), nullptr), "0.015");
+  EXPECT_EQ(C::decimalToString(C::decimalFromString("-1.005", kNone), "2"), "-1.01");
+  EXPECT_EQ(C::decimalToString(C::decimalFromString("2.5", kNone), "0"), "3.");
+  // The format is read as atoi reads it: leading blanks, digits up to the first other byte.
+  EXPECT_EQ(C::decimalToString(C::decimalFromString("1.23456", kNone), " 3xyz"), "1.235");
+  EXPECT_EQ(C::decimalToString(C::decimalFromString("1.5", kNone), "abc"), "2.");
+  EXPECT_EQ(ValueError([] { C::decimalFromString("12a", kNone); }),
+            "The string representing a Decimal, contained an invalid char at position 2 [12a]");
+  EXPECT_EQ(C::integerToString(C::integerFromString("99999999999999999999999", kCollapse)),
+            "99999999999999999999999");
+  EXPECT_EQ(C::integerToString(C::integerFromString(" -007 ", kCollapse)), "-7");
+  // A huge place count is refused by the decimal, not turned into a huge allocation.
+  EXPECT_THROW(C::decimalToString(C::decimalFromString("1", kNone), "99999999999999"),
+               COvException);
+}

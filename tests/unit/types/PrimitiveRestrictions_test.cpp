@@ -1,7 +1,9 @@
 #include "OvXmlLib6/types/PrimitiveRestrictions.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/types/Decimal.h"
 #include "types/DecimalText.h"
 
 #include <cmath>
@@ -208,4 +210,24 @@ TEST(DecimalText, ExactOrderAndDigitCounts) {
   detail::CountDecimalDigits("-00120.0", total, fraction);
   EXPECT_EQ(total, 3);
   EXPECT_EQ(fraction, 0);
+}
+
+TEST(CPrimitiveRestrictions, DecimalAndBigIntegerFacets) {
+  CPrimitiveRestrictions r(nullptr, -1, -1, "-1.5", "99999999999999999999.25", nullptr, nullptr, 6);
+  r.SetFractionDigits(2);
+  EXPECT_EQ(Outcome([&] { r.CheckDecimal("d", CDecimal("-1.50")); }), "ok");
+  EXPECT_EQ(Outcome([&] { r.CheckDecimal("d", CDecimal("-1.51")); }),
+            "Invalid Value for d [-1.51]");
+  EXPECT_EQ(Outcome([&] { r.CheckDecimal("d", CDecimal("1.125")); }),
+            "Invalid Value for d [1.125]");
+  EXPECT_EQ(Outcome([&] { r.CheckDecimal("d", CDecimal("1234.5")); }), "ok");
+  EXPECT_EQ(Outcome([&] { r.CheckDecimal("d", CDecimal("12345.67")); }),
+            "Invalid Value for d [12345.67]");  // seven digits in all
+  const CPrimitiveRestrictions big(nullptr, -1, -1, nullptr, "12.5", "-100000000000000000000",
+                                   nullptr, -1);
+  EXPECT_EQ(Outcome([&] { big.CheckInteger("i", CBigInteger("12")); }), "ok");
+  EXPECT_EQ(Outcome([&] { big.CheckInteger("i", CBigInteger("13")); }), "Invalid Value for i [13]");
+  EXPECT_EQ(Outcome([&] { big.CheckInteger("i", CBigInteger("-100000000000000000000")); }),
+            "Invalid Value for i [-100000000000000000000]");
+  EXPECT_EQ(Outcome([&] { big.CheckInteger("i", CBigInteger("-99999999999999999999")); }), "ok");
 }

@@ -105,7 +105,7 @@ TEST(CXsdRegex, BadPatternsAreRefused) {
 TEST(CXsdRegex, LinearOnHostileInput) {
   const std::string as(30, 'a');
   EXPECT_FALSE(Match("(a|a)*(a*)*b", as));
-  const std::string longText(1 << 20, 'x');
+  const std::string longText(1 << 17, 'x');
   EXPECT_TRUE(Match("(x|y)*", longText));
   EXPECT_FALSE(Match("(x|y)*z", longText));
   EXPECT_TRUE(Match(".*", longText));
