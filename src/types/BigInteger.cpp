@@ -247,7 +247,7 @@ CBigInteger& CBigInteger::operator-=(const CBigInteger& other) { return *this = 
 CBigInteger& CBigInteger::operator*=(const CBigInteger& other) { return *this = *this * other; }
 
 CBigInteger& CBigInteger::operator/=(const CBigInteger& other) {
-  if (other.IsZero()) throw COvInvalidValueException("ERROR: Overflow in operator /.");
+  if (other.IsZero()) throw COvInvalidValueException("ERROR: Overflow in operator /=.");
   CBigInteger quotient;
   DivideBy(other, &quotient, nullptr);
   return *this = std::move(quotient);

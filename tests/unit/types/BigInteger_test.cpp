@@ -170,7 +170,7 @@ TEST(CBigInteger, DivisionByZeroNamesTheOperator) {
   CBigInteger a(5);
   EXPECT_EQ(InvalidValueMessage([&] { a / 0; }), "ERROR: Overflow in operator/.");
   EXPECT_EQ(InvalidValueMessage([&] { a % CBigInteger("-0"); }), "ERROR: Overflow in operator%.");
-  EXPECT_EQ(InvalidValueMessage([&] { a /= 0; }), "ERROR: Overflow in operator /.");
+  EXPECT_EQ(InvalidValueMessage([&] { a /= 0; }), "ERROR: Overflow in operator /=.");
   EXPECT_EQ(InvalidValueMessage([&] { a %= 0; }), "ERROR: Overflow in operator%=.");
   EXPECT_EQ(Str(a), "5");
 }
