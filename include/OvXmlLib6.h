@@ -9,8 +9,9 @@
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/types/DateTime.h"
+#include "OvXmlLib6/types/DateTimeSpan.h"
 #include "OvXmlLib6/types/Decimal.h"
-#include "OvXmlLib6/xml/CharEncoding.h"
-#include "OvXmlLib6/xml/Compression.h"
+#include "OvXmlLib6/types/SystemTime.h"
 
 #endif  // OVXMLLIB6_H
