@@ -9,9 +9,14 @@
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/types/Conversions.h"
 #include "OvXmlLib6/types/DateTime.h"
 #include "OvXmlLib6/types/DateTimeSpan.h"
 #include "OvXmlLib6/types/Decimal.h"
+#include "OvXmlLib6/types/ItemType.h"
+#include "OvXmlLib6/types/PrimitiveRestrictions.h"
 #include "OvXmlLib6/types/SystemTime.h"
+#include "OvXmlLib6/types/Variant.h"
+#include "OvXmlLib6/types/WhitespaceUtils.h"
 
 #endif  // OVXMLLIB6_H

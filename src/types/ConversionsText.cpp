@@ -3,7 +3,6 @@
 #include "OvXmlLib6/types/Conversions.h"
 #include "types/WhitespaceView.h"
 
-#include <charconv>
 #include <string_view>
 
 namespace OvXmlLib6 {
@@ -18,17 +17,6 @@ bool EqualsIgnoreCase(std::string_view a, std::string_view lowerCase) {
     if (c != lowerCase[i]) return false;
   }
   return true;
-}
-
-// `prefix` followed by value, at least `width` digits with leading zeros.
-std::string PrefixedNumber(const char* prefix, unsigned value, std::size_t width) {
-  char digits[12];
-  const auto result = std::to_chars(digits, digits + sizeof digits, value);
-  const std::size_t count = static_cast<std::size_t>(result.ptr - digits);
-  std::string text(prefix);
-  if (count < width) text.append(width - count, '0');
-  text.append(digits, count);
-  return text;
 }
 
 }  // namespace
@@ -90,16 +78,6 @@ CBinaryData CConversions::base64BinaryFromString(const std::string& s, Whitespac
 
 std::string CConversions::base64BinaryToString(const CBinaryData& value) {
   return value.GetAsBase64();
-}
-
-std::string CConversions::yearToString(std::uint16_t value) { return PrefixedNumber("", value, 1); }
-
-std::string CConversions::monthToString(std::uint8_t value) {
-  return PrefixedNumber("--", value, 2);
-}
-
-std::string CConversions::dayToString(std::uint8_t value) {
-  return PrefixedNumber("---", value, 2);
 }
 
 }  // namespace OvXmlLib6

@@ -4,12 +4,16 @@
 #include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "OvXmlLib6/types/DateTime.h"
+#include "OvXmlLib6/types/DateTimeSpan.h"
 #include "OvXmlLib6/types/Decimal.h"
+#include "OvXmlLib6/types/Variant.h"
 #include "types/DecimalText.h"
 #include "types/XsdRegex.h"
 
 #include <cmath>
 #include <cstring>
+#include <exception>
 #include <functional>
 
 namespace OvXmlLib6 {
@@ -57,6 +61,100 @@ Order CompareReal(double value, const std::string& literal, ItemType type) {
   return Order::kEqual;
 }
 
+Order FromCompareResult(CDateTime::DTCompareResult result) {
+  switch (result) {
+    case CDateTime::DTCompare_Less:
+      return Order::kLess;
+    case CDateTime::DTCompare_Equal:
+      return Order::kEqual;
+    case CDateTime::DTCompare_Greater:
+      return Order::kGreater;
+    default:
+      return Order::kIncomparable;
+  }
+}
+
+// The value as a dateTime on the XML Schema reference calendar, with its zone: the kinds that
+// lack fields take them from 1972-12-31T00:00:00 (1972 is a leap year, so --02-29 exists).
+// CDateTime orders dateTimes only; this lets every kind be ordered the same way. Throws when
+// the value has no such dateTime (a lenient gDay above 31, a kind that is not set).
+CDateTime AsReferenceDateTime(const CDateTime& v) {
+  int year = 1972, month = 12, day = 31, hour = 0, minute = 0, second = 0;
+  int milli = 0, micro = 0, nano = 0;
+  const CDateTime::DTType kind = v.GetType();
+  if (kind == CDateTime::dateTime || kind == CDateTime::time) {
+    hour = v.GetHour();
+    minute = v.GetMinute();
+    second = v.GetSecond();
+    milli = v.GetMilliSecond();
+    micro = v.GetMicroSecond();
+    nano = v.GetNanoSecond();
+  }
+  switch (kind) {
+    case CDateTime::dateTime:
+    case CDateTime::date:
+      year = v.GetYear();
+      month = v.GetMonth();
+      day = v.GetDay();
+      break;
+    case CDateTime::time:
+      break;
+    case CDateTime::gYearMonth:
+      year = v.GetYear();
+      month = v.GetMonth();
+      day = 1;
+      break;
+    case CDateTime::gYear:
+      year = v.GetYear();
+      month = 1;
+      day = 1;
+      break;
+    case CDateTime::gMonthDay:
+      month = v.GetMonth();
+      day = v.GetDay();
+      break;
+    case CDateTime::gMonth:
+      month = v.GetMonth();
+      day = 1;
+      break;
+    case CDateTime::gDay:
+      day = v.GetDay();
+      break;
+    default:
+      throw COvException("no reference dateTime");
+  }
+  CDateTime result(static_cast<short>(year), static_cast<unsigned char>(month),
+                   static_cast<unsigned char>(day), static_cast<unsigned char>(hour),
+                   static_cast<unsigned char>(minute), static_cast<unsigned char>(second),
+                   static_cast<unsigned short>(milli), static_cast<unsigned short>(micro),
+                   static_cast<unsigned short>(nano));
+  if (v.HasTimeZone()) {
+    result.SetTimeZone(v.GetZoneHour(), v.GetZoneMinute());
+  } else if (v.IsUTC()) {
+    result.SetUTC();
+  }
+  return result;
+}
+
+CDateTime ParseDateLiteral(const std::string& literal, ItemType type, CDateTime::DTType kind) {
+  switch (type) {
+    case ItemType_datetime:
+      return CConversions::datetimeFromString(literal, kCollapse);
+    case ItemType_time:
+      return CConversions::timeFromString(literal, kCollapse);
+    case ItemType_date:
+    case ItemType_yearMonth:
+    case ItemType_monthDay:
+      return CConversions::dateFromString(literal, kCollapse);
+    default:
+      break;
+  }
+  // Not a date type: the value's own kind picks the parser.
+  if (kind == CDateTime::dateTime) return CConversions::datetimeFromString(literal, kCollapse);
+  if (kind == CDateTime::time) return CConversions::timeFromString(literal, kCollapse);
+  return CConversions::dateFromString(literal, kCollapse);
+}
+
 }  // namespace
 
 // One value as the facets see it.
@@ -78,6 +176,9 @@ struct CPrimitiveRestrictions::Subject {
   double real = 0.0;
   // The value against a literal of its type (a bound or an enumeration value), by value.
   std::function<Order(const std::string&)> compare;
+  // Set when the value has no text (a date that cannot be printed): rethrown by any facet that
+  // needs the text, so bounds alone still work.
+  std::exception_ptr textError;
 };
 
 CPrimitiveRestrictions::CPrimitiveRestrictions()
@@ -136,6 +237,7 @@ bool CPrimitiveRestrictions::HasFacets() const {
 void CPrimitiveRestrictions::CheckSubject(const char* name, const Subject& subject) const {
   const char* elementName = name == nullptr ? "" : name;
   auto fail = [&]() {
+    if (subject.textError) std::rethrow_exception(subject.textError);
     if (subject.form == Subject::kReal) {
       throw COvException(FormatString("Invalid Value for %s [%f]", elementName, subject.real));
     }
@@ -156,6 +258,7 @@ void CPrimitiveRestrictions::CheckSubject(const char* name, const Subject& subje
         "Regular Expressions not supported as library was built with _NO_REGEX flag set.");
 #else
     if (!m_regex) throw COvException(m_patternError);
+    if (subject.textError) std::rethrow_exception(subject.textError);
     if (!m_regex->Matches(subject.text)) fail();
 #endif
   }
@@ -346,6 +449,101 @@ void CPrimitiveRestrictions::CheckInteger(const char* name, const CBigInteger& v
     return detail::CompareDecimalText(s.text, CWhitespaceUtils::Collapse(literal));
   };
   CheckSubject(name, s);
+}
+
+void CPrimitiveRestrictions::CheckDateTime(const char* name, const CDateTime& value,
+                                           ItemType type) const {
+  if (!HasFacets()) return;
+  Subject s;
+  s.type = type;
+  try {
+    s.text = CConversions::datetimeToString(value);
+  } catch (const COvException&) {
+    s.textError = std::current_exception();
+  }
+  s.ordered = true;
+  s.compare = [&](const std::string& literal) {
+    try {
+      const CDateTime other = ParseDateLiteral(literal, type, value.GetType());
+      return FromCompareResult(AsReferenceDateTime(value).CompareTo(AsReferenceDateTime(other)));
+    } catch (const COvException&) {
+      return Order::kIncomparable;
+    }
+  };
+  CheckSubject(name, s);
+}
+
+void CPrimitiveRestrictions::CheckDuration(const char* name, const CDateTimeSpan& value) const {
+  if (!HasFacets()) return;
+  Subject s;
+  s.type = ItemType_duration;
+  s.text = CConversions::durationToString(value);
+  s.ordered = true;
+  s.compare = [&](const std::string& literal) {
+    try {
+      return FromCompareResult(
+          value.CompareTo(CConversions::durationFromString(literal, kCollapse)));
+    } catch (const COvException&) {
+      return Order::kIncomparable;
+    }
+  };
+  CheckSubject(name, s);
+}
+
+void CPrimitiveRestrictions::Check(const char* name, const OvVariant& value) const {
+  if (!HasFacets()) return;
+  const ItemType type = value.GetTypeAsEnum();
+  switch (type) {
+    case ItemType_hexBinary:
+    case ItemType_base64Binary:
+      return CheckBinary(name, value.GetHexBinary(), type);
+    case ItemType_i1:
+      return CheckSigned(name, value.GetI1(), type);
+    case ItemType_i2:
+      return CheckSigned(name, value.GetI2(), type);
+    case ItemType_i4:
+      return CheckSigned(name, value.GetI4(), type);
+    case ItemType_i8:
+      return CheckSigned(name, value.GetI8(), type);
+    case ItemType_ui1:
+      return CheckUnsigned(name, value.GetUI1(), type);
+    case ItemType_ui2:
+      return CheckUnsigned(name, value.GetUI2(), type);
+    case ItemType_ui4:
+      return CheckUnsigned(name, value.GetUI4(), type);
+    case ItemType_ui8:
+      return CheckUnsigned(name, value.GetUI8(), type);
+    case ItemType_year:
+      return CheckUnsigned(name, value.GetYear(), type);
+    case ItemType_month:
+      return CheckUnsigned(name, value.GetMonth(), type);
+    case ItemType_day:
+      return CheckUnsigned(name, value.GetDay(), type);
+    case ItemType_r4:
+      return CheckReal(name, value.GetR4(), type);
+    case ItemType_r8:
+      return CheckReal(name, value.GetR8(), type);
+    case ItemType_duration:
+      return CheckDuration(name, value.GetDuration());
+    case ItemType_yearMonth:
+    case ItemType_monthDay:
+    case ItemType_date:
+    case ItemType_datetime:
+    case ItemType_time:
+      return CheckDateTime(name, value.GetDateTime(), type);
+    case ItemType_char:
+      return CheckString(name, std::string(1, value.GetChar()), type);
+    case ItemType_string:
+      return CheckString(name, value.GetString(), type);
+    case ItemType_boolean:
+      return CheckBoolean(name, value.GetBoolean());
+    case ItemType_decimal:
+      return CheckDecimal(name, value.GetDecimal());
+    case ItemType_integer:
+      return CheckInteger(name, value.GetInteger());
+    default:
+      return;  // no value, or a bound object: no facets apply
+  }
 }
 
 }  // namespace OvXmlLib6

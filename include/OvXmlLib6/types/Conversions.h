@@ -9,6 +9,8 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/types/DateTime.h"
+#include "OvXmlLib6/types/DateTimeSpan.h"
 #include "OvXmlLib6/types/Decimal.h"
 #include "OvXmlLib6/types/WhitespaceUtils.h"
 
@@ -73,10 +75,32 @@ class OVXML_API CConversions {
   static CBinaryData base64BinaryFromString(const std::string& s, WhitespaceRule rule);
   static std::string base64BinaryToString(const CBinaryData& value);
 
-  // Output side of gYear, gMonth and gDay: "%u", "--%02u" and "---%02u".
+  // Dates and times. Each parser builds a value of its kind and runs the CDateTime parser for it
+  // (ParseXSDDateTime, ParseXSDTime, else ParseXSDDate, which takes the kind from the text, so
+  // dateFromString of "2004-05" gives a gYearMonth). The five ToString forms are one routine:
+  // CDateTime::ToString("s"), the form of the value's own kind.
+  static CDateTime datetimeFromString(const std::string& s, WhitespaceRule rule);
+  static std::string datetimeToString(const CDateTime& value);
+  static CDateTime dateFromString(const std::string& s, WhitespaceRule rule);
+  static std::string dateToString(const CDateTime& value);
+  static CDateTime timeFromString(const std::string& s, WhitespaceRule rule);
+  static std::string timeToString(const CDateTime& value);
+  static CDateTime yearMonthFromString(const std::string& s, WhitespaceRule rule);
+  static std::string yearMonthToString(const CDateTime& value);
+  static CDateTime monthDayFromString(const std::string& s, WhitespaceRule rule);
+  static std::string monthDayToString(const CDateTime& value);
+
+  // gYear, gMonth and gDay as numbers: parsed as the date kind, then its field is taken (a text
+  // of a kind without that field fails in the getter). Output "%u", "--%02u" and "---%02u".
+  static std::uint16_t yearFromString(const std::string& s, WhitespaceRule rule);
   static std::string yearToString(std::uint16_t value);
+  static std::uint8_t monthFromString(const std::string& s, WhitespaceRule rule);
   static std::string monthToString(std::uint8_t value);
+  static std::uint8_t dayFromString(const std::string& s, WhitespaceRule rule);
   static std::string dayToString(std::uint8_t value);
+
+  static CDateTimeSpan durationFromString(const std::string& s, WhitespaceRule rule);
+  static std::string durationToString(const CDateTimeSpan& value);
 };
 
 }  // namespace OvXmlLib6

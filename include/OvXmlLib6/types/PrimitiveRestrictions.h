@@ -38,7 +38,10 @@ namespace OvXmlLib6 {
 
 class CBigInteger;
 class CBinaryData;
+class CDateTime;
+class CDateTimeSpan;
 class CDecimal;
+struct OvVariant;
 
 namespace detail {
 class CXsdRegex;
@@ -76,6 +79,10 @@ class OVXML_API CPrimitiveRestrictions {
   int GetFractionDigits() const { return m_fractionDigits; }
   const std::vector<std::string>& GetEnumerations() const { return m_enumerations; }
 
+  // The check of the value a variant holds, by the variant's tag (what descriptors call). An
+  // invalid variant has no value to check.
+  void Check(const char* name, const OvVariant& value) const;
+
   // The check of one value, by kind of value. `name` names the element or attribute in the
   // message. The type says which lexical form and facets apply: CheckSigned takes i1, i2, i4,
   // i8; CheckUnsigned ui1, ui2, ui4, ui8, year, month, day; CheckReal r4 and r8; CheckString
@@ -88,6 +95,11 @@ class OVXML_API CPrimitiveRestrictions {
   void CheckBinary(const char* name, const CBinaryData& value, ItemType type) const;
   void CheckDecimal(const char* name, const CDecimal& value) const;
   void CheckInteger(const char* name, const CBigInteger& value) const;
+  // date, datetime, time, yearMonth, monthDay. Kinds without some fields are ordered as
+  // dateTimes on the XML Schema reference calendar (a date at midnight, a time on 1972-12-31, a
+  // gMonthDay in 1972, ...), keeping the zone, so values of every kind compare by value.
+  void CheckDateTime(const char* name, const CDateTime& value, ItemType type) const;
+  void CheckDuration(const char* name, const CDateTimeSpan& value) const;
 
  private:
   struct Subject;
