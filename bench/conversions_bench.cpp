@@ -23,6 +23,13 @@ const std::vector<std::string> kR8Texts = {"0.1",     "-1.5e10",   "3.1415926535
 const std::vector<double> kR8Values = {0.1,  -1.5e10,         3.141592653589793, 1e-300,
                                        42.0, -0.000123456789, 6.02e23,           123456.789};
 
+const std::vector<std::string> kDateTimeTexts = {"2001-10-26T21:32:52",
+                                                 "2004-02-29T00:00:00Z",
+                                                 "1999-12-31T23:59:59.999",
+                                                 "-0044-03-15T12:00:00+01:00",
+                                                 "2024-06-01T08:30:00.123456789-05:00",
+                                                 "1970-01-01T00:00:01"};
+
 // Decimals of 20 digits.
 const std::vector<std::string> kDecimalTexts = {"12345678901234.567890",  "-9876543210.9876543210",
                                                 "0.12345678901234567890", "31415926535897932384",
@@ -77,6 +84,26 @@ void BM_r8ToString_snprintf(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_r8ToString_snprintf);
+
+void BM_datetimeFromString(benchmark::State& state) {
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CConversions::datetimeFromString(Cycle(kDateTimeTexts, i), kCollapse));
+  }
+}
+BENCHMARK(BM_datetimeFromString);
+
+void BM_datetimeToString(benchmark::State& state) {
+  std::vector<OvXmlLib6::CDateTime> values;
+  for (const std::string& text : kDateTimeTexts) {
+    values.push_back(CConversions::datetimeFromString(text, kCollapse));
+  }
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(CConversions::datetimeToString(Cycle(values, i)));
+  }
+}
+BENCHMARK(BM_datetimeToString);
 
 void BM_decimalFromString(benchmark::State& state) {
   std::size_t i = 0;

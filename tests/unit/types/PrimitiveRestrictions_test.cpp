@@ -3,6 +3,8 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/types/Conversions.h"
+#include "OvXmlLib6/types/DateTime.h"
 #include "OvXmlLib6/types/Decimal.h"
 #include "types/DecimalText.h"
 
@@ -230,4 +232,48 @@ TEST(CPrimitiveRestrictions, DecimalAndBigIntegerFacets) {
   EXPECT_EQ(Outcome([&] { big.CheckInteger("i", CBigInteger("-100000000000000000000")); }),
             "Invalid Value for i [-100000000000000000000]");
   EXPECT_EQ(Outcome([&] { big.CheckInteger("i", CBigInteger("-99999999999999999999")); }), "ok");
+}
+
+// Every date kind is ordered by value, zones included; a pair whose order is indeterminate
+// fails the bound.
+TEST(CPrimitiveRestrictions, DateKindsByValue) {
+  const auto check = [](const char* minInclusive, const char* maxExclusive, const char* value,
+                        ItemType type) {
+    const CPrimitiveRestrictions r(nullptr, -1, -1, minInclusive, nullptr, nullptr, maxExclusive,
+                                   -1);
+    const CDateTime parsed =
+        type == ItemType_datetime ? CDateTime(value)
+        : type == ItemType_time
+            ? CConversions::timeFromString(value, CWhitespaceUtils::WhitespaceRule_None)
+            : CConversions::dateFromString(value, CWhitespaceUtils::WhitespaceRule_None);
+    return Outcome([&] { r.CheckDateTime("t", parsed, type); });
+  };
+  EXPECT_EQ(check("2000-01-01", "2001-01-01", "2000-12-31", ItemType_date), "ok");
+  EXPECT_EQ(check("2000-01-01", "2001-01-01", "2001-01-01", ItemType_date),
+            "Invalid Value for t [2001-01-01]");
+  EXPECT_EQ(check("-0044-03-15", nullptr, "-0045-01-01", ItemType_date),
+            "Invalid Value for t [-0045-01-01]");
+  EXPECT_EQ(check("09:00:00", "17:00:00", "16:59:59.999", ItemType_time), "ok");
+  EXPECT_EQ(check("09:00:00Z", nullptr, "10:00:00+02:00", ItemType_time),
+            "Invalid Value for t [10:00:00+02:00]");  // 08:00 UTC
+  EXPECT_EQ(check("--02-01", "--03-01", "--02-29", ItemType_monthDay), "ok");
+  EXPECT_EQ(check("2004-05", nullptr, "2004-04", ItemType_yearMonth),
+            "Invalid Value for t [2004-04]");
+  // A zoneless value within 14 hours of a zoned bound cannot be ordered.
+  EXPECT_EQ(check("2000-01-01T12:00:00Z", nullptr, "2000-01-01T20:00:00", ItemType_datetime),
+            "Invalid Value for t [2000-01-01T20:00:00]");
+  EXPECT_EQ(check("2000-01-01T12:00:00Z", nullptr, "2000-01-02T03:00:00", ItemType_datetime), "ok");
+  // A time that cannot be printed (midnight) is still ordered; only its message needs the text.
+  EXPECT_EQ(check("00:00:00.001", nullptr, "00:00:00", ItemType_time), "Date Not Set");
+  EXPECT_EQ(check("00:00:00", nullptr, "00:00:00", ItemType_time), "ok");
+
+  CPrimitiveRestrictions years;
+  years.AddEnumeration("2000");
+  years.AddEnumeration("2004Z");
+  EXPECT_EQ(Outcome([&] {
+              years.CheckDateTime(
+                  "y", CConversions::dateFromString("2004Z", CWhitespaceUtils::WhitespaceRule_None),
+                  ItemType_date);
+            }),
+            "ok");
 }
