@@ -125,7 +125,8 @@ TEST(OvVariant, CopyAssignAndMove) {
   b = a;
   a.SetI8(1);
   EXPECT_EQ(b.ToString(), "-99999999999999999999");
-  b = b;  // self-assignment keeps the value
+  const OvVariant& same = b;
+  b = same;  // self-assignment keeps the value
   EXPECT_EQ(b.ToString(), "-99999999999999999999");
   OvVariant c(std::move(b));
   EXPECT_FALSE(b.IsValid());
