@@ -4,9 +4,16 @@
 #define OVXMLLIB6_H
 
 #include "OvXmlLib6/core/CriticalSection.h"
+#include "OvXmlLib6/core/Enums.h"
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
+#include "OvXmlLib6/core/SerializationContext.h"
+#include "OvXmlLib6/core/SmartPtr.h"
+#include "OvXmlLib6/fastinfoset/Encodings.h"
+#include "OvXmlLib6/fastinfoset/FastInfosetBinaryData.h"
+#include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
+#include "OvXmlLib6/fastinfoset/Vocabulary.h"
 #include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
 #include "OvXmlLib6/types/Conversions.h"
@@ -18,5 +25,7 @@
 #include "OvXmlLib6/types/SystemTime.h"
 #include "OvXmlLib6/types/Variant.h"
 #include "OvXmlLib6/types/WhitespaceUtils.h"
+#include "OvXmlLib6/xml/CharEncoding.h"
+#include "OvXmlLib6/xml/Compression.h"
 
 #endif  // OVXMLLIB6_H

@@ -91,6 +91,16 @@ struct CDateTimeAccess {
                                             const DateFields& b, bool zoneB);
 };
 
+// The year range of the kinds that have a year (0 excluded).
+constexpr int kMaxYear = 9999;
+constexpr int kMinYear = -9999;
+// COvInvalidValueException "Invalid Year [%d] (%d <= year <= %d && year != 0)", with the bounds in
+// the library's own crossed order (9999, then -9999).
+[[noreturn]] void ThrowYearRange(std::int64_t year);
+// COvInvalidStateException "Failed to <getter>. Invalid Date Type: <kind>." unless `type` is one
+// of `kinds`.
+void RequireKind(CDateTime::DTType type, unsigned kinds, const char* getter);
+
 // The kind's word ("dateTime", ...); "" for a number above 8.
 const char* TypeName(CDateTime::DTType type);
 

@@ -1,5 +1,6 @@
-// CDateTime: construction, setters, getters, validation, comparison, duration arithmetic and the
-// platform conversions. The lexical forms are in DateTimeText.cpp.
+// CDateTime: construction, setters, getters, validation and the platform conversions. The
+// lexical forms are in DateTimeText.cpp, the order and the duration arithmetic in
+// DateTimeOrder.cpp.
 #include "OvXmlLib6/types/DateTime.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
@@ -16,88 +17,13 @@ using detail::TypeName;
 
 namespace {
 
-constexpr int kMaxYear = 9999;
-constexpr int kMinYear = -9999;
-// The widest offset a zone can have, used for values compared against a zoned value.
-constexpr std::int64_t kMaxZoneMinutes = 14 * 60;
+using detail::kMaxYear;
+using detail::kMinYear;
 
 long long L(std::int64_t value) { return static_cast<long long>(value); }
 
 [[noreturn]] void ThrowValue(const std::string& message) {
   throw COvInvalidValueException(message);
-}
-
-[[noreturn]] void ThrowYearRange(std::int64_t year) {
-  ThrowValue(FormatString("Invalid Year [%lld] (%d <= year <= %d && year != 0)", L(year), kMaxYear,
-                          kMinYear));
-}
-
-CDateTime::DTCompareResult Mirror(CDateTime::DTCompareResult result) {
-  if (result == CDateTime::DTCompare_Less) return CDateTime::DTCompare_Greater;
-  if (result == CDateTime::DTCompare_Greater) return CDateTime::DTCompare_Less;
-  return result;
-}
-
-void RequireField(CDateTime::DTType type, unsigned kinds, const char* getter) {
-  if (!IsKindIn(type, kinds)) {
-    throw COvInvalidStateException(
-        FormatString("Failed to %s. Invalid Date Type: %s.", getter, TypeName(type)));
-  }
-}
-
-// Compares two widened fields; Equal when they are equal.
-CDateTime::DTCompareResult Order(std::int64_t a, std::int64_t b) {
-  if (a < b) return CDateTime::DTCompare_Less;
-  if (a > b) return CDateTime::DTCompare_Greater;
-  return CDateTime::DTCompare_Equal;
-}
-
-// Field comparison. Each field is read as its checked getter would read it, so a kind that lacks
-// a field fails with that getter's message once the comparison gets that far.
-CDateTime::DTCompareResult CompareFields(CDateTime::DTType typeA, const DateFields& a,
-                                         CDateTime::DTType typeB, const DateFields& b) {
-  RequireField(typeA, detail::kYearKinds, "GetYear");
-  RequireField(typeB, detail::kYearKinds, "GetYear");
-  if ((a.year < 0 && b.year > 0) || (a.year > 0 && b.year < 0)) {
-    return CDateTime::DTCompare_Indeterminate;
-  }
-  CDateTime::DTCompareResult result = Order(a.year, b.year);
-  if (result != CDateTime::DTCompare_Equal) return result;
-  RequireField(typeA, detail::kMonthKinds, "GetMonth");
-  RequireField(typeB, detail::kMonthKinds, "GetMonth");
-  if ((result = Order(a.month, b.month)) != CDateTime::DTCompare_Equal) return result;
-  RequireField(typeA, detail::kDayKinds, "GetDay");
-  RequireField(typeB, detail::kDayKinds, "GetDay");
-  if ((result = Order(a.day, b.day)) != CDateTime::DTCompare_Equal) return result;
-  RequireField(typeA, detail::kTimeKinds, "GetHour");
-  RequireField(typeB, detail::kTimeKinds, "GetHour");
-  if ((result = Order(a.hour, b.hour)) != CDateTime::DTCompare_Equal) return result;
-  RequireField(typeA, detail::kTimeKinds, "GetMinute");
-  RequireField(typeB, detail::kTimeKinds, "GetMinute");
-  if ((result = Order(a.minute, b.minute)) != CDateTime::DTCompare_Equal) return result;
-  // The seconds with their fraction, in whole nanoseconds: the order of GetRealSecond, exactly.
-  auto realSecond = [](const DateFields& f) {
-    return ((f.second * 1000 + f.milliSecond) * 1000 + f.microSecond) * 1000 + f.nanoSecond;
-  };
-  return Order(realSecond(a), realSecond(b));
-}
-
-// `zoneless` against a value that carries a zone: the zoneless one is taken at +14:00 (its
-// earliest instant) and at -14:00 (its latest); only when both agree is the order determinate.
-CDateTime::DTCompareResult CompareZoneless(CDateTime::DTType typeZ, const DateFields& zoneless,
-                                           CDateTime::DTType typeP, const DateFields& zoned) {
-  const unsigned bits = detail::FieldsOfKind(typeZ);
-  DateFields earliest = zoneless;
-  detail::ShiftToUtc(earliest, bits, kMaxZoneMinutes);
-  DateFields latest = zoneless;
-  detail::ShiftToUtc(latest, bits, -kMaxZoneMinutes);
-  const CDateTime::DTCompareResult first = CompareFields(typeZ, earliest, typeP, zoned);
-  const CDateTime::DTCompareResult second = CompareFields(typeZ, latest, typeP, zoned);
-  if (first == second &&
-      (first == CDateTime::DTCompare_Less || first == CDateTime::DTCompare_Greater)) {
-    return first;
-  }
-  return CDateTime::DTCompare_Indeterminate;
 }
 
 // The first time field out of its range (or present in a kind without time), with its message.
@@ -136,6 +62,18 @@ CDateTime::DTCompareResult CompareZoneless(CDateTime::DTType typeZ, const DateFi
 
 namespace detail {
 
+void ThrowYearRange(std::int64_t year) {
+  ThrowValue(FormatString("Invalid Year [%lld] (%d <= year <= %d && year != 0)", L(year), kMaxYear,
+                          kMinYear));
+}
+
+void RequireKind(CDateTime::DTType type, unsigned kinds, const char* getter) {
+  if (!IsKindIn(type, kinds)) {
+    throw COvInvalidStateException(
+        FormatString("Failed to %s. Invalid Date Type: %s.", getter, TypeName(type)));
+  }
+}
+
 const char* TypeName(CDateTime::DTType type) {
   static const char* const kNames[9] = {"yearZero", "dateTime", "date",   "gYearMonth", "gYear",
                                         "time",     "gDay",     "gMonth", "gMonthDay"};
@@ -146,17 +84,6 @@ const char* TypeName(CDateTime::DTType type) {
 DateFields CDateTimeAccess::Fields(const CDateTime& v) {
   return DateFields{v.m_year,   v.m_month,       v.m_day,         v.m_hour,      v.m_minute,
                     v.m_second, v.m_milliSecond, v.m_microSecond, v.m_nanoSecond};
-}
-
-DateFields CDateTimeAccess::UtcFields(const CDateTime& v) {
-  DateFields fields = Fields(v);
-  if (v.m_hasOffset) {
-    // The sign of an offset is carried by its hour alone (-00:30 reads as +00:30).
-    const std::int64_t offset =
-        v.m_zoneHour * 60 + (v.m_zoneHour < 0 ? -v.m_zoneMinute : v.m_zoneMinute);
-    ShiftToUtc(fields, FieldsOfKind(v.m_type), offset);
-  }
-  return fields;
 }
 
 void CDateTimeAccess::ValidateFields(CDateTime::DTType type, const DateFields& f) {
@@ -172,7 +99,7 @@ void CDateTimeAccess::ValidateFields(CDateTime::DTType type, const DateFields& f
   }
 
   if (IsKindIn(type, kYearKinds)) {
-    if (f.year == 0 || f.year > kMaxYear || f.year < kMinYear) ThrowYearRange(f.year);
+    if (f.year == 0 || f.year > kMaxYear || f.year < kMinYear) detail::ThrowYearRange(f.year);
   } else if (f.year != 0) {
     ThrowValue(FormatString("Invalid Year [%lld] for type %s", L(f.year), name));
   }
@@ -221,16 +148,6 @@ void CDateTimeAccess::Store(CDateTime& v, CDateTime::DTType type, const DateFiel
   v.m_hasOffset = false;
   v.m_zoneHour = 0;
   v.m_zoneMinute = 0;
-}
-
-CDateTime::DTCompareResult CDateTimeAccess::Compare(CDateTime::DTType typeA, const DateFields& a,
-                                                    bool zoneA, CDateTime::DTType typeB,
-                                                    const DateFields& b, bool zoneB) {
-  if (zoneA == zoneB) return CompareFields(typeA, a, typeB, b);
-  if (!zoneA) return CompareZoneless(typeA, a, typeB, b);
-  // Computed from the zoneless side and mirrored, so that a.CompareTo(b) is always the mirror
-  // of b.CompareTo(a).
-  return Mirror(CompareZoneless(typeB, b, typeA, a));
 }
 
 }  // namespace detail
@@ -435,6 +352,7 @@ void CDateTime::SetDateTime(const CDateTime& source, DTType type) {
 // ---- zone ----
 
 void CDateTime::SetUTC() {
+  m_status = 0;
   m_zoneInUse = true;
   m_hasOffset = false;
   m_zoneHour = 0;
@@ -445,6 +363,7 @@ void CDateTime::SetTimeZone(short hour, unsigned char minute) {
   if (hour < -23 || hour > 23 || minute > 59) {
     ThrowValue(FormatString("Invalid TimeZone [%d:%d]", hour, minute));
   }
+  m_status = 0;
   m_zoneInUse = true;
   m_hasOffset = true;
   m_zoneHour = hour;
@@ -468,7 +387,7 @@ unsigned char CDateTime::GetZoneMinute() const {
 // ---- getters ----
 
 void CDateTime::RequireKind(unsigned kinds, const char* getter) const {
-  RequireField(m_type, kinds, getter);
+  detail::RequireKind(m_type, kinds, getter);
 }
 
 short CDateTime::GetYear() const {
@@ -546,102 +465,6 @@ std::string CDateTime::GetTypeAsString(DTType type) { return TypeName(type); }
 void CDateTime::Validate() const {
   CDateTimeAccess::ValidateFields(m_type, CDateTimeAccess::Fields(*this));
 }
-
-// ---- order ----
-
-CDateTime::DTCompareResult CDateTime::CompareTo(const CDateTime& other) const {
-  return CDateTimeAccess::Compare(m_type, CDateTimeAccess::UtcFields(*this), m_zoneInUse,
-                                  other.m_type, CDateTimeAccess::UtcFields(other),
-                                  other.m_zoneInUse);
-}
-
-bool CDateTime::operator==(const CDateTime& other) const {
-  return CompareTo(other) == DTCompare_Equal;
-}
-
-bool CDateTime::operator!=(const CDateTime& other) const {
-  return CompareTo(other) != DTCompare_Equal;
-}
-
-bool CDateTime::operator<(const CDateTime& other) const {
-  return CompareTo(other) == DTCompare_Less;
-}
-
-bool CDateTime::operator<=(const CDateTime& other) const {
-  const DTCompareResult result = CompareTo(other);
-  return result == DTCompare_Less || result == DTCompare_Equal;
-}
-
-bool CDateTime::operator>(const CDateTime& other) const {
-  return CompareTo(other) == DTCompare_Greater;
-}
-
-bool CDateTime::operator>=(const CDateTime& other) const {
-  const DTCompareResult result = CompareTo(other);
-  return result == DTCompare_Greater || result == DTCompare_Equal;
-}
-
-CDateTime CDateTime::GetNormalized() const {
-  CDateTime result(*this);
-  if (m_hasOffset) {
-    const int minutes = m_zoneHour * 60 + (m_zoneHour < 0 ? -m_zoneMinute : m_zoneMinute);
-    const int magnitude = minutes < 0 ? -minutes : minutes;
-    result.AddDateTimeSpan(CDateTimeSpan(static_cast<std::uint32_t>(magnitude / 60),
-                                         static_cast<std::uint64_t>(magnitude % 60), 0),
-                           minutes > 0);
-    result.m_zoneHour = 0;
-    result.m_zoneMinute = 0;
-  }
-  return result;
-}
-
-// ---- arithmetic ----
-
-void CDateTime::AddDateTimeSpan(const CDateTimeSpan& span, bool subtract) {
-  const unsigned bits = detail::FieldsOfKind(m_type);
-  DateFields fields = CDateTimeAccess::Fields(*this);
-  detail::AddSpan(fields, bits, span, subtract);
-  // The arithmetic has no year limit of its own; a result the year field cannot hold in the
-  // lexical range is refused rather than wrapped. (Year 0 can be reached, since years before 1
-  // are not shifted, and is kept.)
-  if ((bits & detail::kHasYear) != 0 && (fields.year > kMaxYear || fields.year < kMinYear)) {
-    ThrowYearRange(fields.year);
-  }
-  m_year = static_cast<std::int16_t>(fields.year);
-  m_month = static_cast<std::uint8_t>(fields.month);
-  m_day = static_cast<std::uint8_t>(fields.day);
-  m_hour = static_cast<std::uint8_t>(fields.hour);
-  m_minute = static_cast<std::uint8_t>(fields.minute);
-  m_second = static_cast<std::uint8_t>(fields.second);
-  m_milliSecond = static_cast<std::uint16_t>(fields.milliSecond);
-  m_microSecond = static_cast<std::uint16_t>(fields.microSecond);
-  m_nanoSecond = static_cast<std::uint16_t>(fields.nanoSecond);
-  m_status = 0;
-}
-
-CDateTime CDateTime::operator+(const CDateTimeSpan& span) const {
-  CDateTime result(*this);
-  result.AddDateTimeSpan(span, false);
-  return result;
-}
-
-CDateTime CDateTime::operator-(const CDateTimeSpan& span) const {
-  CDateTime result(*this);
-  result.AddDateTimeSpan(span, true);
-  return result;
-}
-
-CDateTime& CDateTime::operator+=(const CDateTimeSpan& span) {
-  AddDateTimeSpan(span, false);
-  return *this;
-}
-
-CDateTime& CDateTime::operator-=(const CDateTimeSpan& span) {
-  AddDateTimeSpan(span, true);
-  return *this;
-}
-
-CDateTimeSpan CDateTime::operator-(const CDateTime& /*other*/) const { return CDateTimeSpan(); }
 
 // ---- platform ----
 

@@ -1,0 +1,186 @@
+#include "OvXmlLib6/fastinfoset/FastInfosetBinaryData.h"
+
+#include "OvXmlLib6/core/Exceptions.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <string>
+
+using namespace OvXmlLib6;
+
+namespace {
+
+// The octets after encoding `text`, in upper-case hexadecimal.
+std::string Encoded(std::uint32_t algorithm, const std::string& text) {
+  CFastInfosetBinaryData data;
+  data.SetAsEncodedString(algorithm, text);
+  return data.GetAsHexString();
+}
+
+// The text of the octets given in hexadecimal.
+std::string Decoded(std::uint32_t algorithm, const char* hex) {
+  CFastInfosetBinaryData data;
+  data.SetAsHexString(hex);
+  return data.GetAsString(algorithm);
+}
+
+// The message of the COvException that `call` throws, or "no exception".
+std::string Message(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const COvException& e) {
+    return e.GetMessage();
+  }
+  return "no exception";
+}
+
+std::string EncodeMessage(std::uint32_t algorithm, const std::string& text) {
+  return Message([&] { Encoded(algorithm, text); });
+}
+
+std::string DecodeMessage(std::uint32_t algorithm, const char* hex) {
+  return Message([&] { Decoded(algorithm, hex); });
+}
+
+}  // namespace
+
+TEST(CFastInfosetBinaryData, BooleanPacksAFourBitHeaderThenOneBitPerValue) {
+  EXPECT_EQ(Encoded(FIAlgorithm_Boolean, "true"), "38");
+  EXPECT_EQ(Encoded(FIAlgorithm_Boolean, "false"), "30");
+  EXPECT_EQ(Encoded(FIAlgorithm_Boolean, "TRUE 0 1"), "1A");
+  EXPECT_EQ(Encoded(FIAlgorithm_Boolean, "1 1 1 1 1"), "7F80");
+  EXPECT_EQ(Decoded(FIAlgorithm_Boolean, "38"), "true");
+  EXPECT_EQ(Decoded(FIAlgorithm_Boolean, "1A"), "true false true");
+  EXPECT_EQ(Decoded(FIAlgorithm_Boolean, "7F80"), "true true true true true");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Boolean, "yes"),
+            "A Boolean Value read from an XML document was invalid [yes]. Valid values are "
+            "'true', 'false', '1', or '0'");
+  // More unused bits than the octets hold.
+  EXPECT_EQ(DecodeMessage(FIAlgorithm_Boolean, "80"), "Invalid value for BOOLEAN byte encoding.");
+  EXPECT_EQ(DecodeMessage(FIAlgorithm_Boolean, "50"), "Invalid value for BOOLEAN byte encoding.");
+}
+
+TEST(CFastInfosetBinaryData, IntegersAreBigEndianTwosComplement) {
+  EXPECT_EQ(Encoded(FIAlgorithm_Short, "1 -2"), "0001FFFE");
+  EXPECT_EQ(Encoded(FIAlgorithm_Short, ""), "0000");
+  EXPECT_EQ(Encoded(FIAlgorithm_Int, "1000"), "000003E8");
+  EXPECT_EQ(Encoded(FIAlgorithm_Int, " +258\n"), "00000102");
+  EXPECT_EQ(Encoded(FIAlgorithm_Long, "-1"), "FFFFFFFFFFFFFFFF");
+  EXPECT_EQ(Encoded(FIAlgorithm_Long, "-9223372036854775808"), "8000000000000000");
+  // Unsigned 64-bit values travel as their two's complement.
+  EXPECT_EQ(Encoded(FIAlgorithm_Long, "18446744073709551615"), "FFFFFFFFFFFFFFFF");
+
+  EXPECT_EQ(Decoded(FIAlgorithm_Short, "0001FFFE8000"), "1 -2 -32768");
+  EXPECT_EQ(Decoded(FIAlgorithm_Int, "000003E880000000"), "1000 -2147483648");
+  EXPECT_EQ(Decoded(FIAlgorithm_Long, "FFFFFFFFFFFFFFFF7FFFFFFFFFFFFFFF"),
+            "-1 9223372036854775807");
+  EXPECT_EQ(Decoded(FIAlgorithm_Short, ""), "");
+}
+
+TEST(CFastInfosetBinaryData, IntegerTextOutOfRangeOrMalformedIsRejected) {
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Short, "32768"),
+            "The value [32768] is to large to fit in a i2");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Short, "1 -32769"),
+            "The value [-32769] is to large to fit in a i2");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Short, "1x"), "The value [1x] can not be converted to a i4");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Int, "2147483648"),
+            "The value [2147483648] is to large to fit in a i4");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Int, "-"), "The value [-] can not be converted to a i4");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Long, "18446744073709551616"),
+            "The value [18446744073709551616] is to large to fit in a i8");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Long, "-9223372036854775809"),
+            "The value [-9223372036854775809] is to large to fit in a i8");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Long, "0x10"),
+            "The value [0x10] can not be converted to a i8");
+}
+
+TEST(CFastInfosetBinaryData, OctetCountsThatAreNotWholeValuesAreRejected) {
+  EXPECT_EQ(DecodeMessage(FIAlgorithm_Short, "000102"), "Invalid value for SHORT byte encoding.");
+  EXPECT_EQ(DecodeMessage(FIAlgorithm_Int, "000102"), "Invalid value for INT byte encoding.");
+  EXPECT_EQ(DecodeMessage(FIAlgorithm_Long, "00010203040506"),
+            "Invalid value for LONG byte encoding.");
+  EXPECT_EQ(DecodeMessage(FIAlgorithm_Float, "0001020304"),
+            "Invalid value for FLOAT byte encoding.");
+  EXPECT_EQ(DecodeMessage(FIAlgorithm_Double, "0001"), "Invalid value for DOUBLE byte encoding.");
+  EXPECT_EQ(DecodeMessage(FIAlgorithm_UUID, "000102030405060708090A0B0C0D0E"),
+            "Invalid value for UUID byte encoding.");
+}
+
+TEST(CFastInfosetBinaryData, RealsAreIeeeBitsAndPrintInGeneralForm) {
+  EXPECT_EQ(Encoded(FIAlgorithm_Float, "1.5"), "3FC00000");
+  EXPECT_EQ(Encoded(FIAlgorithm_Double, "-2.0"), "C000000000000000");
+  EXPECT_EQ(Encoded(FIAlgorithm_Double, "+.5 5."), "3FE00000000000004014000000000000");
+  EXPECT_EQ(Decoded(FIAlgorithm_Float, "3FC00000"), "1.5");
+  EXPECT_EQ(Decoded(FIAlgorithm_Double, "C000000000000000"), "-2");
+
+  const auto roundTrip = [](std::uint32_t algorithm, const std::string& text) {
+    CFastInfosetBinaryData data;
+    data.SetAsEncodedString(algorithm, text);
+    return data.GetAsString(algorithm);
+  };
+  EXPECT_EQ(roundTrip(FIAlgorithm_Float, "0.1"), "0.1");
+  EXPECT_EQ(roundTrip(FIAlgorithm_Double, "0.1"), "0.1");
+  EXPECT_EQ(roundTrip(FIAlgorithm_Double, "1e21"), "1e+21");
+  EXPECT_EQ(roundTrip(FIAlgorithm_Double, "NaN -INF INF 1.#QNAN -NAN"), "NaN -INF INF NaN NaN");
+  EXPECT_EQ(roundTrip(FIAlgorithm_Float, ""), "NaN");
+  // Overflow gives an infinity and underflow zero, without error.
+  EXPECT_EQ(roundTrip(FIAlgorithm_Double, "1e999 -1e999 1e-999 -0.0000e-999"), "INF -INF 0 -0");
+  EXPECT_EQ(roundTrip(FIAlgorithm_Double, "123456789e-999 0.000000001e999"), "0 INF");
+  EXPECT_EQ(roundTrip(FIAlgorithm_Float, "1e39"), "INF");
+
+  for (const char* bad : {"inf", "+INF", "nan", "1e", "e5", ".", "0x1p3", "1.5f", "--1"}) {
+    EXPECT_EQ(EncodeMessage(FIAlgorithm_Double, bad),
+              std::string("The value [") + bad + "] can not be converted to a r8");
+  }
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Float, "1,5"),
+            "The value [1,5] can not be converted to a r4");
+}
+
+TEST(CFastInfosetBinaryData, HexadecimalAndUuidReadHexDigits) {
+  EXPECT_EQ(Encoded(FIAlgorithm_Hexadecimal, "DEADbe"), "DEADBE");
+  EXPECT_EQ(Encoded(FIAlgorithm_Hexadecimal, ""), "");
+  EXPECT_EQ(Decoded(FIAlgorithm_Hexadecimal, "00ff"), "00FF");
+  const char uuid[] = "0123456789ABCDEFFEDCBA9876543210";
+  EXPECT_EQ(Encoded(FIAlgorithm_UUID, uuid), uuid);
+  EXPECT_EQ(Decoded(FIAlgorithm_UUID, uuid), uuid);
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Hexadecimal, "ABC"),
+            "Invalid value for HEXADECIMAL byte encoding.");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Hexadecimal, "AZ"), "Invalid char in hex string [Z]");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_UUID, "0123"), "Invalid value for UUID byte encoding.");
+}
+
+TEST(CFastInfosetBinaryData, Base64ReadsAndWritesBase64) {
+  EXPECT_EQ(Encoded(FIAlgorithm_Base64, "3q2+"), "DEADBE");
+  EXPECT_EQ(Encoded(FIAlgorithm_Base64, " 3q2+\n3q0= "), "DEADBEDEAD");
+  EXPECT_EQ(Encoded(FIAlgorithm_Base64, " = "), "");
+  EXPECT_EQ(Decoded(FIAlgorithm_Base64, "DEADBEDEAD"), "3q2+3q0=");
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_Base64, "3q2!"), "Invalid value for BASE64 byte encoding.");
+}
+
+TEST(CFastInfosetBinaryData, CdataIsUtf8Text) {
+  EXPECT_EQ(Encoded(FIAlgorithm_CDATA, "x<y"), "783C79");
+  EXPECT_EQ(Decoded(FIAlgorithm_CDATA, "783C79"), "x<y");
+  EXPECT_EQ(Decoded(FIAlgorithm_CDATA, "C3A9"), "\xC3\xA9");
+}
+
+TEST(CFastInfosetBinaryData, UnknownAlgorithmsAreRejectedBothWays) {
+  for (std::uint32_t algorithm : {0u, 11u, 32u, 0xFFFFFFFFu}) {
+    EXPECT_EQ(EncodeMessage(algorithm, "1"), "Unknown byte encoding.");
+    EXPECT_EQ(DecodeMessage(algorithm, "01"), "Unknown byte encoding.");
+  }
+}
+
+TEST(CFastInfosetBinaryData, FailedEncodingLeavesTheValueUnchanged) {
+  CFastInfosetBinaryData data("ab");
+  EXPECT_THROW(data.SetAsEncodedString(FIAlgorithm_Short, "1 2 x"), COvInvalidValueException);
+  EXPECT_EQ(data.GetAsHexString(), "6162");
+}
+
+TEST(CFastInfosetBinaryData, DecodesBytesGivenAtConstruction) {
+  unsigned char bytes[] = {0x00, 0x2A};
+  EXPECT_EQ(CFastInfosetBinaryData(bytes, 2, false).GetAsString(FIAlgorithm_Short), "42");
+  CBinaryData plain;
+  plain.SetAsHexString("38");
+  EXPECT_EQ(CFastInfosetBinaryData(plain).GetAsString(FIAlgorithm_Boolean), "true");
+  EXPECT_EQ(CFastInfosetBinaryData("x").GetAsString(FIAlgorithm_CDATA), "x");
+}
