@@ -4,6 +4,8 @@
 #include "OvXmlLib6/types/Conversions.h"
 
 #include <benchmark/benchmark.h>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -49,6 +51,15 @@ void BM_i4FromString(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_i4FromString);
+
+// The C library's strtol on the same texts, for comparison with i4FromString.
+void BM_i4FromString_strtol(benchmark::State& state) {
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(std::strtol(Cycle(kI4Texts, i).c_str(), nullptr, 10));
+  }
+}
+BENCHMARK(BM_i4FromString_strtol);
 
 void BM_i4ToString(benchmark::State& state) {
   std::size_t i = 0;

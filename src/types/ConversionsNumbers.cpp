@@ -50,10 +50,13 @@ ScannedInteger ScanInteger(std::string_view t) {
     ++i;
   }
   const std::size_t firstDigit = i;
+  // v * 10 + d stays below 2^64 while v < kLimit, or v == kLimit and d <= 5; compared with
+  // constants rather than divided, since this loop is the whole cost of a parse.
+  constexpr std::uint64_t kLimit = std::numeric_limits<std::uint64_t>::max() / 10;
   std::uint64_t v = 0;
   for (; i < n && IsDigit(t[i]); ++i) {
     const unsigned d = static_cast<unsigned>(t[i] - '0');
-    if (v > (std::numeric_limits<std::uint64_t>::max() - d) / 10) {
+    if (v > kLimit || (v == kLimit && d > 5)) {
       r.overflow = true;
     } else {
       v = v * 10 + d;
