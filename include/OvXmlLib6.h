@@ -22,5 +22,8 @@
 #include "OvXmlLib6/types/SystemTime.h"
 #include "OvXmlLib6/xml/CharEncoding.h"
 #include "OvXmlLib6/xml/Compression.h"
+#include "OvXmlLib6/xml/XmlAttribute.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
+#include "OvXmlLib6/xml/XmlElement.h"
 
 #endif  // OVXMLLIB6_H
