@@ -1,0 +1,162 @@
+// The entry points of CXmlObjectBase: each builds the source or sink of one read or write (an XML
+// tree, or a text writer over a stream) and hands over to FromXml_Int or ToXml_Int.
+#include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/core/XmlObjectBase.h"
+#include "OvXmlLib6/xml/BinaryStream.h"
+#include "OvXmlLib6/xml/TextStream.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
+#include "OvXmlLib6/xml/XmlTextWriter.h"
+
+namespace OvXmlLib6 {
+
+namespace {
+
+bool g_asyncToXmlFile = false;
+
+void RequireFileName(const char* fileName, const char* operation) {
+  if (fileName == nullptr || *fileName == '\0') {
+    throw COvInvalidParamException(FormatString("%s: no file name was given", operation));
+  }
+}
+
+[[noreturn]] void ThrowFastInfosetUnavailable() {
+  throw COvException(
+      "Fast Infoset output is not available in this version of the library; write XML with "
+      "ToXml, ToXmlStream or ToXmlFile instead.");
+}
+
+}  // namespace
+
+void AsyncToXmlFile(bool on) { g_asyncToXmlFile = on; }
+
+bool IsAsyncToXmlFile() { return g_asyncToXmlFile; }
+
+// ---- Output ---------------------------------------------------------------------------------
+
+void CXmlObjectBase::WriteDocument(CTextStream& stream, bool includeDocumentHeader, bool formatted,
+                                   EOLType eolType, const CXmlSerializationContext& context) const {
+  CXmlTextWriter writer(&stream);
+  writer.Open();
+  writer.SetFormatted(formatted);
+  writer.SetEOLType(eolType);
+  if (includeDocumentHeader) writer.WriteHeader();
+  const std::string ns = GetNamespace();
+  ToXml_Int(this, &writer, true, ns.c_str(), context, false);
+  writer.Close();
+}
+
+std::string CXmlObjectBase::ToXml(bool includeDocumentHeader, bool formatted, EOLType eolType,
+                                  const CXmlSerializationContext& context) const {
+  CTextStream stream(XmlEncoding_UTF8);
+  WriteDocument(stream, includeDocumentHeader, formatted, eolType, context);
+  return std::string(stream.GetText(), stream.GetLength());
+}
+
+CBinaryData CXmlObjectBase::ToXmlStream(bool includeDocumentHeader, bool formatted,
+                                        XmlEncoding encoding, EOLType eolType,
+                                        const CXmlSerializationContext& context,
+                                        CompressionType compression) const {
+  CTextStream text(encoding);
+  WriteDocument(text, includeDocumentHeader, formatted, eolType, context);
+  CBinaryStream bytes;
+  bytes.Begin();
+  // UTF-16 text starts with the byte-order mark, as the file stream writes it, so the bytes are
+  // a complete document that any parser recognises.
+  if (encoding == XmlEncoding_UTF16 || encoding == XmlEncoding_UTF16NoDeclaration) {
+    bytes.Append(static_cast<unsigned char>(0xFF));
+    bytes.Append(static_cast<unsigned char>(0xFE));
+  }
+  bytes.Append(text.GetEncodedText());
+  bytes.Finish();
+  if (compression != CompressionType_None) bytes.Compress(compression);
+  return bytes.GetData();
+}
+
+void CXmlObjectBase::ToXmlFile(const char* fileName, bool includeDocumentHeader, bool formatted,
+                               XmlEncoding encoding, EOLType eolType,
+                               const CXmlSerializationContext& context,
+                               CompressionType compression) const {
+  if (compression == CompressionType_ZLib)
+    throw COvException("ZLIB Compression only available for To Stream methods.");
+  RequireFileName(fileName, "ToXmlFile");
+  if (g_asyncToXmlFile && compression == CompressionType_None) {
+    CFileTextStream stream(fileName, encoding);
+    WriteDocument(stream, includeDocumentHeader, formatted, eolType, context);
+    return;
+  }
+  const CBinaryData data =
+      ToXmlStream(includeDocumentHeader, formatted, encoding, eolType, context, compression);
+  CFileBinaryStream file(fileName);
+  file.Begin();
+  file.Append(data);
+  file.Finish();
+}
+
+CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl /*declaration*/,
+                                                const CXmlSerializationContext& /*context*/,
+                                                CompressionType /*compression*/) const {
+  ThrowFastInfosetUnavailable();
+}
+
+void CXmlObjectBase::ToFastInfosetFile(const char* /*fileName*/, FInfoDecl /*declaration*/,
+                                       const CXmlSerializationContext& /*context*/,
+                                       CompressionType compression) const {
+  if (compression == CompressionType_ZLib)
+    throw COvException("ZLIB Compression only available for To Stream methods.");
+  ThrowFastInfosetUnavailable();
+}
+
+// ---- Input ----------------------------------------------------------------------------------
+
+void CXmlObjectBase::ReadDocument(const CXmlDocument& document,
+                                  const CXmlSerializationContext& bindContext) {
+  // The document element has no parent element in the tree.
+  FromXml_Int(this, nullptr, document.GetDocumentElement(), bindContext);
+}
+
+void CXmlObjectBase::FromXmlFile(const char* fileName, const CXmlSerializationContext& context) {
+  RequireFileName(fileName, "FromXmlFile");
+  CXmlDocument document(context);
+  document.Load(fileName);
+  ReadDocument(document, context);
+}
+
+void CXmlObjectBase::FromXml(const wchar_t* text, const CXmlSerializationContext& context) {
+  CXmlDocument document(context);
+  document.LoadXml(text != nullptr ? text : L"");
+  ReadDocument(document, context);
+}
+
+void CXmlObjectBase::FromXml(const char* text, const CXmlSerializationContext& context) {
+  CXmlDocument document(context);
+  document.LoadXml(text);
+  // Binding uses the default context on purpose: the reading options given to this overload
+  // shape the tree (schema type, CDATA) but not the binding.
+  ReadDocument(document, CXmlSerializationContext::GetDefaultContext());
+}
+
+void CXmlObjectBase::FromXmlStream(const CBinaryData& data,
+                                   const CXmlSerializationContext& context) {
+  FromXmlStream(data.GetData(), data.GetLength(), context);
+}
+
+void CXmlObjectBase::FromXmlStream(const unsigned char* bytes, std::uint32_t length,
+                                   const CXmlSerializationContext& context) {
+  CXmlDocument document(context);
+  document.LoadXmlStream(bytes, length);
+  ReadDocument(document, context);
+}
+
+void CXmlObjectBase::FromXmlElement(const CXmlElement* element,
+                                    const CXmlSerializationContext& context) {
+  if (element == nullptr) throw COvInvalidParamException("FromXmlElement: the element is NULL");
+  CXmlElement* first = element->GetFirstElement();
+  if (first == nullptr) {
+    throw COvValidationException(
+        FormatString("FromXmlElement: element [%s] has no child element to read",
+                     element->GetLocalName().c_str()));
+  }
+  FromXml_Int(this, const_cast<CXmlElement*>(element), first, context);
+}
+
+}  // namespace OvXmlLib6
