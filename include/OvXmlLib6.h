@@ -20,7 +20,12 @@
 #include "OvXmlLib6/types/DateTimeSpan.h"
 #include "OvXmlLib6/types/Decimal.h"
 #include "OvXmlLib6/types/SystemTime.h"
+#include "OvXmlLib6/xml/BinaryStream.h"
 #include "OvXmlLib6/xml/CharEncoding.h"
 #include "OvXmlLib6/xml/Compression.h"
+#include "OvXmlLib6/xml/StringBuffer.h"
+#include "OvXmlLib6/xml/TextStream.h"
+#include "OvXmlLib6/xml/XmlTextWriter.h"
+#include "OvXmlLib6/xml/XmlWriter.h"
 
 #endif  // OVXMLLIB6_H

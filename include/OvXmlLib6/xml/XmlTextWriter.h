@@ -1,0 +1,80 @@
+// CXmlTextWriter: writes XML text to a CTextStream. Text, comments and attribute values are
+// escaped; line ends and, when formatted, a line end after each tag and one tab per nesting level
+// follow the settings. The stream is flushed whenever 4,096 bytes or more are buffered.
+#ifndef OVXMLLIB6_XML_XMLTEXTWRITER_H
+#define OVXMLLIB6_XML_XMLTEXTWRITER_H
+
+#include "OvXmlLib6/core/Export.h"
+#include "OvXmlLib6/xml/TextStream.h"
+#include "OvXmlLib6/xml/XmlWriter.h"
+
+#include <cstddef>
+#include <string>
+
+namespace OvXmlLib6 {
+
+class OVXML_API CXmlTextWriter : public CXmlWriter {
+ public:
+  // The stream is not owned and must outlive the writer. Throws COvInvalidParamException for null.
+  explicit CXmlTextWriter(CTextStream* stream);
+  ~CXmlTextWriter() override;
+
+  // Has the stream begin its output (a memory stream empties, a file stream creates its file).
+  void Open() override;
+  // Has the stream finish its output, then throws "An Element has not been closed." while an
+  // element is still open.
+  void Close() override;
+
+  void WriteComment(const char* text) override;
+  void WriteRawBlock(const char* text) override;
+  void WriteRawLine(const char* text) override;
+  void WriteStartElement(const char* localName, const char* ns) override;
+  void WriteText(const char* text, int itemType = 0) override;
+  void WriteEndElement() override;
+  void WriteAttribute(const char* localName, const char* ns, const char* value,
+                      int itemType = 0) override;
+  void WriteXsiType(const char* typeName, const char* typeNamespace, int itemType = 0) override;
+
+  // EOLType_CRLF writes "\r\n", EOLType_LF "\n"; any other value throws "Invalid EOL type." and
+  // leaves the setting as it was.
+  void SetEOLType(EOLType type);
+  EOLType GetEOLType() const { return m_eolType; }
+  // Formatted output (the default) ends each tag's line and indents with tabs.
+  void SetFormatted(bool formatted) { m_formatted = formatted; }
+  bool GetFormatted() const { return m_formatted; }
+
+  // The XML declaration, naming the stream's encoding when it is UTF-8 or UTF-16.
+  void WriteHeader();
+  // Closes an open start tag and writes the text unescaped (raw XML held by wildcard elements).
+  void WriteRawContent(const char* text);
+
+ private:
+  void Put(const char* text, std::size_t length) { m_stream->Append(text, length); }
+  void Put(const std::string& text) { m_stream->Append(text.data(), text.size()); }
+  void Put(char c) { m_stream->Append(c); }
+  void PutLineEnd() { m_stream->Append(m_lineEnd.data(), m_lineEnd.size()); }
+  void PutIndent(std::int32_t depth);
+  // Escapes a NUL-terminated text; plain runs are copied in bulk.
+  void PutEscaped(const char* text);
+  void PutEscaped(const std::string& text) { PutEscaped(text.c_str()); }
+  // Closes the current start tag with ">" when it is still open.
+  void CloseStartTag();
+  void CheckAttributeAllowed(const char* what);
+  // The prefix bound to `ns` in the current scope; a new one is generated and bound when there is
+  // none, and `declared` is set.
+  const std::string& PrefixFor(std::string_view ns, bool& declared);
+  void PutAttribute(std::string_view localName, std::string_view ns, const char* value);
+  void FlushIfNeeded() {
+    if (m_stream->GetLength() >= CTextStream::kFlushThreshold) m_stream->FlushBuffer();
+  }
+
+  std::string m_lineEnd;
+  EOLType m_eolType;
+  bool m_formatted;
+  CTextStream* m_stream;
+  std::string m_scratch;  // reused for composed values such as xsi:type's qualified name
+};
+
+}  // namespace OvXmlLib6
+
+#endif  // OVXMLLIB6_XML_XMLTEXTWRITER_H

@@ -1,0 +1,112 @@
+// Helpers for the stream and writer tests: the message of the COvException an action throws,
+// zlib's own inflation, and a memory file system, installed as the library's current one for the
+// life of a scope, that fails chosen calls with chosen errors.
+#ifndef OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
+#define OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
+
+#include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/types/BinaryData.h"
+#include "port/File.h"
+
+#include <zlib.h>
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+namespace OvXmlLib6 {
+namespace test {
+
+inline std::string Message(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const COvException& e) {
+    return e.GetMessage();
+  }
+  return "<no exception>";
+}
+
+// Inflates gzip or zlib data (detected from the header) of at most `capacity` bytes.
+inline std::string Inflate(const CBinaryData& data, std::size_t capacity) {
+  z_stream zs{};
+  EXPECT_EQ(inflateInit2(&zs, 15 + 32), Z_OK);
+  std::string out(capacity, '\0');
+  zs.next_in = const_cast<Bytef*>(data.GetData());
+  zs.avail_in = data.GetLength();
+  zs.next_out = reinterpret_cast<Bytef*>(&out[0]);
+  zs.avail_out = static_cast<uInt>(out.size());
+  EXPECT_EQ(inflate(&zs, Z_FINISH), Z_STREAM_END);
+  out.resize(zs.total_out);
+  inflateEnd(&zs);
+  return out;
+}
+
+class CFailingFileSystem : public port::IFileSystem {
+ public:
+  // Errors to return: from Create, from the write that would pass `writeLimit` bytes in total,
+  // and from Close. 0 means the call goes through.
+  int createError = 0;
+  int writeError = 0;
+  std::size_t writeLimit = 0;
+  int closeError = 0;
+
+  CFailingFileSystem() : m_memory(port::NewMemoryFileSystem()) { SetCurrent(this); }
+  ~CFailingFileSystem() override { SetCurrent(nullptr); }
+
+  int OpenRead(const char* path, std::unique_ptr<port::IReadFile>& file) override {
+    return m_memory->OpenRead(path, file);
+  }
+
+  int Create(const char* path, std::unique_ptr<port::IWriteFile>& file) override {
+    if (createError != 0) return createError;
+    std::unique_ptr<port::IWriteFile> inner;
+    const int error = m_memory->Create(path, inner);
+    if (error == 0) file.reset(new Writer(*this, std::move(inner)));
+    return error;
+  }
+
+  // The file's content, or "<missing>".
+  std::string Content(const char* path) {
+    std::unique_ptr<port::IReadFile> file;
+    if (m_memory->OpenRead(path, file) != 0) return "<missing>";
+    std::uint64_t size = 0;
+    file->Size(size);
+    std::string content(static_cast<std::size_t>(size), '\0');
+    std::size_t got = 0;
+    if (size != 0) file->Read(&content[0], content.size(), got);
+    content.resize(got);
+    return content;
+  }
+
+  int writeCalls = 0;
+
+ private:
+  class Writer : public port::IWriteFile {
+   public:
+    Writer(CFailingFileSystem& fs, std::unique_ptr<port::IWriteFile> inner)
+        : m_fs(fs), m_inner(std::move(inner)) {}
+    int Write(const void* data, std::size_t n) override {
+      ++m_fs.writeCalls;
+      if (m_fs.writeError != 0 && m_written + n > m_fs.writeLimit) return m_fs.writeError;
+      m_written += n;
+      return m_inner->Write(data, n);
+    }
+    int Close() override {
+      const int error = m_inner->Close();
+      return m_fs.closeError != 0 ? m_fs.closeError : error;
+    }
+
+   private:
+    CFailingFileSystem& m_fs;
+    std::unique_ptr<port::IWriteFile> m_inner;
+    std::size_t m_written = 0;
+  };
+
+  std::unique_ptr<port::IFileSystem> m_memory;
+};
+
+}  // namespace test
+}  // namespace OvXmlLib6
+
+#endif  // OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H

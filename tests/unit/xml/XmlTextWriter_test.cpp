@@ -1,0 +1,321 @@
+#include "OvXmlLib6/xml/XmlTextWriter.h"
+
+#include "OvXmlLib6/core/Exceptions.h"
+#include "unit/xml/StreamTestSupport.h"
+
+#include <cerrno>
+#include <functional>
+#include <gtest/gtest.h>
+#include <string>
+
+using namespace OvXmlLib6;
+using test::Message;
+
+namespace {
+
+// A small document touching every kind of content: attributes, an empty element, text, nesting.
+void WriteSample(CXmlTextWriter& w) {
+  w.WriteHeader();
+  w.WriteStartElement("root", "");
+  w.WriteAttribute("id", "", "1");
+  w.WriteStartElement("empty", "");
+  w.WriteEndElement();
+  w.WriteStartElement("name", "");
+  w.WriteText("Ann\nLee");
+  w.WriteEndElement();
+  w.WriteStartElement("list", nullptr);
+  w.WriteStartElement("item", "");
+  w.WriteEndElement();
+  w.WriteEndElement();
+  w.WriteEndElement();
+}
+
+std::string WriteWith(EOLType eol, bool formatted) {
+  CTextStream stream;
+  CXmlTextWriter w(&stream);
+  w.Open();
+  w.SetEOLType(eol);
+  w.SetFormatted(formatted);
+  WriteSample(w);
+  w.Close();
+  return stream.GetEncodedText();
+}
+
+// Runs `body` between Open and Close of a writer over a memory stream; returns the output.
+std::string Write(const std::function<void(CXmlTextWriter&)>& body) {
+  CTextStream stream;
+  CXmlTextWriter w(&stream);
+  w.Open();
+  body(w);
+  w.Close();
+  return stream.GetText();
+}
+
+}  // namespace
+
+TEST(CXmlTextWriter, FormatsWithEitherLineEnd) {
+  EXPECT_EQ(WriteWith(EOLType_LF, true),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<root id=\"1\">\n"
+            "\t<empty/>\n"
+            "\t<name>Ann\nLee</name>\n"
+            "\t<list>\n"
+            "\t\t<item/>\n"
+            "\t</list>\n"
+            "</root>\n");
+  EXPECT_EQ(WriteWith(EOLType_CRLF, true),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n"
+            "<root id=\"1\">\r\n"
+            "\t<empty/>\r\n"
+            "\t<name>Ann\r\nLee</name>\r\n"
+            "\t<list>\r\n"
+            "\t\t<item/>\r\n"
+            "\t</list>\r\n"
+            "</root>\r\n");
+  EXPECT_EQ(WriteWith(EOLType_LF, false),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<root id=\"1\"><empty/><name>Ann\nLee</name><list><item/></list></root>");
+}
+
+TEST(CXmlTextWriter, SettingsAndDeclaration) {
+  CTextStream stream;
+  CXmlTextWriter w(&stream);
+  EXPECT_EQ(w.GetEOLType(), EOLType_LF);
+  EXPECT_TRUE(w.GetFormatted());
+  w.SetEOLType(EOLType_CRLF);
+  EXPECT_EQ(Message([&] { w.SetEOLType(static_cast<EOLType>(2)); }), "Invalid EOL type.");
+  EXPECT_EQ(w.GetEOLType(), EOLType_CRLF);
+  w.SetFormatted(false);
+  EXPECT_FALSE(w.GetFormatted());
+
+  const std::pair<int, const char*> declarations[] = {
+      {1, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"},
+      {2, "<?xml version=\"1.0\" encoding=\"UTF-16\"?>\n"},
+      {3, "<?xml version=\"1.0\"?>\n"},
+      {0, "<?xml version=\"1.0\"?>\n"}};
+  for (const auto& [encoding, expected] : declarations) {
+    CTextStream s(static_cast<XmlEncoding>(encoding));
+    CXmlTextWriter header(&s);
+    header.WriteHeader();
+    EXPECT_EQ(std::string(s.GetText()), expected);
+  }
+  EXPECT_THROW(CXmlTextWriter(nullptr), COvInvalidParamException);
+}
+
+TEST(CXmlTextWriter, EscapesTextAttributesAndComments) {
+  const char* text = "a&b<c>d\"e'f\tg]]>h\x01i\r\nj";
+  EXPECT_EQ(Write([&](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.WriteComment("x<y & \"z\"");
+              w.WriteStartElement("r", "");
+              w.WriteAttribute("q", "", "it's \"q\" <&>\r\nnext");
+              w.WriteText(text);
+              w.WriteText("");
+              w.WriteText(nullptr);
+              w.WriteText("<![CDATA[raw <&> ]]>");
+              w.WriteEndElement();
+            }),
+            "<!--x&lt;y &amp; &quot;z&quot;-->\n"
+            "<r q=\"it's &quot;q&quot; &lt;&amp;&gt;\nnext\">"
+            "a&amp;b&lt;c&gt;d&quot;e'f\tg]]&gt;h\x01i\nj"
+            "<![CDATA[raw <&> ]]></r>");
+  EXPECT_EQ(Write([&](CXmlTextWriter& w) {
+              w.SetEOLType(EOLType_CRLF);
+              w.WriteStartElement("r", "");
+              w.WriteText("\r\n1\n2\r");
+              w.WriteEndElement();
+            }),
+            "<r>\r\n1\r\n2</r>\r\n");
+}
+
+TEST(CXmlTextWriter, DeclaresNestedNamespaces) {
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.SetDefaultNamespace("urn:d");
+              w.AddNamespace("z", "urn:z");
+              w.AddNamespace("b", "urn:b");
+              w.WriteStartElement("root", "urn:d");
+              w.WriteStartElement("a", "urn:z");
+              w.WriteStartElement("c", "urn:x");
+              w.WriteAttribute("at", "urn:y", "1");
+              w.WriteAttribute("bt", "urn:x", "2");
+              w.WriteAttribute("ct", "urn:d", "3");
+              w.WriteEndElement();
+              // The binding of urn:x went with <c>: its sibling declares it again.
+              w.WriteStartElement("c2", "urn:x");
+              w.WriteText("t");
+              w.WriteEndElement();
+              w.WriteEndElement();
+              w.WriteStartElement("d", "urn:d");
+              w.WriteAttribute("lang", "http://www.w3.org/XML/1998/namespace", "en");
+              w.WriteEndElement();
+              w.WriteEndElement();
+            }),
+            "<root xmlns=\"urn:d\" xmlns:b=\"urn:b\" xmlns:z=\"urn:z\">\n"
+            "\t<z:a>\n"
+            "\t\t<AA:c xmlns:AA=\"urn:x\" xmlns:AB=\"urn:y\" AB:at=\"1\" AA:bt=\"2\""
+            " xmlns:AC=\"urn:d\" AC:ct=\"3\"/>\n"
+            "\t\t<AA:c2 xmlns:AA=\"urn:x\">t</AA:c2>\n"
+            "\t</z:a>\n"
+            "\t<d xml:lang=\"en\"/>\n"
+            "</root>\n");
+
+  // A namespaced document element without declarations gets a generated prefix.
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.WriteStartElement("r", "urn:r");
+              w.WriteStartElement("s", "urn:r");
+              w.WriteEndElement();
+              w.WriteEndElement();
+            }),
+            "<AA:r xmlns:AA=\"urn:r\"><AA:s/></AA:r>");
+}
+
+TEST(CXmlTextWriter, BindingsInsideElementsAreCopiedOnWrite) {
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.WriteStartElement("r", "");
+              w.WriteStartElement("e", "");
+              w.AddNamespace("p", "urn:p");  // binds without writing a declaration
+              w.SetDefaultNamespace("urn:q");
+              w.WriteStartElement("f", "urn:p");
+              w.WriteStartElement("g", "urn:q");
+              w.WriteEndElement();
+              w.WriteEndElement();
+              w.WriteEndElement();
+              // The sibling does not see e's bindings.
+              w.WriteStartElement("h", "urn:p");
+              w.WriteEndElement();
+              w.WriteEndElement();
+            }),
+            "<r><e><p:f><g/></p:f></e><AA:h xmlns:AA=\"urn:p\"/></r>");
+
+  // The end tag repeats the start tag's prefix even when the binding changes in between.
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.WriteStartElement("r", "urn:r");
+              w.AddNamespace("other", "urn:r");
+              w.SetDefaultNamespace("urn:r");
+              w.WriteText("x");
+              w.WriteEndElement();
+            }),
+            "<AA:r xmlns:AA=\"urn:r\">x</AA:r>");
+}
+
+TEST(CXmlTextWriter, GeneratesPrefixesPastAZ) {
+  const std::string out = Write([](CXmlTextWriter& w) {
+    w.AddNamespace("AB", "urn:taken");
+    w.WriteStartElement("r", "");
+    for (int i = 0; i < 27; ++i) {
+      w.WriteAttribute("a", ("urn:" + std::to_string(i)).c_str(), "v");
+    }
+    w.WriteEndElement();
+  });
+  EXPECT_NE(out.find(" xmlns:AA=\"urn:0\" AA:a=\"v\" xmlns:AC=\"urn:1\" AC:a"), std::string::npos);
+  EXPECT_NE(out.find(" xmlns:BA=\"urn:25\" BA:a=\"v\" xmlns:BB=\"urn:26\" BB:a=\"v\"/>"),
+            std::string::npos);
+}
+
+TEST(CXmlTextWriter, WritesXsiType) {
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.SetDefaultNamespace("urn:d");
+              w.WriteStartElement("r", "urn:d");
+              w.WriteXsiType("T", "urn:t");
+              w.WriteStartElement("c", "urn:d");
+              w.WriteXsiType("U", "urn:d");
+              w.WriteEndElement();
+              w.WriteStartElement("c", "urn:d");
+              w.WriteXsiType("V", "urn:t");
+              w.WriteXsiType("string", nullptr);
+              w.WriteEndElement();
+              w.WriteEndElement();
+            }),
+            "<r xmlns=\"urn:d\" xmlns:AA=\"urn:t\"  "
+            "xmlns:AB=\"http://www.w3.org/2001/XMLSchema-instance\" AB:type=\"AA:T\">"
+            "<c AB:type=\"U\"/><c AB:type=\"AA:V\" AB:type=\"string\"/></r>");
+}
+
+TEST(CXmlTextWriter, WritesRawContent) {
+  EXPECT_EQ(
+      Write([](CXmlTextWriter& w) {
+        w.WriteRawBlock("<!DOCTYPE r>");
+        w.WriteRawLine("<!-- line -->");
+        w.WriteStartElement("r", "");
+        w.WriteRawContent("<any a='1'>&amp;</any>");
+        w.WriteEndElement();
+        w.WriteStartElement("s", "");
+        w.WriteComment("c");
+        w.WriteEndElement();
+      }),
+      "<!DOCTYPE r>\n\n \n<!-- line -->\n<r><any a='1'>&amp;</any></r>\n<s>\n<!--c-->\n</s>\n");
+}
+
+TEST(CXmlTextWriter, RefusesCallsOutOfOrder) {
+  CTextStream stream;
+  CXmlTextWriter w(&stream);
+  w.Open();
+  EXPECT_THROW(w.WriteAttribute("a", "", "1"), COvInvalidStateException);
+  EXPECT_THROW(w.WriteEndElement(), COvInvalidStateException);
+  w.WriteStartElement("r", "");
+  EXPECT_THROW(w.WriteStartElement("", ""), COvInvalidParamException);
+  EXPECT_THROW(w.WriteAttribute(nullptr, "", "1"), COvInvalidParamException);
+  w.WriteStartElement("child", "");
+  w.WriteEndElement();
+  EXPECT_EQ(Message([&] { w.WriteAttribute("late", "", "1"); }),
+            "Attributes must be added before elements");
+  w.WriteStartElement("t", "");
+  w.WriteText("text");
+  EXPECT_EQ(Message([&] { w.WriteXsiType("T", "urn:t"); }),
+            "Attributes must be added before elements");
+  w.WriteEndElement();
+  EXPECT_EQ(Message([&] { w.Close(); }), "An Element has not been closed.");
+  // What was written stays in the stream.
+  EXPECT_EQ(std::string(stream.GetText()), "<r>\n\t<child/>\n\t<t>text</t>\n");
+  w.WriteEndElement();
+  EXPECT_THROW(w.WriteEndElement(), COvInvalidStateException);
+  w.Close();
+}
+
+TEST(CXmlTextWriter, StreamsLargeDocumentsToFiles) {
+  test::CFailingFileSystem fs;
+  auto writeDocument = [](CXmlTextWriter& w) {
+    w.WriteHeader();
+    w.WriteStartElement("rows", "urn:rows");
+    for (int i = 0; i < 3000; ++i) {
+      w.WriteStartElement("row", "urn:rows");
+      w.WriteAttribute("n", "", std::to_string(i).c_str());
+      w.WriteText("caf\xC3\xA9 & more");
+      w.WriteEndElement();
+    }
+    w.WriteEndElement();
+  };
+  for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16}) {
+    CTextStream memory(encoding);
+    CXmlTextWriter toMemory(&memory);
+    toMemory.Open();
+    writeDocument(toMemory);
+    toMemory.Close();
+    const std::string expected = memory.GetEncodedText();
+    ASSERT_GT(expected.size(), 100000u);
+
+    CFileTextStream file("doc.xml", encoding);
+    CXmlTextWriter toFile(&file);
+    const int callsBefore = fs.writeCalls;
+    toFile.Open();
+    writeDocument(toFile);
+    EXPECT_LE(file.GetLength(), 4096u + 200u);  // flushed as it goes, not held to the end
+    toFile.Close();
+    EXPECT_GT(fs.writeCalls - callsBefore, 20);
+    const std::string mark = encoding == XmlEncoding_UTF16 ? "\xFF\xFE" : "";
+    EXPECT_EQ(fs.Content("doc.xml"), mark + expected);
+  }
+
+  // A file that fills up mid-document fails the writer call that flushed.
+  fs.writeError = ENOSPC;
+  fs.writeLimit = 10000;
+  CFileTextStream full("full.xml", XmlEncoding_UTF8);
+  CXmlTextWriter w(&full);
+  w.Open();
+  EXPECT_EQ(Message([&] { writeDocument(w); }),
+            "Failed to write data to the file. Error [0x0000001C]");
+}
