@@ -30,6 +30,9 @@
 #include "OvXmlLib6/xml/Compression.h"
 #include "OvXmlLib6/xml/StringBuffer.h"
 #include "OvXmlLib6/xml/TextStream.h"
+#include "OvXmlLib6/xml/XmlAttribute.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
+#include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
 

@@ -1,0 +1,379 @@
+#include "OvXmlLib6/xml/XmlDocument.h"
+
+#include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/types/BinaryData.h"
+#include "port/File.h"
+#include "xml/Compression.h"
+#include "xml/ExpatReader.h"
+#include "xml/TreeStore.h"
+#include "xml/Unicode.h"
+
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <utility>
+
+namespace OvXmlLib6 {
+
+namespace {
+
+bool g_asyncFromXmlFile = false;
+
+// The asynchronous mode reads the file in chunks of this size, one chunk ahead of the parser.
+constexpr std::uint32_t kChunkSize = 131072;
+// The code reported when a file ends before the data it should hold.
+constexpr int kEndOfFileError = 38;
+
+constexpr const char* kOpenFailed = "Failed to open the file [%s] Error [0x%08x]";
+constexpr const char* kSizeFailed = "Failed to get the size of the file [%s] Error [0x%08x]";
+constexpr const char* kReadFailed = "Failed to read the contents of the file [%s] Error [0x%08x]";
+constexpr const char* kChunkReadFailed = "Failed to read the contents of the file. Error [0x%08x]";
+
+template <typename Char>
+std::size_t Length(const Char* text) {
+  std::size_t n = 0;
+  if (text != nullptr) {
+    while (text[n] != 0) ++n;
+  }
+  return n;
+}
+
+}  // namespace
+
+void AsyncFromXmlFile(bool on) { g_asyncFromXmlFile = on; }
+
+bool IsAsyncFromXmlFile() { return g_asyncFromXmlFile; }
+
+CXmlDocument::CXmlDocument()
+    : CXmlDocument(nullptr, CXmlSerializationContext::GetDefaultContext()) {}
+
+CXmlDocument::CXmlDocument(const CXmlSerializationContext& context)
+    : CXmlDocument(nullptr, context) {}
+
+CXmlDocument::CXmlDocument(ElementCompletedCallback callback)
+    : CXmlDocument(callback, CXmlSerializationContext::GetDefaultContext()) {}
+
+CXmlDocument::CXmlDocument(ElementCompletedCallback callback,
+                           const CXmlSerializationContext& context)
+    : CInstanceMonitor("CXmlDocument"),
+      m_store(new detail::CTreeStore(this)),
+      m_documentElement(nullptr),
+      m_input(nullptr),
+      m_inputLength(0),
+      m_schemaType(context.GetSchemaType()),
+      m_callback(callback),
+      m_context(&context) {}
+
+CXmlDocument::~CXmlDocument() { CXmlDocument::Cleanup(); }
+
+void CXmlDocument::Cleanup() {
+  m_store->Clear(m_documentElement);
+  m_documentElement = nullptr;
+  m_elementStack.clear();
+  m_aliases.clear();
+  m_ownedInput.reset();
+  m_input = nullptr;
+  m_inputLength = 0;
+  m_store->file.reset();
+  m_store->readBuffer.reset();
+  m_store->spareBuffer.reset();
+}
+
+void CXmlDocument::Init() {
+  m_ownedInput.reset();
+  m_input = nullptr;
+  m_inputLength = 0;
+  m_documentElement = nullptr;
+  m_store->file.reset();
+  m_store->ResetEncoder();
+  m_schemaType = m_context->GetSchemaType();
+}
+
+std::string CXmlDocument::LookupNamespaceFromAlias(const char* prefix) const {
+  const auto it = m_aliases.find(prefix != nullptr ? prefix : "");
+  return it != m_aliases.end() ? it->second : std::string();
+}
+
+// ---- Loaders -------------------------------------------------------------------------------
+
+void CXmlDocument::LoadXml(const char* xml) {
+  Cleanup();
+  Init();
+  const std::size_t length = Length(xml);
+  if (length == 0) throw COvException("XML String is empty!");
+  // The caller's text is parsed where it is; it outlives this call.
+  ParseTextBlock(reinterpret_cast<const unsigned char*>(xml), length);
+}
+
+void CXmlDocument::LoadXml(const wchar_t* xml) {
+  Cleanup();
+  Init();
+  // A UTF-16 little-endian byte-order mark, then the text as UTF-16LE. An empty string still has
+  // the mark, so it reaches the parser and fails there.
+  std::string bytes("\xFF\xFE", 2);
+  const std::size_t length = Length(xml);
+  if constexpr (sizeof(wchar_t) == 4) {
+    detail::Utf32ToUtf16LE(reinterpret_cast<const char32_t*>(xml), length, bytes);
+  } else {
+    detail::Utf16ToUtf16LE(reinterpret_cast<const char16_t*>(xml), length, bytes);
+  }
+  ParseTextBlock(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+}
+
+void CXmlDocument::LoadXml(const char16_t* xml) {
+  Cleanup();
+  Init();
+  std::string bytes("\xFF\xFE", 2);
+  detail::Utf16ToUtf16LE(xml, Length(xml), bytes);
+  ParseTextBlock(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+}
+
+void CXmlDocument::LoadXmlStream(const unsigned char* data, std::uint32_t length) {
+  Cleanup();
+  Init();
+  if (length == 0 || data == nullptr) throw COvException("XML Stream is empty!");
+  // The block is only read, and only during this call, so it is parsed in place rather than
+  // copied first.
+  m_input = data;
+  m_inputLength = length;
+  Parse();
+}
+
+void CXmlDocument::Load(const char* fileName) {
+  Cleanup();
+  Init();
+  if (fileName == nullptr) fileName = "";
+  if (g_asyncFromXmlFile) {
+    LoadFileAsync(fileName);
+  } else {
+    LoadFileWhole(fileName);
+  }
+}
+
+void CXmlDocument::LoadFileWhole(const char* fileName) {
+  std::unique_ptr<port::IReadFile> file;
+  int error = port::IFileSystem::Current().OpenRead(fileName, file);
+  if (error != 0) throw COvException(FormatString(kOpenFailed, fileName, error));
+  std::uint64_t size = 0;
+  error = file->Size(size);
+  if (error == 0 && size > std::numeric_limits<std::uint32_t>::max()) error = EFBIG;
+  if (error != 0) {
+    file.reset();
+    throw COvException(FormatString(kSizeFailed, fileName, error));
+  }
+  m_ownedInput.reset(new unsigned char[size == 0 ? 1 : size]);
+  std::size_t got = 0;
+  error = file->Read(m_ownedInput.get(), size, got);
+  file.reset();
+  if (error != 0 || got != size) {
+    m_ownedInput.reset();
+    throw COvException(FormatString(kReadFailed, fileName, error != 0 ? error : kEndOfFileError));
+  }
+  m_input = m_ownedInput.get();
+  m_inputLength = static_cast<std::uint32_t>(size);
+  Parse();
+}
+
+void CXmlDocument::LoadFileAsync(const char* fileName) {
+  detail::CTreeStore& store = *m_store;
+  // Whatever happens, the file and both buffers are released before this call returns.
+  struct Release {
+    detail::CTreeStore& store;
+    ~Release() {
+      store.file.reset();
+      store.readBuffer.reset();
+      store.spareBuffer.reset();
+    }
+  } release{store};
+
+  int error = port::IFileSystem::Current().OpenRead(fileName, store.file);
+  if (error != 0) throw COvException(FormatString(kOpenFailed, fileName, error));
+  store.bytesRead = 0;
+  store.readBuffer.reset(new unsigned char[kChunkSize]);
+  if (ReadChunkFromFile(store.readBuffer.get())) {
+    store.file.reset();
+    throw COvException(FormatString(kReadFailed, fileName, kEndOfFileError));
+  }
+  store.bytesRead += store.readLength;
+  AsyncParse(store.readLength < kChunkSize);
+}
+
+bool CXmlDocument::ReadChunkFromFile(unsigned char* buffer) {
+  detail::CTreeStore& store = *m_store;
+  std::size_t got = 0;
+  const int error = store.file->Read(buffer, kChunkSize, got);
+  if (error != 0) {
+    store.file.reset();
+    throw COvException(FormatString(kChunkReadFailed, error));
+  }
+  store.readLength = static_cast<std::uint32_t>(got);
+  return got == 0;
+}
+
+void CXmlDocument::AsyncParse(bool last) {
+  detail::CTreeStore& store = *m_store;
+  CExpatReader reader(this, m_schemaType != SchemaType_DTD, !m_context->GetStripCDATA());
+  store.spareBuffer.reset(new unsigned char[kChunkSize]);
+  std::uint32_t length = store.readLength;
+  while (!last) {
+    // The next chunk is read before the current one is parsed.
+    const bool atEnd = ReadChunkFromFile(store.spareBuffer.get());
+    reader.Parse(store.readBuffer.get(), length, false);
+    std::swap(store.readBuffer, store.spareBuffer);
+    length = store.readLength;
+    store.bytesRead += length;
+    // A file whose size is a multiple of the chunk size ends with an empty read.
+    last = atEnd || length < kChunkSize;
+  }
+  reader.Parse(store.readBuffer.get(), length, true);
+  if (m_documentElement == nullptr) throw COvException("Invalid or empty XML document");
+}
+
+// ---- Parsing -------------------------------------------------------------------------------
+
+void CXmlDocument::Parse() {
+  if (detail::LooksCompressed(m_input, m_inputLength)) {
+    CBinaryData inflated;
+    if (detail::TryInflate(m_input, m_inputLength, inflated)) {
+      const std::uint32_t length = inflated.GetLength();
+      m_ownedInput.reset(inflated.ReleaseData());
+      m_input = m_ownedInput.get();
+      m_inputLength = length;
+    }
+    // Anything else (not compressed after all, or cut short) is parsed as it is.
+  }
+  // The Fast Infoset reader, once there is one, gets the buffer here: when it recognises a
+  // Fast Infoset document it builds the tree and parsing ends.
+  if (ParseFastInfoset()) return;
+  ParseText();
+}
+
+bool CXmlDocument::ParseFastInfoset() { return false; }
+
+void CXmlDocument::ParseText() {
+  // The input is not needed once parsed, whether or not the parse succeeds.
+  struct Release {
+    CXmlDocument& document;
+    ~Release() {
+      document.m_ownedInput.reset();
+      document.m_input = nullptr;
+      document.m_inputLength = 0;
+    }
+  } release{*this};
+  ParseTextBlock(m_input, m_inputLength);
+}
+
+void CXmlDocument::ParseTextBlock(const unsigned char* data, std::size_t length) {
+  CExpatReader reader(this, m_schemaType != SchemaType_DTD, !m_context->GetStripCDATA());
+  reader.Parse(data, length, true);
+}
+
+// ---- Tree building -------------------------------------------------------------------------
+
+CXmlElement* CXmlDocument::AddElement(const detail::CXmlName* name) {
+  CXmlElement* previous = nullptr;
+  CXmlElement* element;
+  if (m_documentElement == nullptr) {
+    element = m_store->NewElement(name);
+    m_documentElement = element;
+  } else {
+    if (m_elementStack.empty()) throw COvException("Invalid or empty XML document");
+    CXmlElement* parent = m_elementStack.back();
+    element = m_store->NewElement(name);
+    previous = parent->m_lastChild;
+    parent->LinkLastChild(element);
+  }
+  m_elementStack.push_back(element);
+  m_store->previousSiblings.push_back(previous);
+  if (m_store->pendingText.size() < m_elementStack.size()) m_store->pendingText.emplace_back();
+  return element;
+}
+
+void CXmlDocument::AppendOpenText(const char* text, std::size_t length, bool plain) {
+  if (m_elementStack.empty()) return;
+  std::string& pending = m_store->pendingText[m_elementStack.size() - 1];
+  if (plain) {
+    pending.append(text, length);
+    return;
+  }
+  const char* end = static_cast<const char*>(std::memchr(text, '\0', length));
+  if (end == nullptr) end = text + length;
+  while (text < end) {
+    const char* cr = static_cast<const char*>(std::memchr(text, '\r', end - text));
+    const char* runEnd = cr != nullptr ? cr : end;
+    pending.append(text, runEnd - text);
+    text = cr != nullptr ? cr + 1 : end;
+  }
+}
+
+namespace {
+// Buffers larger than this are given back once their text has moved into its element.
+constexpr std::size_t kKeptPendingCapacity = 64 * 1024;
+}  // namespace
+
+void CXmlDocument::FlushOpenText() {
+  for (std::size_t depth = 0; depth < m_elementStack.size(); ++depth) {
+    std::string& pending = m_store->pendingText[depth];
+    if (pending.empty()) continue;
+    m_store->AppendText(m_elementStack[depth]->m_text, pending.data(), pending.size());
+    pending.clear();
+  }
+}
+
+CXmlElement* CXmlDocument::AddDocElement(const char* namespaceURI, const char* localName) {
+  return AddElement(m_store->Intern(namespaceURI != nullptr ? namespaceURI : "",
+                                    localName != nullptr ? localName : ""));
+}
+
+CXmlElement* CXmlDocument::AddChildElement(const char* namespaceURI, const char* localName) {
+  return AddDocElement(namespaceURI, localName);
+}
+
+void CXmlDocument::AddElementAttribute(CXmlElement* element, const char* localName,
+                                       const char* value, const char* namespaceURI) {
+  element->AddAttribute(localName != nullptr ? localName : "", value != nullptr ? value : "",
+                        namespaceURI != nullptr ? namespaceURI : "");
+}
+
+void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text) {
+  AppendTextExcludingCR(element, text,
+                        text != nullptr ? static_cast<std::uint32_t>(std::strlen(text)) : 0);
+}
+
+void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text,
+                                         std::uint32_t length) {
+  if (text == nullptr) return;
+  const char* end = static_cast<const char*>(std::memchr(text, '\0', length));
+  if (end == nullptr) end = text + length;
+  // Copies the runs between carriage returns; the carriage returns themselves are dropped.
+  while (text < end) {
+    const char* cr = static_cast<const char*>(std::memchr(text, '\r', end - text));
+    const char* runEnd = cr != nullptr ? cr : end;
+    element->AppendText(text, static_cast<int>(runEnd - text));
+    text = cr != nullptr ? cr + 1 : end;
+  }
+}
+
+void CXmlDocument::EndElement() {
+  if (m_elementStack.empty()) return;
+  CXmlElement* element = m_elementStack.back();
+  CXmlElement* previous = m_store->previousSiblings.back();
+  std::string& pending = m_store->pendingText[m_elementStack.size() - 1];
+  if (!pending.empty()) {
+    m_store->AppendText(element->m_text, pending.data(), pending.size());
+    pending.clear();
+    if (pending.capacity() > kKeptPendingCapacity) std::string().swap(pending);
+  }
+  m_elementStack.pop_back();
+  m_store->previousSiblings.pop_back();
+  if (m_callback == nullptr || !m_callback(element)) return;
+  // The document element is never removed: the document would be left without a root.
+  if (m_elementStack.empty()) return;
+  // The element is its parent's last child; `previous` was the last child before it.
+  CXmlElement* parent = m_elementStack.back();
+  parent->UnlinkLastChild(previous);
+  m_store->DestroySubtree(element);
+}
+
+}  // namespace OvXmlLib6

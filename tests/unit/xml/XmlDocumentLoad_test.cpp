@@ -1,0 +1,189 @@
+// Loading files (whole and asynchronous), byte blocks and compressed input, and the messages of
+// every file failure, through an in-memory file system that can fail on demand.
+#include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
+#include "port/File.h"
+#include "xml/Compression.h"
+
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+using namespace OvXmlLib6;
+
+namespace {
+
+// Wraps the memory file system; a file's size query or a read at or after a given offset can be
+// made to fail with an errno value, and a file can be made to come up short.
+class FaultyFileSystem : public port::IFileSystem {
+ public:
+  int sizeError = 0;
+  int readError = 0;
+  std::uint64_t failReadsFrom = 0;
+  std::uint64_t reportExtraSize = 0;
+
+  FaultyFileSystem() : m_inner(port::NewMemoryFileSystem()) {}
+  void Put(const std::string& path, const std::string& content) {
+    std::unique_ptr<port::IWriteFile> file;
+    ASSERT_EQ(m_inner->Create(path.c_str(), file), 0);
+    ASSERT_EQ(file->Write(content.data(), content.size()), 0);
+    file->Close();
+  }
+  int OpenRead(const char* path, std::unique_ptr<port::IReadFile>& file) override {
+    std::unique_ptr<port::IReadFile> inner;
+    const int error = m_inner->OpenRead(path, inner);
+    if (error == 0) file.reset(new File(std::move(inner), *this));
+    return error;
+  }
+  int Create(const char* path, std::unique_ptr<port::IWriteFile>& file) override {
+    return m_inner->Create(path, file);
+  }
+
+ private:
+  class File : public port::IReadFile {
+   public:
+    File(std::unique_ptr<port::IReadFile> inner, FaultyFileSystem& fs)
+        : m_inner(std::move(inner)), m_fs(fs) {}
+    int Size(std::uint64_t& size) override {
+      if (m_fs.sizeError != 0) return m_fs.sizeError;
+      const int error = m_inner->Size(size);
+      size += m_fs.reportExtraSize;
+      return error;
+    }
+    int Read(void* buffer, std::size_t n, std::size_t& got) override {
+      if (m_fs.readError != 0 && m_position >= m_fs.failReadsFrom) return m_fs.readError;
+      const int error = m_inner->Read(buffer, n, got);
+      m_position += got;
+      return error;
+    }
+
+   private:
+    std::unique_ptr<port::IReadFile> m_inner;
+    FaultyFileSystem& m_fs;
+    std::uint64_t m_position = 0;
+  };
+  std::unique_ptr<port::IFileSystem> m_inner;
+};
+
+class CXmlDocumentLoad : public ::testing::Test {
+ protected:
+  void SetUp() override { port::IFileSystem::SetCurrent(&m_fs); }
+  void TearDown() override {
+    port::IFileSystem::SetCurrent(nullptr);
+    AsyncFromXmlFile(false);
+  }
+  std::string LoadError(const char* path) {
+    CXmlDocument doc;
+    try {
+      doc.Load(path);
+    } catch (const COvException& e) {
+      return e.GetMessage();
+    }
+    return "no exception";
+  }
+  FaultyFileSystem m_fs;
+};
+
+// A document of `records` elements of about 40 bytes each, so sizes can straddle chunks.
+std::string Records(int records) {
+  std::string xml = "<?xml version=\"1.0\"?>\n<list>";
+  for (int i = 0; i < records; ++i)
+    xml += "<record n=\"" + std::to_string(i) + "\">text</record>\n";
+  return xml + "</list>";
+}
+
+int CountChildren(const CXmlDocument& doc) {
+  int n = 0;
+  for (const CXmlElement* e = doc.GetDocumentElement()->GetFirstElement(); e;
+       e = e->GetNextSiblingElement()) {
+    ++n;
+  }
+  return n;
+}
+
+std::string Pack(const std::string& text, int type) {
+  const CBinaryData packed =
+      detail::Deflate(reinterpret_cast<const unsigned char*>(text.data()), text.size(), type);
+  return std::string(reinterpret_cast<const char*>(packed.GetData()), packed.GetLength());
+}
+
+}  // namespace
+
+TEST_F(CXmlDocumentLoad, FilesInBothModesAcrossChunkBoundaries) {
+  // Sizes around the 128 KiB chunk: several chunks, and a file that ends exactly on a chunk.
+  const std::string big = Records(9000);
+  std::string exact = Records(3200);
+  exact.insert(exact.size() - 7, 262144 - exact.size(), ' ');
+  ASSERT_EQ(exact.size(), 262144u);
+  m_fs.Put("big.xml", big);
+  m_fs.Put("exact.xml", exact);
+  m_fs.Put("small.xml", "<r><a/></r>");
+  for (bool async : {false, true}) {
+    AsyncFromXmlFile(async);
+    CXmlDocument doc;
+    doc.Load("big.xml");
+    EXPECT_EQ(CountChildren(doc), 9000) << async;
+    EXPECT_EQ(doc.GetDocumentElement()->GetFirstElement()->GetAttribute("n", ""), "0");
+    doc.Load("exact.xml");
+    EXPECT_EQ(CountChildren(doc), 3200) << async;
+    doc.Load("small.xml");
+    EXPECT_EQ(CountChildren(doc), 1) << async;
+  }
+}
+
+TEST_F(CXmlDocumentLoad, CompressedInputIsInflatedExceptInAsyncMode) {
+  const std::string xml = Records(500);
+  for (int type : {1, 2}) {
+    const std::string packed = Pack(xml, type);
+    CXmlDocument doc;
+    doc.LoadXmlStream(reinterpret_cast<const unsigned char*>(packed.data()),
+                      static_cast<std::uint32_t>(packed.size()));
+    EXPECT_EQ(CountChildren(doc), 500) << type;
+
+    m_fs.Put("packed.xml", packed);
+    doc.Load("packed.xml");
+    EXPECT_EQ(CountChildren(doc), 500) << type;
+  }
+  // The asynchronous mode reads XML text only.
+  AsyncFromXmlFile(true);
+  EXPECT_EQ(LoadError("packed.xml"), "not well-formed (invalid token) at line 1");
+}
+
+TEST_F(CXmlDocumentLoad, FileFailuresCarryNameAndErrorCode) {
+  EXPECT_EQ(LoadError("missing.xml"), "Failed to open the file [missing.xml] Error [0x00000002]");
+  EXPECT_EQ(LoadError(nullptr), "Failed to open the file [] Error [0x00000002]");
+
+  m_fs.Put("empty.xml", "");
+  m_fs.Put("doc.xml", Records(9000));
+  // An empty file reaches the parser in the whole-file mode; the asynchronous mode refuses it
+  // with the end-of-file code.
+  EXPECT_EQ(LoadError("empty.xml"), "no element found at line 1");
+  AsyncFromXmlFile(true);
+  EXPECT_EQ(LoadError("empty.xml"),
+            "Failed to read the contents of the file [empty.xml] Error [0x00000026]");
+
+  m_fs.readError = EIO;
+  m_fs.failReadsFrom = 131072;  // the first chunk reads, a later one fails
+  EXPECT_EQ(LoadError("doc.xml"), "Failed to read the contents of the file. Error [0x00000005]");
+  AsyncFromXmlFile(false);
+  m_fs.failReadsFrom = 0;
+  EXPECT_EQ(LoadError("doc.xml"),
+            "Failed to read the contents of the file [doc.xml] Error [0x00000005]");
+  m_fs.readError = 0;
+
+  m_fs.reportExtraSize = 10;  // the file ends before its announced size
+  EXPECT_EQ(LoadError("doc.xml"),
+            "Failed to read the contents of the file [doc.xml] Error [0x00000026]");
+  m_fs.reportExtraSize = 0;
+
+  m_fs.sizeError = EACCES;
+  EXPECT_EQ(LoadError("doc.xml"),
+            "Failed to get the size of the file [doc.xml] Error [0x0000000d]");
+}
+
+TEST_F(CXmlDocumentLoad, UnreadableRealFile) {
+  port::IFileSystem::SetCurrent(nullptr);
+  // A directory is refused when it is opened.
+  EXPECT_EQ(LoadError("/"), "Failed to open the file [/] Error [0x00000015]");
+}
