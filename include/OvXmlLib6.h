@@ -3,6 +3,7 @@
 #ifndef OVXMLLIB6_H
 #define OVXMLLIB6_H
 
+#include "OvXmlLib6/core/ClassFactory.h"
 #include "OvXmlLib6/core/CriticalSection.h"
 #include "OvXmlLib6/core/Enums.h"
 #include "OvXmlLib6/core/Exceptions.h"

@@ -223,7 +223,9 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   void Throw_IfElementNameDiffers(CXmlObjectBase* value, const char* expectedName);
 
   // Each calls sink->OnEvent with the collection's GetBase() as the source; a null sink is
-  // ignored. The remove events pass a pointer to the index as data.
+  // ignored. The remove events pass a pointer to the index as data. These and
+  // Choice_Read_Collection are compiled with the collection base (src/core/
+  // XmlObjectBaseCollections.cpp, once OvXmlLib6/metadata/XmlCollectionBase.h exists).
   static void FireOnCollectionChangeEvent(IEventSink* sink, CXmlCollectionBase* collection);
   static void FireOnCollectionAddEvent(IEventSink* sink, CXmlCollectionBase* collection,
                                        void* item);

@@ -1,0 +1,199 @@
+// Runs the built ovxml tool on real documents and compares its output, node by node, with the
+// input: names, namespaces, attributes and text of every element.
+#include "OvXmlLib6/xml/XmlDocument.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+
+using namespace OvXmlLib6;
+
+namespace {
+
+const std::string kTool = OVXML_TOOL_PATH;
+const std::string kSample = std::string(OVXML_EXAMPLES_DIR) + "/sample.xml";
+
+std::string Temp(const std::string& name) { return ::testing::TempDir() + "ovxml_tool_" + name; }
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void WriteFile(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+struct Run {
+  int status;
+  std::string err;
+};
+
+// Runs the tool with a shell command line of arguments; standard error is captured.
+Run Tool(const std::string& arguments) {
+  const std::string errPath = Temp("stderr.txt");
+  const std::string command = "'" + kTool + "' " + arguments + " 2>'" + errPath + "'";
+  const int raw = std::system(command.c_str());
+  Run run{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadFile(errPath)};
+  std::remove(errPath.c_str());
+  return run;
+}
+
+bool IsWhitespace(const std::string& text) {
+  return text.find_first_not_of(" \t\r\n") == std::string::npos;
+}
+
+// The first difference between two trees, or "" when they are equal. With `layout` the
+// whitespace-only text of elements with children is not compared (--format replaces it).
+std::string Diff(const CXmlElement* a, const CXmlElement* b, bool layout,
+                 const std::string& path = "") {
+  const std::string here = path + "/" + a->GetLocalName();
+  if (a->GetLocalName() != b->GetLocalName() || a->GetNamespaceURI() != b->GetNamespaceURI())
+    return here + ": name differs from {" + b->GetNamespaceURI() + "}" + b->GetLocalName();
+  const bool skipText = layout && a->GetFirstElement() != nullptr && IsWhitespace(a->GetText()) &&
+                        IsWhitespace(b->GetText());
+  if (!skipText && a->GetText() != b->GetText())
+    return here + ": text [" + a->GetText() + "] vs [" + b->GetText() + "]";
+  const auto& x = a->GetAttributes();
+  const auto& y = b->GetAttributes();
+  if (x.size() != y.size()) return here + ": attribute count";
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    if (x[i]->GetLocalName() != y[i]->GetLocalName() ||
+        x[i]->GetNamespaceURI() != y[i]->GetNamespaceURI() || x[i]->GetValue() != y[i]->GetValue())
+      return here + ": attribute " + x[i]->GetLocalName();
+  }
+  const CXmlElement* ca = a->GetFirstElement();
+  const CXmlElement* cb = b->GetFirstElement();
+  for (; ca != nullptr && cb != nullptr;
+       ca = ca->GetNextSiblingElement(), cb = cb->GetNextSiblingElement()) {
+    std::string d = Diff(ca, cb, layout, here);
+    if (!d.empty()) return d;
+  }
+  if (ca != nullptr || cb != nullptr) return here + ": child count";
+  return "";
+}
+
+std::string DiffFiles(const std::string& expected, const std::string& actual, bool layout = false) {
+  CXmlDocument a;
+  CXmlDocument b;
+  a.Load(expected.c_str());
+  b.Load(actual.c_str());
+  return Diff(a.GetDocumentElement(), b.GetDocumentElement(), layout);
+}
+
+TEST(OvxmlTool, ConvertsTheSampleInEveryOutputForm) {
+  const std::string out = Temp("out.xml");
+  const struct {
+    const char* options;
+    bool layout;
+  } forms[] = {{"", false},
+               {"--to xml --utf16", false},
+               {"--gzip", false},
+               {"--zlib", false},
+               {"--crlf --no-header", false},
+               {"--format", true},
+               {"--format --crlf --utf16 --gzip", true}};
+  for (const auto& form : forms) {
+    SCOPED_TRACE(form.options);
+    std::remove(out.c_str());
+    const Run run =
+        Tool(std::string("convert ") + form.options + " '" + kSample + "' '" + out + "'");
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.err.find("elements"), std::string::npos) << run.err;
+    EXPECT_EQ(DiffFiles(kSample, out, form.layout), "");
+  }
+  // Plain output keeps the document's own whitespace and adds none: converting it again gives
+  // the same bytes.
+  ASSERT_EQ(Tool("convert '" + kSample + "' '" + out + "'").status, 0);
+  const std::string again = Temp("again.xml");
+  ASSERT_EQ(Tool("convert '" + out + "' '" + again + "'").status, 0);
+  EXPECT_EQ(ReadFile(out), ReadFile(again));
+  EXPECT_EQ(ReadFile(out).rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<po:purchaseOrder", 0),
+            0u);
+  std::remove(out.c_str());
+  std::remove(again.c_str());
+}
+
+TEST(OvxmlTool, RecognisesTheInputFromItsContent) {
+  // UTF-16, gzip and zlib inputs, made by the tool itself under misleading names, and a
+  // Latin-1 document, all read back to the sample's tree through standard input and output.
+  const std::string utf16 = Temp("a.gz");
+  const std::string gz = Temp("b.txt");
+  const std::string zl = Temp("c.xml");
+  ASSERT_EQ(Tool("convert --utf16 '" + kSample + "' '" + utf16 + "'").status, 0);
+  ASSERT_EQ(Tool("convert --gzip --utf16 '" + kSample + "' '" + gz + "'").status, 0);
+  ASSERT_EQ(Tool("convert --zlib '" + kSample + "' '" + zl + "'").status, 0);
+  const std::string out = Temp("back.xml");
+  for (const std::string& in : {utf16, gz, zl}) {
+    SCOPED_TRACE(in);
+    const Run run = Tool("convert - - < '" + in + "' > '" + out + "'");
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(DiffFiles(kSample, out), "");
+    std::remove(in.c_str());
+  }
+  const std::string latin1 = Temp("latin1.xml");
+  WriteFile(latin1, "<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xE9'>caf\xE9</a>");
+  ASSERT_EQ(Tool("convert '" + latin1 + "' '" + out + "'").status, 0);
+  EXPECT_NE(ReadFile(out).find("<a b=\"\xC3\xA9\">caf\xC3\xA9</a>"), std::string::npos)
+      << ReadFile(out);
+  std::remove(latin1.c_str());
+  std::remove(out.c_str());
+}
+
+TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
+  const std::string out = Temp("fail.xml");
+  Run run = Tool("--help");
+  EXPECT_EQ(run.status, 0);
+  run = Tool("");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_NE(run.err.find("Usage: ovxml convert"), std::string::npos);
+  run = Tool("convert --bogus a b");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_NE(run.err.find("unknown option '--bogus'"), std::string::npos) << run.err;
+  EXPECT_EQ(Tool("convert --gzip --zlib a b").status, 2);
+  EXPECT_EQ(Tool("convert onlyone").status, 2);
+  EXPECT_EQ(Tool("convert --to fi '" + kSample + "' '" + out + "'").status, 2);
+
+  run = Tool("convert '" + Temp("missing.xml") + "' '" + out + "'");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("ovxml: error: cannot open"), std::string::npos) << run.err;
+
+  const std::string bad = Temp("bad.xml");
+  WriteFile(bad, "<a><b></a>");
+  run = Tool("convert '" + bad + "' '" + out + "'");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("ovxml: error: "), std::string::npos) << run.err;
+  EXPECT_FALSE(std::ifstream(out).good()) << "a failed conversion left an output file";
+
+  WriteFile(bad, std::string("\xE0\x00\x00\x01\x00", 5));
+  run = Tool("convert '" + bad + "' '" + out + "'");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("Fast Infoset"), std::string::npos) << run.err;
+
+  run = Tool("convert '" + kSample + "' '" + Temp("no/such/dir/out.xml") + "'");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("cannot create"), std::string::npos) << run.err;
+  std::remove(bad.c_str());
+}
+
+TEST(OvxmlTool, DeepDocumentIsHandled) {
+  // 100,000 levels: converted, or refused with an error, but never a crash.
+  const int levels = 100000;
+  std::string xml;
+  for (int i = 0; i < levels; ++i) xml += "<e>";
+  for (int i = 0; i < levels; ++i) xml += "</e>";
+  const std::string in = Temp("deep.xml");
+  const std::string out = Temp("deep_out.xml");
+  WriteFile(in, xml);
+  const Run run = Tool("convert --no-header '" + in + "' '" + out + "'");
+  EXPECT_TRUE(run.status == 0 || run.status == 1) << run.err;
+  if (run.status == 0) EXPECT_EQ(ReadFile(out).size(), xml.size() - 3);  // innermost <e/>
+  if (run.status == 1) EXPECT_NE(run.err.find("ovxml: error: "), std::string::npos);
+  std::remove(in.c_str());
+  std::remove(out.c_str());
+}
+
+}  // namespace
