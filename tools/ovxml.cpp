@@ -66,7 +66,8 @@ struct ToolError {
 Options ParseArguments(const std::vector<std::string>& args) {
   Options options;
   std::vector<std::string> files;
-  for (std::size_t i = 1; i < args.size(); ++i) {
+  // args[0] is the program and args[1] the command.
+  for (std::size_t i = 2; i < args.size(); ++i) {
     const std::string& a = args[i];
     if (a == "--to") {
       if (i + 1 >= args.size()) Fail("--to needs a value (xml)", 2);

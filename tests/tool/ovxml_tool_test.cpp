@@ -27,17 +27,17 @@ void WriteFile(const std::string& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-struct Run {
+struct ToolRun {
   int status;
   std::string err;
 };
 
 // Runs the tool with a shell command line of arguments; standard error is captured.
-Run Tool(const std::string& arguments) {
+ToolRun Tool(const std::string& arguments) {
   const std::string errPath = Temp("stderr.txt");
   const std::string command = "'" + kTool + "' " + arguments + " 2>'" + errPath + "'";
   const int raw = std::system(command.c_str());
-  Run run{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadFile(errPath)};
+  ToolRun run{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, ReadFile(errPath)};
   std::remove(errPath.c_str());
   return run;
 }
@@ -99,7 +99,7 @@ TEST(OvxmlTool, ConvertsTheSampleInEveryOutputForm) {
   for (const auto& form : forms) {
     SCOPED_TRACE(form.options);
     std::remove(out.c_str());
-    const Run run =
+    const ToolRun run =
         Tool(std::string("convert ") + form.options + " '" + kSample + "' '" + out + "'");
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_NE(run.err.find("elements"), std::string::npos) << run.err;
@@ -129,7 +129,7 @@ TEST(OvxmlTool, RecognisesTheInputFromItsContent) {
   const std::string out = Temp("back.xml");
   for (const std::string& in : {utf16, gz, zl}) {
     SCOPED_TRACE(in);
-    const Run run = Tool("convert - - < '" + in + "' > '" + out + "'");
+    const ToolRun run = Tool("convert - - < '" + in + "' > '" + out + "'");
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(DiffFiles(kSample, out), "");
     std::remove(in.c_str());
@@ -145,7 +145,7 @@ TEST(OvxmlTool, RecognisesTheInputFromItsContent) {
 
 TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
   const std::string out = Temp("fail.xml");
-  Run run = Tool("--help");
+  ToolRun run = Tool("--help");
   EXPECT_EQ(run.status, 0);
   run = Tool("");
   EXPECT_EQ(run.status, 2);
@@ -180,7 +180,7 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
 }
 
 TEST(OvxmlTool, DeepDocumentIsHandled) {
-  // 100,000 levels: converted, or refused with an error, but never a crash.
+  // 100,000 levels: read, written and released without recursion.
   const int levels = 100000;
   std::string xml;
   for (int i = 0; i < levels; ++i) xml += "<e>";
@@ -188,10 +188,9 @@ TEST(OvxmlTool, DeepDocumentIsHandled) {
   const std::string in = Temp("deep.xml");
   const std::string out = Temp("deep_out.xml");
   WriteFile(in, xml);
-  const Run run = Tool("convert --no-header '" + in + "' '" + out + "'");
-  EXPECT_TRUE(run.status == 0 || run.status == 1) << run.err;
-  if (run.status == 0) EXPECT_EQ(ReadFile(out).size(), xml.size() - 3);  // innermost <e/>
-  if (run.status == 1) EXPECT_NE(run.err.find("ovxml: error: "), std::string::npos);
+  const ToolRun run = Tool("convert --no-header '" + in + "' '" + out + "'");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(ReadFile(out).size(), xml.size() - 3);  // the innermost element is written <e/>
   std::remove(in.c_str());
   std::remove(out.c_str());
 }
