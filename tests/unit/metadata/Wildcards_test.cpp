@@ -1,0 +1,186 @@
+#include "CollectionTestSupport.h"
+#include "OvXmlLib6/metadata/Attribute.h"
+#include "OvXmlLib6/metadata/Element.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+using namespace OvXmlLib6;
+using namespace ovxml_test;
+
+namespace {
+
+std::string Names(const CElementCol& children) {
+  std::string names;
+  for (CElement* child : children) names += child->GetName() + ";";
+  return names;
+}
+
+}  // namespace
+
+TEST(CElement, ConstructionChecksNamesAndNamespaces) {
+  try {
+    CSmartPtr<CElement> e = new CElement("a", "##any");
+    FAIL();
+  } catch (const COvInvalidNamespaceException& e) {
+    EXPECT_EQ(e.GetMessage(), "Invalid Namespace [##any]");
+  }
+  EXPECT_EQ(Error([] { CSmartPtr<CElement> e = new CElement(nullptr); }),
+            "Element Name must have a value");
+  EXPECT_EQ(Error([] { CSmartPtr<CElement> e = new CElement("a", "", nullptr, ""); }),
+            "Namespace Restriction must have a value");
+  EXPECT_EQ(Error([] { CSmartPtr<CElement> e = new CElement("a", "", "##any", nullptr); }),
+            "Target Namespace must have a value");
+  EXPECT_EQ(Error([] { CSmartPtr<CElement> e = new CElement("a", "urn:t", "##other", "urn:t"); }),
+            "Invalid namespace [urn:t]. The namespace must be one of [##other] where the target "
+            "namespace is [urn:t]");
+  CSmartPtr<CElement> owner = new CElement("o", "urn:o");
+  CSmartPtr<CElement> owned = new CElement(owner, "x");
+  EXPECT_EQ(owned->GetNamespace(), "urn:o");
+}
+
+TEST(CElement, ReadsAndWritesAWholeDocument) {
+  CSmartPtr<CElement> root = new CElement("root");
+  root->FromXml(
+      "<o:order xmlns:o='urn:o' id='7' o:state='open'>"
+      "<o:line n='1'>pen</o:line><o:line n='2'/><note xmlns=''>hi<b>!</b></note></o:order>");
+  EXPECT_EQ(root->GetName(), "order");
+  EXPECT_EQ(root->GetNamespace(), "urn:o");
+  ASSERT_EQ(root->GetAttributes()->GetCount(), 2);
+  CSmartPtr<CAttribute> state = root->GetAttributes()->Item(1);
+  EXPECT_EQ(state->GetName(), "state");
+  EXPECT_EQ(state->GetNamespace(), "urn:o");
+  EXPECT_EQ(state->GetValue(), "open");
+  EXPECT_EQ(Names(*root->GetChildElements()), "line;line;note;");
+  EXPECT_EQ(root->GetChildElements()->Item(0)->GetText(), "pen");
+
+  const std::string xml = root->ToXml(false, false, EOLType_LF);
+  EXPECT_EQ(xml,
+            "<AA:order xmlns:AA=\"urn:o\" id=\"7\" AA:state=\"open\"><AA:line n=\"1\">pen</AA:line>"
+            "<AA:line n=\"2\"/><note>hi<b>!</b></note></AA:order>");
+
+  // Reading again replaces the content in place.
+  root->FromXml("<x a='1'><y/></x>");
+  EXPECT_EQ(root->GetAttributes()->GetCount(), 1);
+  EXPECT_EQ(Names(*root->GetChildElements()), "y;");
+}
+
+TEST(CElement, RestrictionsDecideWhatIsTaken) {
+  // "##other" with a target namespace T: elements of another namespace and unqualified ones are
+  // taken, an element in T is left unread.
+  CSmartPtr<CElementCol> any = new CElementCol("AnyElement", "##other", "urn:t", 0, -1);
+  EXPECT_EQ(CAccess::Read(any, "<r xmlns:t='urn:t'><a xmlns='urn:x'/><b/><t:c/><d/></r>"), "c");
+  EXPECT_EQ(Names(*any), "a;b;");
+
+  CSmartPtr<CElement> single = new CElement("AnyElement", "", "##other", "urn:t");
+  EXPECT_EQ(CAccess::Read(single, "<r xmlns:t='urn:t'><t:c/></r>"), "c");  // nothing taken
+  EXPECT_EQ(single->GetName(), "AnyElement");
+
+  // Content that the element's collections refuse fails the read.
+  try {
+    CAccess::Read(single, "<r xmlns:t='urn:t'><a><t:inner/></a></r>");
+    FAIL();
+  } catch (const COvValidationException& e) {
+    EXPECT_EQ(e.GetMessage(), "Invalid Element [inner] found in element [a]");
+  }
+  try {
+    CAccess::Read(single, "<r xmlns:t='urn:t'><a t:bad='1'/></r>");
+    FAIL();
+  } catch (const COvInvalidNamespaceException& e) {
+    EXPECT_EQ(e.GetMessage(),
+              "Invalid Attribute [bad]. The attributes namespace is Inappropriate.");
+  }
+}
+
+TEST(CElementCol, AddingByNameNeedsANamespaceToGive) {
+  CSmartPtr<CElementCol> target = new CElementCol("e", "##targetNamespace", "urn:t", 0, -1);
+  target->Add("a");
+  EXPECT_EQ(target->Item(0)->GetNamespace(), "urn:t");
+  CSmartPtr<CElementCol> literal = new CElementCol("e", "urn:x", "urn:t", 0, -1);
+  literal->Add("b");
+  EXPECT_EQ(literal->Item(0)->GetNamespace(), "urn:x");
+
+  CSmartPtr<CElementCol> open = new CElementCol("e", "##any", "urn:t", 0, -1);
+  try {
+    open->Add("c");
+    FAIL();
+  } catch (const COvInvalidStateException& e) {
+    EXPECT_EQ(e.GetMessage(), "A Namespace has not been set for this Collection");
+  }
+  open->Add("c", "urn:c");
+  CSmartPtr<CElement> first = new CElement("first");
+  open->AddAfter(nullptr, first);
+  open->AddBefore(nullptr, new CElement("last"));
+  open->AddBefore(first, new CElement("zeroth"));
+  EXPECT_EQ(Names(*open), "zeroth;first;c;last;");
+  EXPECT_EQ(Error([&] { target->Add("x", "urn:other"); }),
+            "Invalid namespace [urn:other]. The namespace must be one of [##targetNamespace] "
+            "where the target namespace is [urn:t]");
+  EXPECT_EQ(target->GetCount(), 1);
+}
+
+TEST(CAttributeCol, AddsCheckTheRestrictionAndKeepOrder) {
+  CSmartPtr<CAttributeCol> attributes = new CAttributeCol("any", "##local", "urn:t");
+  attributes->Add("name");
+  attributes->Add("v", "second");
+  attributes->Add("", "v3", "third");
+  EXPECT_EQ(Error([&] { attributes->Add("urn:x", "v", "n"); }),
+            "Invalid namespace [urn:x]. The namespace must be one of [##local] where the target "
+            "namespace is [urn:t]");
+  std::vector<std::string> seen;
+  for (CAttribute* a : *attributes) seen.push_back(a->GetName() + "=" + a->GetValue());
+  EXPECT_EQ(seen, (std::vector<std::string>{"name=", "second=v", "third=v3"}));
+
+  CSmartPtr<CAttribute> lone = new CAttribute("", "1", "x");
+  EXPECT_EQ(Error([&] { CAccess::Read(lone, "<r><a/></r>"); }),
+            "This should be done by the collection");
+}
+
+TEST(CXmlSerializationContext, AdditionalRootAttributesAreSharedByCopiesAndWritten) {
+  CXmlSerializationContext context;
+  EXPECT_EQ(static_cast<const CXmlSerializationContext&>(context).GetAdditionalRootAttributes(),
+            nullptr);
+  CSmartPtr<CAttributeCol> extra = context.GetAdditionalRootAttributes();
+  EXPECT_EQ(context.GetAdditionalRootAttributes(), extra);
+  extra->Add("urn:x", "1", "flag");
+  CXmlSerializationContext copy(context);
+  EXPECT_EQ(copy.GetAdditionalRootAttributes(), extra);
+
+  copy.GetNamespaceAliases().Add("x", "urn:x");
+  copy.GetProcessingInstructions().push_back("<?pi data?>");
+  CSmartPtr<CElement> root = new CElement("root");
+  root->GetChildElements()->Add(new CElement("child"));
+  const std::string xml = root->ToXml(false, false, EOLType_LF, copy);
+  EXPECT_NE(xml.find("<?pi data?>"), std::string::npos) << xml;
+  EXPECT_NE(xml.find("<root xmlns:x=\"urn:x\" x:flag=\"1\"><child/></root>"), std::string::npos)
+      << xml;
+}
+
+TEST(CElement, VeryDeepDocumentsAreReadWrittenAndReleasedWithoutRecursion) {
+  const int levels = 100000;
+  std::string xml;
+  xml.reserve(levels * 7);
+  for (int i = 0; i < levels; ++i) xml += "<e>";
+  for (int i = 0; i < levels; ++i) xml += "</e>";
+  CSmartPtr<CElement> root = new CElement("root");
+  root->FromXml(xml.c_str());
+  CElement* deepest = root;
+  int depth = 1;
+  while (deepest->GetChildElements()->GetCount() == 1) {
+    deepest = deepest->GetChildElements()->Item(0);
+    ++depth;
+  }
+  EXPECT_EQ(depth, levels);
+  EXPECT_EQ(root->ToXml(false, false, EOLType_LF).size(), xml.size() - 3);  // innermost <e/>
+
+  CSmartPtr<CElement> copy = new CElement("copy");
+  {
+    CXmlDocument document;
+    document.LoadXml(xml.c_str());
+    copy->CopyXmlElement(document.GetDocumentElement());
+  }
+  EXPECT_EQ(copy->ToXml(false, false, EOLType_LF).size(), xml.size() - 3);
+  root = nullptr;
+  copy = nullptr;
+}
