@@ -1,6 +1,7 @@
 #include "OvXmlLib6/core/SerializationContext.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/metadata/Attribute.h"
 
 namespace OvXmlLib6 {
 
@@ -15,8 +16,7 @@ const char kIgnoreBothMessage[] =
 }  // namespace
 
 CXmlSerializationContext::CXmlSerializationContext()
-    : m_additionalRootAttributes(nullptr),
-      m_ignoreInvalidCollectionCounts(false),
+    : m_ignoreInvalidCollectionCounts(false),
       m_ignoreMissingChoice(false),
       m_ignoreMissingMandatoryElements(false),
       m_ignoreUnknownElements(false),
@@ -35,7 +35,7 @@ CXmlSerializationContext& CXmlSerializationContext::operator=(
     const CXmlSerializationContext& other) {
   m_defaultNamespaceURI = other.m_defaultNamespaceURI;
   m_namespaceAliases = other.m_namespaceAliases;
-  // Always null for now (see the header): nothing to count yet.
+  // Shared, not duplicated: both contexts write the same extra root attributes.
   m_additionalRootAttributes = other.m_additionalRootAttributes;
   m_processingInstructions = other.m_processingInstructions;
   m_inLineSchema = other.m_inLineSchema;
@@ -87,6 +87,17 @@ void CXmlSerializationContext::SetIgnoreUnknownElements(bool ignore) {
         "true");
   }
   m_ignoreUnknownElements = ignore;
+}
+
+CSmartPtr<CAttributeCol> CXmlSerializationContext::GetAdditionalRootAttributes() {
+  if (!m_additionalRootAttributes) {
+    m_additionalRootAttributes = new CAttributeCol("AdditionalRootAttributes", "##any", "");
+  }
+  return m_additionalRootAttributes;
+}
+
+CSmartPtr<CAttributeCol> CXmlSerializationContext::GetAdditionalRootAttributes() const {
+  return m_additionalRootAttributes;
 }
 
 }  // namespace OvXmlLib6

@@ -1,6 +1,8 @@
 #include "OvXmlLib6/types/Variant.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/core/XmlObjectBase.h"
+#include "OvXmlLib6/metadata/XmlCollectionBase.h"
 #include "OvXmlLib6/types/Conversions.h"
 
 #include <cstring>
@@ -15,7 +17,7 @@ constexpr std::int32_t kXmlObject = 27;
 constexpr std::int32_t kXmlCollection = 28;
 
 // The class of the owned value of a tag, or kScalar.
-enum Storage { kScalar, kBinary, kDateTime, kSpan, kString, kDecimal, kInteger };
+enum Storage { kScalar, kBinary, kDateTime, kSpan, kString, kDecimal, kInteger, kReference };
 
 Storage StorageOf(std::int32_t type) {
   switch (type) {
@@ -36,6 +38,9 @@ Storage StorageOf(std::int32_t type) {
       return kDecimal;
     case ItemType_integer:
       return kInteger;
+    case kXmlObject:
+    case kXmlCollection:
+      return kReference;
     default:
       return kScalar;
   }
@@ -93,11 +98,6 @@ OvVariant::~OvVariant() { Clear(); }
 void OvVariant::CopyFrom(const OvVariant& other) {
   Clear();
   if (other.m_type < 0 || other.m_type > kXmlCollection) throw COvException("Unknown Type");
-  if (other.m_type == kXmlObject || other.m_type == kXmlCollection) {
-    // References to bound objects are taken by the bound-object layer, absent from this build;
-    // no variant can hold them yet.
-    throw COvException("Unknown Type");
-  }
   switch (StorageOf(other.m_type)) {
     case kScalar:
       m_value.bits = other.m_value.bits;
@@ -119,6 +119,10 @@ void OvVariant::CopyFrom(const OvVariant& other) {
       break;
     case kInteger:
       m_value.object = new CBigInteger(*static_cast<const CBigInteger*>(other.m_value.object));
+      break;
+    case kReference:
+      m_value.object = other.m_value.object;
+      if (m_value.object != nullptr) static_cast<CXmlObjectBase*>(m_value.object)->AddRef();
       break;
   }
   m_type = other.m_type;
@@ -145,6 +149,16 @@ void OvVariant::Clear() {
       break;
     case kInteger:
       delete static_cast<CBigInteger*>(m_value.object);
+      break;
+    case kReference:
+      // The tag goes before the reference, so that an object whose destruction reaches this
+      // variant again finds it empty.
+      if (m_value.object != nullptr) {
+        CXmlObjectBase* object = static_cast<CXmlObjectBase*>(m_value.object);
+        m_type = 0;
+        m_value.bits = 0;
+        object->Release();
+      }
       break;
   }
   // Nothing is held any more, so the tag goes too: a getter or a second Clear must not see a
@@ -209,6 +223,22 @@ void OvVariant::SetBoolean(bool value) { SetScalar(ItemType_boolean, value); }
 void OvVariant::SetDecimal(const CDecimal& value) { SetObject(ItemType_decimal, value); }
 void OvVariant::SetInteger(const CBigInteger& value) { SetObject(ItemType_integer, value); }
 
+void OvVariant::SetXmlObject(CXmlObjectBase* value) {
+  // The new reference is taken before the old one goes, so setting the held object again is safe.
+  if (value != nullptr) value->AddRef();
+  Clear();
+  m_value.object = value;
+  m_type = kXmlObject;
+}
+
+void OvVariant::SetXmlCollection(CXmlCollectionBase* value) {
+  CXmlObjectBase* object = value;  // held as the object base, like tag 27
+  if (object != nullptr) object->AddRef();
+  Clear();
+  m_value.object = object;
+  m_type = kXmlCollection;
+}
+
 namespace {
 
 template <typename T>
@@ -258,6 +288,17 @@ const CDecimal& OvVariant::GetDecimal() const {
 }
 const CBigInteger& OvVariant::GetInteger() const {
   return Held<CBigInteger>(m_type, kInteger, m_value.object);
+}
+
+CSmartPtr<CXmlObjectBase> OvVariant::GetXmlObject() const {
+  if (m_type != kXmlObject && m_type != kXmlCollection) return CSmartPtr<CXmlObjectBase>();
+  return static_cast<CXmlObjectBase*>(m_value.object);
+}
+
+CSmartPtr<CXmlCollectionBase> OvVariant::GetXmlCollection() const {
+  CXmlObjectBase* object = GetXmlObject().get();
+  if (m_type == kXmlCollection) return static_cast<CXmlCollectionBase*>(object);
+  return dynamic_cast<CXmlCollectionBase*>(object);
 }
 
 std::string OvVariant::GetType() const {

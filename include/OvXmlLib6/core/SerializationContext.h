@@ -82,6 +82,8 @@ class OVXML_API CXmlSerializationContext {
   // created on the first call (namespace restriction "##any", empty target namespace) and kept;
   // copies of this context share it.
   CSmartPtr<CAttributeCol> GetAdditionalRootAttributes();
+  // The collection if it has been created, else null; a const context creates nothing.
+  CSmartPtr<CAttributeCol> GetAdditionalRootAttributes() const;
 
   // Processing instructions written before the root element, in order.
   std::vector<std::string>& GetProcessingInstructions() { return m_processingInstructions; }
@@ -141,10 +143,9 @@ class OVXML_API CXmlSerializationContext {
  private:
   std::string m_defaultNamespaceURI;
   CNamespaceAliasMap m_namespaceAliases;
-  // Stays null until the attribute collection type arrives with the wildcard classes; it then
-  // becomes a CSmartPtr<CAttributeCol> shared between copies, and GetAdditionalRootAttributes
-  // creates it on first use.
-  CAttributeCol* m_additionalRootAttributes;
+  // Created on first request and shared by copies of this context. CAttributeCol is only
+  // declared here: every member that takes or releases the pointer is defined out of line.
+  CSmartPtr<CAttributeCol> m_additionalRootAttributes;
   std::vector<std::string> m_processingInstructions;
   std::string m_inLineSchema;
   bool m_ignoreInvalidCollectionCounts;

@@ -6,13 +6,13 @@
 // owned heap copies, freed by Clear and copied deeply with the variant.
 //
 // Tag numbering: 0 no value, 1 to 26 the ItemType values, 27 a bound object and 28 a collection.
-// Tags 27 and 28 belong to the bound-object layer and have no setters in this build; every
-// operation treats them as the tags they are (ToString refuses them, a copy of any tag above 28
-// is refused with "Unknown Type").
+// Tags 27 and 28 hold one reference to the object (taken when set, given back when cleared); a
+// copy of the variant takes a further reference to the same object.
 #ifndef OVXMLLIB6_TYPES_VARIANT_H
 #define OVXMLLIB6_TYPES_VARIANT_H
 
 #include "OvXmlLib6/core/Export.h"
+#include "OvXmlLib6/core/SmartPtr.h"
 #include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/BinaryData.h"
 #include "OvXmlLib6/types/DateTime.h"
@@ -25,6 +25,9 @@
 #include <string>
 
 namespace OvXmlLib6 {
+
+class CXmlObjectBase;
+class CXmlCollectionBase;
 
 struct OVXML_API OvVariant {
   // An invalid (empty) variant, tag 0.
@@ -67,6 +70,10 @@ struct OVXML_API OvVariant {
   void SetBoolean(bool value);
   void SetDecimal(const CDecimal& value);
   void SetInteger(const CBigInteger& value);
+  // Tag 27 / 28, holding one reference to the object; a null object stores a null reference
+  // under the tag.
+  void SetXmlObject(CXmlObjectBase* value);
+  void SetXmlCollection(CXmlCollectionBase* value);
 
   // The getters return the stored value without looking at the exact tag: the caller knows the
   // type. A scalar getter returns the bytes held in the value slot read as its own type. An
@@ -99,6 +106,10 @@ struct OVXML_API OvVariant {
   bool GetBoolean() const;
   const CDecimal& GetDecimal() const;
   const CBigInteger& GetInteger() const;
+  // The object held under tag 27 or 28; null under any other tag.
+  CSmartPtr<CXmlObjectBase> GetXmlObject() const;
+  // The collection held under tag 28 (or a collection set with SetXmlObject); null otherwise.
+  CSmartPtr<CXmlCollectionBase> GetXmlCollection() const;
 
   // The tag.
   ItemType GetTypeAsEnum() const { return static_cast<ItemType>(m_type); }

@@ -1,0 +1,362 @@
+#include "OvXmlLib6/metadata/Element.h"
+
+#include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/core/SerializationContext.h"
+#include "OvXmlLib6/xml/XmlAttribute.h"
+#include "OvXmlLib6/xml/XmlElement.h"
+#include "OvXmlLib6/xml/XmlWriter.h"
+
+#include <cstring>
+#include <vector>
+
+namespace OvXmlLib6 {
+
+namespace {
+
+const char* Safe(const char* s) { return s != nullptr ? s : ""; }
+
+// The element name of the collections an element makes for its content.
+constexpr const char* kChildCollectionName = "AnyElement";
+constexpr const char* kAttributeCollectionName = "AnyAttribute";
+
+bool IsNamespaceKeyword(const char* ns) {
+  return std::strcmp(ns, "##any") == 0 || std::strcmp(ns, "##other") == 0 ||
+         std::strcmp(ns, "##local") == 0 || std::strcmp(ns, "##targetNamespace") == 0;
+}
+
+void RequireRestriction(const char* restriction, const char* targetNamespace) {
+  if (restriction == nullptr) {
+    throw COvInvalidNamespaceException("Namespace Restriction must have a value");
+  }
+  if (targetNamespace == nullptr) {
+    throw COvInvalidNamespaceException("Target Namespace must have a value");
+  }
+}
+
+// The one namespace a restriction names, if it names one: the target namespace for
+// "##targetNamespace", none for "##local", the URI of a single-URI restriction.
+bool SingleNamespaceOf(const std::string& restriction, const std::string& targetNamespace,
+                       std::string& ns) {
+  if (restriction == "##targetNamespace") {
+    ns = targetNamespace;
+    return true;
+  }
+  if (restriction == "##local") {
+    ns.clear();
+    return true;
+  }
+  if (restriction.compare(0, 2, "##") == 0 || restriction.find(' ') != std::string::npos) {
+    return false;
+  }
+  ns = restriction;
+  return true;
+}
+
+}  // namespace
+
+CElement::CElement(const char* name) : CInstanceMonitor("CElement") { Init(name, "", "##any", ""); }
+
+CElement::CElement(const char* name, const char* ns) : CInstanceMonitor("CElement") {
+  if (ns != nullptr && IsNamespaceKeyword(ns)) {
+    throw COvInvalidNamespaceException(FormatString("Invalid Namespace [%s]", ns));
+  }
+  Init(name, ns, "##any", "");
+}
+
+CElement::CElement(const char* name, const char* ns, const char* restriction,
+                   const char* targetNamespace)
+    : CInstanceMonitor("CElement") {
+  Init(name, ns, restriction, targetNamespace);
+}
+
+CElement::CElement(CXmlObjectBase* owner, const char* name) : CInstanceMonitor("CElement") {
+  const std::string ns = owner != nullptr ? owner->GetNamespace() : std::string();
+  Init(name, ns.c_str(), "##any", "");
+}
+
+CElement::~CElement() = default;
+
+void CElement::Init(const char* name, const char* ns, const char* restriction,
+                    const char* targetNamespace) {
+  if (name == nullptr) throw COvInvalidNamespaceException("Element Name must have a value");
+  RequireRestriction(restriction, targetNamespace);
+  TestNamespace(Safe(ns), restriction, targetNamespace);
+  m_name = name;
+  m_namespace = Safe(ns);
+  m_restriction = restriction;
+  m_targetNamespace = targetNamespace;
+  SetElementName(name);
+}
+
+void CElement::SetName(const char* name) {
+  m_name = Safe(name);
+  SetElementName(m_name.c_str());
+  FireOnChangeName();
+}
+
+void CElement::SetNamespace(const char* ns) {
+  m_namespace = Safe(ns);
+  FireOnChangeNamespace();
+}
+
+void CElement::SetText(const char* text) {
+  m_text = Safe(text);
+  FireOnChangeText();
+}
+
+CSmartPtr<CAttributeCol> CElement::GetAttributes() const {
+  // Made on first use: most elements of a large document have no attributes, and an element
+  // object is copied in every read.
+  if (!m_attributes) {
+    const_cast<CElement*>(this)->m_attributes = new CAttributeCol(
+        kAttributeCollectionName, m_restriction.c_str(), m_targetNamespace.c_str());
+  }
+  return m_attributes;
+}
+
+CSmartPtr<CElementCol> CElement::GetChildElements() const {
+  if (!m_children) {
+    const_cast<CElement*>(this)->m_children = new CElementCol(
+        kChildCollectionName, m_restriction.c_str(), m_targetNamespace.c_str(), 0, -1);
+  }
+  return m_children;
+}
+
+void CElement::SetNamespaceRestrictions(const char* restriction, const char* targetNamespace) {
+  RequireRestriction(restriction, targetNamespace);
+  m_restriction = restriction;
+  m_targetNamespace = targetNamespace;
+  if (m_attributes) m_attributes->SetNamespaceRestrictions(restriction, targetNamespace);
+  if (m_children) m_children->SetNamespaceRestrictions(restriction, targetNamespace);
+}
+
+void CElement::ReadOwnContent(CXmlElement* element, const CXmlSerializationContext& context) {
+  m_name = element->GetLocalName();
+  m_namespace = element->GetNamespaceURI();
+  m_text = element->GetText();
+  SetElementName(m_name.c_str());
+  if (!element->GetAttributes().empty()) {
+    CXmlObjectBase::FromXml_Int(GetAttributes().get(), element, element, context);
+  }
+}
+
+CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current,
+                                   const CXmlSerializationContext& context, bool /*flag*/) {
+  if (current == nullptr || !IsNamespaceValid(current->GetNamespaceURI().c_str(),
+                                              m_restriction.c_str(), m_targetNamespace.c_str())) {
+    return current;
+  }
+  // Reading replaces the content in place.
+  if (m_attributes) m_attributes->Clear();
+  if (m_children) m_children->Clear();
+
+  // The subtree is read with an explicit stack instead of recursion, so the depth of the
+  // document costs heap, not stack. Each frame is an element being read, the source element and
+  // the next child of the source still to read. A finished child joins its parent's children;
+  // until then its frame holds it.
+  struct Frame {
+    CSmartPtr<CElement> element;
+    CXmlElement* source;
+    CXmlElement* next;
+  };
+  std::vector<Frame> stack;
+  ReadOwnContent(current, context);
+  stack.push_back(Frame{this, current, current->GetFirstElement()});
+  while (!stack.empty()) {
+    Frame& frame = stack.back();
+    CXmlElement* child = frame.next;
+    if (child == nullptr) {
+      CSmartPtr<CElement> done = frame.element;
+      stack.pop_back();
+      if (!stack.empty()) stack.back().element->GetChildElements()->AppendItem(done.get());
+      continue;
+    }
+    CElement* element = frame.element.get();
+    CSmartPtr<CElementCol> children = element->GetChildElements();
+    const std::string& ns = child->GetNamespaceURI();
+    if (!IsNamespaceValid(ns.c_str(), children->m_restriction.c_str(),
+                          children->m_targetNamespace.c_str())) {
+      throw COvValidationException(FormatString("Invalid Element [%s] found in element [%s]",
+                                                child->GetLocalName().c_str(),
+                                                frame.source->GetLocalName().c_str()));
+    }
+    frame.next = child->GetNextSiblingElement();
+    CSmartPtr<CElement> item =
+        new CElement(children->GetCollectionElementName().c_str(), ns.c_str(),
+                     children->m_restriction.c_str(), children->m_targetNamespace.c_str());
+    item->ReadOwnContent(child, context);
+    stack.push_back(Frame{item, child, child->GetFirstElement()});
+  }
+  return current->GetNextSiblingElement();
+}
+
+void CElement::CopyXmlElement(const CXmlElement* element) {
+  if (element == nullptr) return;
+  // The same walk as reading, without the namespace checks.
+  CSmartPtr<CAttributeCol> attributes = GetAttributes();
+  CSmartPtr<CElementCol> children = GetChildElements();
+  attributes->Clear();
+  children->Clear();
+  struct Frame {
+    CSmartPtr<CElement> element;
+    const CXmlElement* next;
+  };
+  auto copyOwn = [](CElement* target, const CXmlElement* source) {
+    target->m_name = source->GetLocalName();
+    target->m_namespace = source->GetNamespaceURI();
+    target->m_text = source->GetText();
+    target->SetElementName(target->m_name.c_str());
+    for (const CXmlAttribute* attribute : source->GetAttributes()) {
+      target->GetAttributes()->AppendItem(new CAttribute(attribute->GetNamespaceURI().c_str(),
+                                                         attribute->GetValue().c_str(),
+                                                         attribute->GetLocalName().c_str()));
+    }
+  };
+  std::vector<Frame> stack;
+  copyOwn(this, element);
+  stack.push_back(Frame{this, element->GetFirstElement()});
+  while (!stack.empty()) {
+    Frame& frame = stack.back();
+    const CXmlElement* child = frame.next;
+    if (child == nullptr) {
+      CSmartPtr<CElement> done = frame.element;
+      stack.pop_back();
+      if (!stack.empty()) stack.back().element->GetChildElements()->AppendItem(done.get());
+      continue;
+    }
+    frame.next = child->GetNextSiblingElement();
+    // The copy takes the namespace as it is: the child is made under "##any" and then given the
+    // restriction of its parent.
+    CSmartPtr<CElement> item = new CElement(kChildCollectionName, "", "##any", "");
+    item->SetNamespaceRestrictions(frame.element->m_restriction.c_str(),
+                                   frame.element->m_targetNamespace.c_str());
+    copyOwn(item.get(), child);
+    stack.push_back(Frame{item, child->GetFirstElement()});
+  }
+}
+
+void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
+                          const CXmlSerializationContext& context) const {
+  if (isRoot) {
+    for (const std::string& instruction : context.GetProcessingInstructions()) {
+      writer->WriteRawBlock(instruction.c_str());
+    }
+    for (const auto& entry : context.GetNamespaceAliases()) {
+      writer->AddNamespace(entry.second.c_str(), entry.first.c_str());
+    }
+    const std::string defaultNamespace = context.GetDefaultNamespaceURI();
+    if (!defaultNamespace.empty()) writer->SetDefaultNamespace(defaultNamespace.c_str());
+  }
+  writer->WriteStartElement(m_name.c_str(), m_namespace.c_str());
+  if (isRoot) {
+    CSmartPtr<CAttributeCol> extra = context.GetAdditionalRootAttributes();
+    if (extra) CXmlObjectBase::AttributesToXml_Int(extra.get(), writer, context);
+  }
+  if (m_attributes) CXmlObjectBase::AttributesToXml_Int(m_attributes.get(), writer, context);
+  if (isRoot) {
+    const std::string schema = context.GetInLineSchema();
+    if (!schema.empty()) writer->WriteRawLine(schema.c_str());
+  }
+  if (!m_text.empty()) writer->WriteText(m_text.c_str());
+}
+
+void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
+                         const CXmlSerializationContext& context, bool flag) const {
+  // Written with an explicit stack, as reading is, so that depth costs no stack.
+  struct Frame {
+    const CXmlCollection::CNode* next;
+  };
+  std::vector<Frame> stack;
+  WriteStart(writer, isRoot, context);
+  stack.push_back(Frame{m_children ? m_children->GetHead() : nullptr});
+  while (!stack.empty()) {
+    Frame& frame = stack.back();
+    if (frame.next == nullptr) {
+      writer->WriteEndElement();
+      stack.pop_back();
+      continue;
+    }
+    CXmlObjectBase* item = frame.next->GetItem();
+    frame.next = frame.next->GetNext();
+    const CElement* child = dynamic_cast<const CElement*>(item);
+    if (child == nullptr) {
+      // An item of another class writes itself.
+      CXmlObjectBase::ToXml_Int(item, writer, false, item->GetNamespace().c_str(), context, flag);
+      continue;
+    }
+    child->WriteStart(writer, false, context);
+    stack.push_back(Frame{child->m_children ? child->m_children->GetHead() : nullptr});
+  }
+}
+
+CElementCol::CElementCol(const char* elementName, const char* restriction,
+                         const char* targetNamespace, int minOccurs, int maxOccurs)
+    : CXmlCollection(elementName, "", minOccurs, maxOccurs), CInstanceMonitor("CElementCol") {
+  RequireRestriction(restriction, targetNamespace);
+  m_restriction = restriction;
+  m_targetNamespace = targetNamespace;
+}
+
+CElementCol::~CElementCol() = default;
+
+void CElementCol::SetNamespaceRestrictions(const char* restriction, const char* targetNamespace) {
+  RequireRestriction(restriction, targetNamespace);
+  m_restriction = restriction;
+  m_targetNamespace = targetNamespace;
+}
+
+void CElementCol::CheckNamespace(const CElement* element) const {
+  if (element == nullptr) return;  // refused as a null item by the insertion itself
+  TestNamespace(element->m_namespace.c_str(), m_restriction.c_str(), m_targetNamespace.c_str());
+}
+
+void CElementCol::Add(CElement* element) {
+  CSmartPtr<CElement> hold(element);
+  CheckNamespace(element);
+  AppendItem(element);
+}
+
+void CElementCol::Add(const char* name) {
+  std::string ns;
+  if (!SingleNamespaceOf(m_restriction, m_targetNamespace, ns)) {
+    throw COvInvalidStateException("A Namespace has not been set for this Collection");
+  }
+  Add(new CElement(name, ns.c_str(), m_restriction.c_str(), m_targetNamespace.c_str()));
+}
+
+void CElementCol::Add(const char* name, const char* ns) {
+  Add(new CElement(name, ns, m_restriction.c_str(), m_targetNamespace.c_str()));
+}
+
+void CElementCol::AddAfter(const CElement* after, CElement* element) {
+  CSmartPtr<CElement> hold(element);
+  CheckNamespace(element);
+  AddAfterItem(after, element);
+}
+
+void CElementCol::AddBefore(const CElement* before, CElement* element) {
+  CSmartPtr<CElement> hold(element);
+  CheckNamespace(element);
+  AddBeforeItem(before, element);
+}
+
+CSmartPtr<CElement> CElementCol::Item(int index) const {
+  return static_cast<CElement*>(GetNodeAtIndex(index)->GetItem());
+}
+
+CXmlElement* CElementCol::FromXml_Int(CXmlElement* parent, CXmlElement* current,
+                                      const CXmlSerializationContext& context, bool /*flag*/) {
+  while (current != nullptr && IsNamespaceValid(current->GetNamespaceURI().c_str(),
+                                                m_restriction.c_str(), m_targetNamespace.c_str())) {
+    CSmartPtr<CElement> element =
+        new CElement(GetCollectionElementName().c_str(), current->GetNamespaceURI().c_str(),
+                     m_restriction.c_str(), m_targetNamespace.c_str());
+    CXmlElement* next = CXmlObjectBase::FromXml_Int(element.get(), parent, current, context);
+    if (next == current) break;
+    Add(element.get());
+    current = next;
+  }
+  return current;
+}
+
+}  // namespace OvXmlLib6

@@ -1,0 +1,181 @@
+#include "OvXmlLib6/metadata/XmlCollection.h"
+
+#include "DeferredRelease.h"
+#include "OvXmlLib6/core/Exceptions.h"
+
+namespace OvXmlLib6 {
+
+CXmlCollection::CXmlCollection() : m_head(nullptr), m_tail(nullptr), m_count(0) {}
+
+CXmlCollection::CXmlCollection(const char* elementName, const char* ns, int minOccurs,
+                               int maxOccurs)
+    : CXmlCollectionBase(elementName, ns, minOccurs, maxOccurs),
+      m_head(nullptr),
+      m_tail(nullptr),
+      m_count(0) {}
+
+CXmlCollection::~CXmlCollection() {
+  while (m_head != nullptr) {
+    // A destructor cannot pass on a listener's exception: the node goes regardless.
+    try {
+      FireOnCollectionRemove(-1);
+    } catch (...) {
+    }
+    UnlinkNode(m_head);
+    try {
+      FireOnCollectionRemoveComplete(-1);
+      FireOnCollectionChange();
+    } catch (...) {
+    }
+  }
+}
+
+void CXmlCollection::Clear() {
+  while (GetCount() > 0) Remove(0);
+}
+
+void CXmlCollection::Remove(int index) { RemoveNode(GetNodeAtIndex(index)); }
+
+void CXmlCollection::RequireItem(const CXmlObjectBase* item) {
+  if (item == nullptr) {
+    throw COvInvalidParamException("A NULL item cannot be added to a collection");
+  }
+}
+
+void CXmlCollection::InsertBetween(CNode* previous, CNode* next, CXmlObjectBase* item) {
+  CNode* node = new CNode(item, previous, next);
+  item->AddRef();
+  if (previous != nullptr) {
+    previous->m_next = node;
+  } else {
+    m_head = node;
+  }
+  if (next != nullptr) {
+    next->m_previous = node;
+  } else {
+    m_tail = node;
+  }
+  ++m_count;
+}
+
+void CXmlCollection::AppendItem(CXmlObjectBase* item) {
+  RequireItem(item);
+  CSmartPtr<CXmlObjectBase> hold(item);
+  FireOnCollectionAdd(item);
+  InsertBetween(m_tail, nullptr, item);
+  FireOnCollectionAddComplete(item);
+  FireOnCollectionChange();
+}
+
+void CXmlCollection::PrependItem(CXmlObjectBase* item) {
+  RequireItem(item);
+  CSmartPtr<CXmlObjectBase> hold(item);
+  FireOnCollectionAdd(item);
+  InsertBetween(nullptr, m_head, item);
+  FireOnCollectionAddComplete(item);
+  FireOnCollectionChange();
+}
+
+void CXmlCollection::AddItemAt(int index, CXmlObjectBase* item) {
+  RequireItem(item);
+  CSmartPtr<CXmlObjectBase> hold(item);
+  if (index < 0 || index > m_count) throw COvInvalidParamException("Index out of range");
+  if (index == m_count) {
+    AppendItem(item);
+    return;
+  }
+  CNode* at = GetNodeAtIndex(index);
+  FireOnCollectionAdd(item);
+  InsertBetween(at->m_previous, at, item);
+  FireOnCollectionAddComplete(item);
+  FireOnCollectionChange();
+}
+
+void CXmlCollection::AddAfterItem(const CXmlObjectBase* after, CXmlObjectBase* item) {
+  RequireItem(item);
+  CSmartPtr<CXmlObjectBase> hold(item);
+  if (after == nullptr) {
+    PrependItem(item);
+    return;
+  }
+  FireOnCollectionAdd(item);
+  CNode* node = GetNodeForItem(after);
+  InsertBetween(node, node->m_next, item);
+  FireOnCollectionAddComplete(item);
+  FireOnCollectionChange();
+}
+
+void CXmlCollection::AddBeforeItem(const CXmlObjectBase* before, CXmlObjectBase* item) {
+  RequireItem(item);
+  CSmartPtr<CXmlObjectBase> hold(item);
+  if (before == nullptr) {
+    AppendItem(item);
+    return;
+  }
+  FireOnCollectionAdd(item);
+  CNode* node = GetNodeForItem(before);
+  InsertBetween(node->m_previous, node, item);
+  FireOnCollectionAddComplete(item);
+  FireOnCollectionChange();
+}
+
+CXmlCollection::CNode* CXmlCollection::GetNodeAtIndex(int index) const {
+  if (index < 0 || index >= m_count) ThrowIndexOutOfRange(index, m_count);
+  CNode* node = m_head;
+  for (int i = 0; i < index; ++i) node = node->m_next;
+  return node;
+}
+
+CXmlCollection::CNode* CXmlCollection::GetNodeForItem(const CXmlObjectBase* item) const {
+  if (item != nullptr) {
+    // Items are compared by the object that represents them, so two wrappers over one base
+    // object are the same item. GetBase only reads, whatever its constness.
+    CXmlObjectBase* wanted = const_cast<CXmlObjectBase*>(item)->GetBase();
+    for (CNode* node = m_head; node != nullptr; node = node->m_next) {
+      if (node->m_item->GetBase() == wanted) return node;
+    }
+  }
+  throw COvInvalidParamException("The object was not found in the collection");
+}
+
+void CXmlCollection::UnlinkNode(CNode* node) noexcept {
+  if (node->m_previous != nullptr) {
+    node->m_previous->m_next = node->m_next;
+  } else {
+    m_head = node->m_next;
+  }
+  if (node->m_next != nullptr) {
+    node->m_next->m_previous = node->m_previous;
+  } else {
+    m_tail = node->m_previous;
+  }
+  CXmlObjectBase* item = node->m_item;
+  delete node;
+  --m_count;
+  detail::ReleaseDeferred(item);
+}
+
+void CXmlCollection::RemoveNode(CNode* node) {
+  if (node == nullptr) return;
+  FireOnCollectionRemove(-1);
+  UnlinkNode(node);
+  FireOnCollectionRemoveComplete(-1);
+  FireOnCollectionChange();
+}
+
+void CXmlCollection::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,
+                               const CXmlSerializationContext& context, bool flag) const {
+  const std::string ns = GetNamespace();
+  for (CNode* node = m_head; node != nullptr; node = node->m_next) {
+    CXmlObjectBase::ToXml_Int(node->m_item, writer, false, ns.c_str(), context, flag);
+  }
+}
+
+void CXmlCollection::AttributesToXml_Int(CXmlWriter* writer,
+                                         const CXmlSerializationContext& context) const {
+  for (CNode* node = m_head; node != nullptr; node = node->m_next) {
+    CXmlObjectBase::AttributesToXml_Int(node->m_item, writer, context);
+  }
+}
+
+}  // namespace OvXmlLib6
