@@ -66,7 +66,7 @@ struct ToolError {
 Options ParseArguments(const std::vector<std::string>& args) {
   Options options;
   std::vector<std::string> files;
-  // args[0] is the program and args[1] the command.
+  // args[0] is the program, args[1] the command.
   for (std::size_t i = 2; i < args.size(); ++i) {
     const std::string& a = args[i];
     if (a == "--to") {
@@ -224,6 +224,30 @@ Counts Walk(CElement* root, bool dropLayout) {
   return counts;
 }
 
+// Names in xsi:type values keep the prefix they were written with, but the writer chooses its own
+// prefixes for elements and attributes. Declaring those prefixes on the root element, with the
+// namespaces the document bound them to, keeps such values meaningful in the output.
+void KeepTypePrefixes(CElement* root, const CXmlDocument& document, CNamespaceAliasMap& aliases) {
+  std::vector<CElement*> pending{root};
+  while (!pending.empty()) {
+    CElement* element = pending.back();
+    pending.pop_back();
+    for (CAttribute* attribute : *element->GetAttributes()) {
+      if (attribute->GetName() != "type" ||
+          attribute->GetNamespace() != CXmlWriter::kSchemaInstanceNamespace)
+        continue;
+      const std::string value = attribute->GetValue();
+      const std::size_t colon = value.find(':');
+      if (colon == std::string::npos) continue;
+      const std::string prefix = value.substr(0, colon);
+      const std::string uri = document.LookupNamespaceFromAlias(prefix.c_str());
+      if (!uri.empty() && !aliases.DoesAliasExist(prefix.c_str()))
+        aliases.Add(prefix.c_str(), uri.c_str());
+    }
+    for (CElement* child : *element->GetChildElements()) pending.push_back(child);
+  }
+}
+
 int Convert(const std::vector<std::string>& args) {
   const Options options = ParseArguments(args);
   const auto start = std::chrono::steady_clock::now();
@@ -237,7 +261,14 @@ int Convert(const std::vector<std::string>& args) {
   CXmlSerializationContext context;
   progress.Phase("parsing", input.size());
   CSmartPtr<CElement> root = new CElement("document");
-  root->FromXmlStream(input.data(), static_cast<std::uint32_t>(input.size()), context);
+  {
+    // The tree is built here rather than by FromXmlStream so that the document's prefix
+    // declarations can still be looked up once the elements are copied.
+    CXmlDocument document(context);
+    document.LoadXmlStream(input.data(), static_cast<std::uint32_t>(input.size()));
+    root->CopyXmlElement(document.GetDocumentElement());
+    KeepTypePrefixes(root, document, context.GetNamespaceAliases());
+  }
   const Counts counts = Walk(root, options.format);
 
   progress.Phase("writing", input.size());
