@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
+#include <unistd.h>
 
 using namespace OvXmlLib6;
 
@@ -16,7 +17,10 @@ namespace {
 const std::string kTool = OVXML_TOOL_PATH;
 const std::string kSample = std::string(OVXML_EXAMPLES_DIR) + "/sample.xml";
 
-std::string Temp(const std::string& name) { return ::testing::TempDir() + "ovxml_tool_" + name; }
+// ctest runs each test in its own process, in parallel: the process id keeps their files apart.
+std::string Temp(const std::string& name) {
+  return ::testing::TempDir() + "ovxml_tool_" + std::to_string(getpid()) + "_" + name;
+}
 
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
