@@ -6,6 +6,7 @@
 #include "OvXmlLib6/xml/XmlElement.h"
 
 #include <cstring>
+#include <string_view>
 
 namespace OvXmlLib6 {
 
@@ -110,15 +111,17 @@ bool CXmlObjectBase::DoesElementNameMatch(const CXmlSerializationContext& contex
 
 bool CXmlObjectBase::IsNamespaceValid(const char* namespaceUri, const char* restriction,
                                       const char* targetNamespace) const {
-  const std::string ns = OrEmpty(namespaceUri);
-  const std::string whole = OrEmpty(restriction);
-  const std::string target = OrEmpty(targetNamespace);
-  std::string work = whole;
+  // Views rather than copies: readers call this for every element and attribute.
+  const std::string_view ns = OrEmpty(namespaceUri);
+  const std::string_view whole = OrEmpty(restriction);
+  const std::string_view target = OrEmpty(targetNamespace);
+  std::string_view work = whole;
   while (!work.empty()) {
-    std::string token;
+    std::string_view token;
     const std::size_t blank = work.find(' ');
-    if (blank == std::string::npos) {
-      token.swap(work);
+    if (blank == std::string_view::npos) {
+      token = work;
+      work = std::string_view();
     } else {
       // The remainder is reduced to the one blank found, so only the first token is examined as
       // written; every later pass sees an empty token.

@@ -17,8 +17,7 @@ namespace {
 const std::string kTool = OVXML_TOOL_PATH;
 const std::string kSample = std::string(OVXML_EXAMPLES_DIR) + "/sample.xml";
 
-// Per process: ctest runs the tests of this file in parallel processes, and other builds may run
-// them at the same time.
+// ctest runs each test in its own process, in parallel: the process id keeps their files apart.
 std::string Temp(const std::string& name) {
   return ::testing::TempDir() + "ovxml_tool_" + std::to_string(getpid()) + "_" + name;
 }

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
+#include <unistd.h>
 
 using namespace OvXmlLib6;
 using OvXmlLib6::testing_support::CTestNode;
@@ -93,7 +94,7 @@ TEST(CXmlObjectBaseIO, RoundTripsThroughTextAndEveryStreamForm) {
 
 TEST(CXmlObjectBaseIO, FilesInEveryMode) {
   CSmartPtr<CTestNode> original = Parse(kDocument);
-  const std::string path = ::testing::TempDir() + "ovxml_objectbase_io.xml";
+  const std::string path = ::testing::TempDir() + std::to_string(getpid()) + "_objectbase_io.xml";
   for (bool async : {false, true}) {
     AsyncToXmlFile(async);
     for (CompressionType c : {CompressionType_None, CompressionType_GZip}) {
@@ -148,7 +149,7 @@ TEST(CXmlObjectBaseIO, EachOverloadBindsWithItsContext) {
   node->FromXmlStream(reinterpret_cast<const unsigned char*>(xml), 17, lenient);
   EXPECT_EQ(node->m_children.size(), 1u);
 
-  const std::string path = ::testing::TempDir() + "ovxml_objectbase_ctx.xml";
+  const std::string path = ::testing::TempDir() + std::to_string(getpid()) + "_objectbase_ctx.xml";
   { std::ofstream(path) << xml; }
   node->FromXmlFile(path.c_str(), lenient);
   EXPECT_TRUE(node->m_children[0]->m_sawIgnoreUnknown);
