@@ -4,6 +4,7 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "xml/TreeStore.h"
 
 namespace OvXmlLib6 {
 
@@ -18,6 +19,12 @@ CAttribute::CAttribute(const char* ns, const char* value, const char* name)
       m_name(Safe(name)),
       m_namespace(Safe(ns)),
       m_value(Safe(value)) {
+  SetElementName(m_name.c_str());
+}
+
+CAttribute::CAttribute(FromParts, std::string_view ns, std::string_view value,
+                       std::string_view name)
+    : CInstanceMonitor("CAttribute"), m_name(name), m_namespace(ns), m_value(value) {
   SetElementName(m_name.c_str());
 }
 
@@ -106,15 +113,23 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* parent, CXmlElement* curren
                                         bool /*flag*/) {
   const CXmlElement* element = parent != nullptr ? parent : current;
   if (element == nullptr) return current;
-  for (const CXmlAttribute* attribute : element->GetAttributes()) {
+  // The values are read from the tree's own storage, which the getters of the tree would turn
+  // into strings kept by the document.
+  CXmlAttribute* const* attributes = detail::CTreeStore::ElementAttributes(element);
+  for (std::size_t i = 0, n = detail::CTreeStore::ElementAttributeCount(element); i < n; ++i) {
+    const CXmlAttribute* attribute = attributes[i];
     const std::string& ns = attribute->GetNamespaceURI();
     if (!IsNamespaceValid(ns.c_str(), m_restriction.c_str(), m_targetNamespace.c_str())) {
       throw COvInvalidNamespaceException(
           FormatString("Invalid Attribute [%s]. The attributes namespace is Inappropriate.",
                        attribute->GetLocalName().c_str()));
     }
-    AppendItem(new CAttribute(ns.c_str(), attribute->GetValue().c_str(),
-                              attribute->GetLocalName().c_str()));
+    // A value stops at a NUL byte, as it did when it was passed on as a C string.
+    std::string_view value = detail::CTreeStore::AttributeValue(attribute);
+    value = value.substr(0, value.find('\0'));
+    const std::string& name = attribute->GetLocalName();
+    AppendItem(
+        new CAttribute(CAttribute::FromParts{}, ns.c_str(), value, std::string_view(name.c_str())));
   }
   return current;
 }

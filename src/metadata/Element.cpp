@@ -5,6 +5,7 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "xml/TreeStore.h"
 
 #include <cstring>
 #include <vector>
@@ -74,6 +75,11 @@ CElement::CElement(CXmlObjectBase* owner, const char* name) : CInstanceMonitor("
   Init(name, ns.c_str(), "##any", "");
 }
 
+CElement::CElement(ForReading, const std::string& restriction, const std::string& targetNamespace)
+    : CInstanceMonitor("CElement"),
+      m_restriction(restriction),
+      m_targetNamespace(targetNamespace) {}
+
 CElement::~CElement() = default;
 
 void CElement::Init(const char* name, const char* ns, const char* restriction,
@@ -114,6 +120,11 @@ CSmartPtr<CAttributeCol> CElement::GetAttributes() const {
   return m_attributes;
 }
 
+CElementCol* CElement::ChildCollection() {
+  if (!m_children) GetChildElements();
+  return m_children.get();
+}
+
 CSmartPtr<CElementCol> CElement::GetChildElements() const {
   if (!m_children) {
     const_cast<CElement*>(this)->m_children = new CElementCol(
@@ -133,9 +144,11 @@ void CElement::SetNamespaceRestrictions(const char* restriction, const char* tar
 void CElement::ReadOwnContent(CXmlElement* element, const CXmlSerializationContext& context) {
   m_name = element->GetLocalName();
   m_namespace = element->GetNamespaceURI();
-  m_text = element->GetText();
+  // Copied from the tree's storage: GetText would first make a string kept by the document.
+  const std::string_view text = detail::CTreeStore::ElementText(element);
+  m_text.assign(text.data(), text.size());
   SetElementName(m_name.c_str());
-  if (!element->GetAttributes().empty()) {
+  if (detail::CTreeStore::ElementAttributeCount(element) != 0) {
     CXmlObjectBase::FromXml_Int(GetAttributes().get(), element, element, context);
   }
 }
@@ -168,11 +181,11 @@ CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current
     if (child == nullptr) {
       CSmartPtr<CElement> done = frame.element;
       stack.pop_back();
-      if (!stack.empty()) stack.back().element->GetChildElements()->AppendItem(done.get());
+      if (!stack.empty()) stack.back().element->ChildCollection()->AppendItem(done.get());
       continue;
     }
     CElement* element = frame.element.get();
-    CSmartPtr<CElementCol> children = element->GetChildElements();
+    CElementCol* children = element->ChildCollection();
     const std::string& ns = child->GetNamespaceURI();
     if (!IsNamespaceValid(ns.c_str(), children->m_restriction.c_str(),
                           children->m_targetNamespace.c_str())) {
@@ -181,9 +194,9 @@ CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current
                                                 frame.source->GetLocalName().c_str()));
     }
     frame.next = child->GetNextSiblingElement();
+    // The namespace was checked above with the restriction the child receives.
     CSmartPtr<CElement> item =
-        new CElement(children->GetCollectionElementName().c_str(), ns.c_str(),
-                     children->m_restriction.c_str(), children->m_targetNamespace.c_str());
+        new CElement(ForReading{}, children->m_restriction, children->m_targetNamespace);
     item->ReadOwnContent(child, context);
     stack.push_back(Frame{item, child, child->GetFirstElement()});
   }

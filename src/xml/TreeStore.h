@@ -80,6 +80,22 @@ class CTreeStore {
   static std::size_t AttributeCount(std::uintptr_t slot);
   static CXmlAttribute* const* AttributeItems(std::uintptr_t slot);
 
+  // Read-only views of a finished element's text and attributes and of an attribute's value,
+  // for readers that copy them into objects: unlike the public getters they do not turn the
+  // compact storage into std::string and std::vector members of the document.
+  static std::string_view ElementText(const CXmlElement* element) {
+    return TextView(element->m_text);
+  }
+  static std::size_t ElementAttributeCount(const CXmlElement* element) {
+    return AttributeCount(element->m_attributes);
+  }
+  static CXmlAttribute* const* ElementAttributes(const CXmlElement* element) {
+    return AttributeItems(element->m_attributes);
+  }
+  static std::string_view AttributeValue(const CXmlAttribute* attribute) {
+    return TextView(attribute->m_value);
+  }
+
   // The encoder of the current load: made at the start of each load, so it follows the switches
   // as they are then.
   CTextEncoder& Encoder() { return *m_encoder; }

@@ -20,6 +20,7 @@
 #include "OvXmlLib6/metadata/XmlCollection.h"
 
 #include <string>
+#include <string_view>
 
 namespace OvXmlLib6 {
 
@@ -54,6 +55,12 @@ class OVXML_API CAttribute : public CXmlObjectBase, private CInstanceMonitor {
                            const CXmlSerializationContext& context, bool flag) override;
 
  private:
+  friend class CAttributeCol;
+
+  // For readers: the parts are copied as they are, with no conversion from C strings.
+  struct FromParts {};
+  CAttribute(FromParts, std::string_view ns, std::string_view value, std::string_view name);
+
   std::string m_name;
   std::string m_namespace;
   std::string m_value;

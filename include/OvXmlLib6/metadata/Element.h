@@ -93,7 +93,13 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
  private:
   friend class CElementCol;
 
+  // For reading: a child element made under its parent's restriction, whose namespace the
+  // reader has already checked against it. The name and namespace are set by ReadOwnContent.
+  struct ForReading {};
+  CElement(ForReading, const std::string& restriction, const std::string& targetNamespace);
+
   void Init(const char* name, const char* ns, const char* restriction, const char* targetNamespace);
+  CElementCol* ChildCollection();
   // Reads the name, namespace, text and attributes of `element` (not the children).
   void ReadOwnContent(CXmlElement* element, const CXmlSerializationContext& context);
   // Starts the element on the writer: start tag and attributes (and the root's extras).
