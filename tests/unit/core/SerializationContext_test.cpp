@@ -1,12 +1,14 @@
 #include "OvXmlLib6/core/SerializationContext.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "unit/TestSupport.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
 
 using namespace OvXmlLib6;
+using test::ExpectThrowMessage;
 
 namespace {
 
@@ -16,35 +18,14 @@ const char kFirstLine[] =
 
 }  // namespace
 
-TEST(CXmlSerializationContext, FreshContextHasTheDefaults) {
-  const CXmlSerializationContext context;
-  EXPECT_EQ(context.GetDefaultNamespaceURI(), "");
-  EXPECT_EQ(context.GetNamespaceAliases().GetNamespaceCount(), 0);
-  EXPECT_TRUE(context.GetProcessingInstructions().empty());
-  EXPECT_EQ(context.GetInLineSchema(), "");
-  EXPECT_FALSE(context.GetIgnoreInvalidCollectionCounts());
-  EXPECT_FALSE(context.GetIgnoreMissingChoice());
-  EXPECT_FALSE(context.GetIgnoreMissingMandatoryElements());
-  EXPECT_FALSE(context.GetIgnoreUnknownElements());
-  EXPECT_FALSE(context.GetIgnoreUnknownAttributes());
-  EXPECT_FALSE(context.GetIgnoreNamespaces());
-  EXPECT_FALSE(context.GetNoOptionalAttributeDefaultOutput());
-  EXPECT_TRUE(context.GetStripCDATA());
-  EXPECT_EQ(context.GetSchemaType(), 0);
-  EXPECT_EQ(context.GetFIContext().GetAttributeMaxAddLength(), 6u);
-}
-
-TEST(CXmlSerializationContext, IgnoreUnknownAfterIgnoreMissingThrowsAndKeepsFlag) {
+TEST(CXmlSerializationContext, IgnoreUnknownAndIgnoreMissingExcludeEachOther) {
   CXmlSerializationContext context;
   context.SetIgnoreMissingMandatoryElements(true);
-  try {
-    context.SetIgnoreUnknownElements(true);
-    FAIL() << "expected COvInvalidStateException";
-  } catch (const COvInvalidStateException& e) {
-    EXPECT_EQ(e.GetMessage(), std::string(kFirstLine) +
-                                  "Set IgnoreMissingMandatoryElements to false before setting "
-                                  "IgnoreUnknownElements to true");
-  }
+  ExpectThrowMessage<COvInvalidStateException>(
+      [&] { context.SetIgnoreUnknownElements(true); },
+      std::string(kFirstLine) +
+          "Set IgnoreMissingMandatoryElements to false before setting IgnoreUnknownElements to "
+          "true");
   EXPECT_FALSE(context.GetIgnoreUnknownElements());
   EXPECT_TRUE(context.GetIgnoreMissingMandatoryElements());
   // Clearing never throws, and afterwards the other flag can be set.
@@ -52,21 +33,12 @@ TEST(CXmlSerializationContext, IgnoreUnknownAfterIgnoreMissingThrowsAndKeepsFlag
   context.SetIgnoreMissingMandatoryElements(false);
   context.SetIgnoreUnknownElements(true);
   EXPECT_TRUE(context.GetIgnoreUnknownElements());
-}
-
-TEST(CXmlSerializationContext, IgnoreMissingAfterIgnoreUnknownThrowsTheOtherMessage) {
-  CXmlSerializationContext context;
-  context.SetIgnoreUnknownElements(true);
-  try {
-    context.SetIgnoreMissingMandatoryElements(true);
-    FAIL() << "expected COvInvalidStateException";
-  } catch (const COvInvalidStateException& e) {
-    EXPECT_EQ(e.GetMessage(), std::string(kFirstLine) +
-                                  "Set IgnoreUnknownElements to false before setting "
-                                  "IgnoreMissingMandatoryElements to true");
-  }
+  ExpectThrowMessage<COvInvalidStateException>(
+      [&] { context.SetIgnoreMissingMandatoryElements(true); },
+      std::string(kFirstLine) +
+          "Set IgnoreUnknownElements to false before setting IgnoreMissingMandatoryElements to "
+          "true");
   EXPECT_FALSE(context.GetIgnoreMissingMandatoryElements());
-  context.SetIgnoreMissingMandatoryElements(false);
 }
 
 TEST(CXmlSerializationContext, SchemaTypeDtdImpliesIgnoreNamespaces) {
@@ -171,12 +143,7 @@ TEST(CNamespaceAliasMap, NamespaceFromAliasTakesTheFirstInMapOrder) {
   map.Add("p", "urn:2");
   map.Add("p", "urn:1");
   EXPECT_EQ(map.GetNamespaceFromAlias("p"), "urn:1");
-  try {
-    map.GetNamespaceFromAlias("q");
-    FAIL() << "expected COvException";
-  } catch (const COvException& e) {
-    EXPECT_EQ(e.GetMessage(), "Namespace alias [q] not found");
-  }
+  ExpectThrowMessage([&] { map.GetNamespaceFromAlias("q"); }, "Namespace alias [q] not found");
 }
 
 TEST(CNamespaceAliasMap, AliasOfUnknownNamespaceLeavesAnEmptyEntry) {

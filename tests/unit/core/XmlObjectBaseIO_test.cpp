@@ -3,6 +3,7 @@
 // misuse and hostile depth.
 #include "OvXmlLib6/core/XmlObjectBase.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
+#include "unit/TestSupport.h"
 #include "unit/core/TestNode.h"
 
 #include <cstdio>
@@ -15,6 +16,7 @@
 using namespace OvXmlLib6;
 using OvXmlLib6::testing_support::CTestNode;
 using OvXmlLib6::testing_support::DiffTrees;
+using test::ExpectThrowMessage;
 
 namespace {
 
@@ -115,13 +117,12 @@ TEST(CXmlObjectBaseIO, FilesInEveryMode) {
   AsyncToXmlFile(false);
 
   std::remove(path.c_str());
-  try {
-    original->ToXmlFile(path.c_str(), true, true, XmlEncoding_UTF8, EOLType_LF,
-                        CXmlSerializationContext::GetDefaultContext(), CompressionType_ZLib);
-    ADD_FAILURE() << "zlib file output was accepted";
-  } catch (const COvException& e) {
-    EXPECT_EQ(e.GetMessage(), "ZLIB Compression only available for To Stream methods.");
-  }
+  ExpectThrowMessage(
+      [&] {
+        original->ToXmlFile(path.c_str(), true, true, XmlEncoding_UTF8, EOLType_LF,
+                            CXmlSerializationContext::GetDefaultContext(), CompressionType_ZLib);
+      },
+      "ZLIB Compression only available for To Stream methods.");
   EXPECT_FALSE(FileExists(path));
   std::remove(path.c_str());
 
@@ -164,19 +165,11 @@ TEST(CXmlObjectBaseIO, EachOverloadBindsWithItsContext) {
 
 TEST(CXmlObjectBaseIO, MisuseGetsClearErrors) {
   CSmartPtr<CTestNode> node = Parse("<a/>");
-  auto message = [](auto&& f) {
-    try {
-      f();
-    } catch (const COvException& e) {
-      return e.GetMessage();
-    }
-    return std::string("<no exception>");
-  };
-  EXPECT_EQ(message([&] { node->FromXml(""); }), "XML String is empty!");
-  EXPECT_EQ(message([&] { node->FromXml(static_cast<const char*>(nullptr)); }),
+  EXPECT_EQ(test::MessageOf([&] { node->FromXml(""); }), "XML String is empty!");
+  EXPECT_EQ(test::MessageOf([&] { node->FromXml(static_cast<const char*>(nullptr)); }),
             "XML String is empty!");
-  EXPECT_EQ(message([&] { node->FromXmlStream(nullptr, 0); }), "XML Stream is empty!");
-  EXPECT_EQ(message([&] { node->FromXmlStream(CBinaryData()); }), "XML Stream is empty!");
+  EXPECT_EQ(test::MessageOf([&] { node->FromXmlStream(nullptr, 0); }), "XML Stream is empty!");
+  EXPECT_EQ(test::MessageOf([&] { node->FromXmlStream(CBinaryData()); }), "XML Stream is empty!");
   EXPECT_THROW(node->FromXml("<a><b></a>"), COvException);
   EXPECT_THROW(node->FromXml(static_cast<const wchar_t*>(nullptr)), COvException);
   EXPECT_THROW(node->FromXmlElement(static_cast<const CXmlElement*>(nullptr)),
@@ -188,13 +181,13 @@ TEST(CXmlObjectBaseIO, MisuseGetsClearErrors) {
   EXPECT_THROW(node->FromXmlElement(leaf.GetDocumentElement()), COvValidationException);
   EXPECT_THROW(node->ToXmlFile(nullptr), COvInvalidParamException);
   EXPECT_THROW(node->FromXmlFile(nullptr), COvInvalidParamException);
-  EXPECT_EQ(message([&] { node->ToXml(false, true, static_cast<EOLType>(7)); }),
+  EXPECT_EQ(test::MessageOf([&] { node->ToXml(false, true, static_cast<EOLType>(7)); }),
             "Invalid EOL type.");
-  const std::string fi = message([&] { node->ToFastInfosetStream(); });
+  const std::string fi = test::MessageOf([&] { node->ToFastInfosetStream(); });
   EXPECT_NE(fi.find("Fast Infoset output is not available"), std::string::npos) << fi;
-  EXPECT_NE(message([&] { node->ToFastInfosetFile("x.finf"); }).find("Fast Infoset"),
+  EXPECT_NE(test::MessageOf([&] { node->ToFastInfosetFile("x.finf"); }).find("Fast Infoset"),
             std::string::npos);
-  EXPECT_EQ(message([&] {
+  EXPECT_EQ(test::MessageOf([&] {
               node->ToFastInfosetFile("x.finf", FInfoDecl_None,
                                       CXmlSerializationContext::GetDefaultContext(),
                                       CompressionType_ZLib);
@@ -211,12 +204,8 @@ TEST(CXmlObjectBaseIO, DeepDocumentsFailCleanly) {
   for (int i = 0; i < levels; ++i) xml += "<e>";
   for (int i = 0; i < levels; ++i) xml += "</e>";
   CSmartPtr<CTestNode> node = new CTestNode();
-  try {
-    node->FromXml(xml.c_str());
-    ADD_FAILURE() << "a document nested 100,000 levels deep was read";
-  } catch (const COvException& e) {
-    EXPECT_EQ(e.GetMessage(), "Element nesting is deeper than 2000 levels at element [e]");
-  }
+  ExpectThrowMessage([&] { node->FromXml(xml.c_str()); },
+                     "Element nesting is deeper than 2000 levels at element [e]");
   node = nullptr;  // releases what was read before the failure
 
   // The limit is a process-wide setting and applies to writing as well.

@@ -3,6 +3,7 @@
 #include "OvXmlLib6/core/XmlObjectBase.h"
 
 #include "OvXmlLib6/xml/XmlDocument.h"
+#include "unit/TestSupport.h"
 #include "unit/core/TestNode.h"
 
 #include <gtest/gtest.h>
@@ -10,18 +11,9 @@
 
 using namespace OvXmlLib6;
 using OvXmlLib6::testing_support::CTestNode;
+using test::MessageOf;
 
 namespace {
-
-template <class E, class F>
-std::string MessageOf(F&& f) {
-  try {
-    f();
-  } catch (const E& e) {
-    return e.GetMessage();
-  }
-  return "<no exception>";
-}
 
 TEST(CXmlObjectBase, ReferenceCountDeletesAtZero) {
   bool deleted = false;

@@ -1,12 +1,14 @@
 #include "OvXmlLib6/fastinfoset/FastInfosetBinaryData.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "unit/TestSupport.h"
 
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 
 namespace {
 
@@ -24,22 +26,12 @@ std::string Decoded(std::uint32_t algorithm, const char* hex) {
   return data.GetAsString(algorithm);
 }
 
-// The message of the COvException that `call` throws, or "no exception".
-std::string Message(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
-}
-
 std::string EncodeMessage(std::uint32_t algorithm, const std::string& text) {
-  return Message([&] { Encoded(algorithm, text); });
+  return MessageOf([&] { Encoded(algorithm, text); });
 }
 
 std::string DecodeMessage(std::uint32_t algorithm, const char* hex) {
-  return Message([&] { Decoded(algorithm, hex); });
+  return MessageOf([&] { Decoded(algorithm, hex); });
 }
 
 }  // namespace

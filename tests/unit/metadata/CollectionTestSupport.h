@@ -9,6 +9,7 @@
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlTextWriter.h"
+#include "unit/TestSupport.h"
 
 #include <string>
 #include <utility>
@@ -17,16 +18,7 @@
 namespace ovxml_test {
 
 using namespace OvXmlLib6;
-
-template <typename F>
-std::string Error(F action) {
-  try {
-    action();
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
-}
+using test::MessageOf;
 
 // A bound object with a text value. Counts live instances; as a "wrapper" it can stand for
 // another object (GetBase returns that one).

@@ -3,12 +3,14 @@
 #include "CollectionTestSupport.h"
 #include "OvXmlLib6/metadata/DateTimeCollections.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 using namespace OvXmlLib6;
+using test::ExpectThrowMessage;
 using namespace ovxml_test;
 
 TEST(Ci4Col, AddAtRemoveAndItemWithEventsCarryingTheRealIndex) {
@@ -29,12 +31,12 @@ TEST(Ci4Col, AddAtRemoveAndItemWithEventsCarryingTheRealIndex) {
 
   // The add event has gone out before the index is refused.
   recorder.events.clear();
-  EXPECT_EQ(Error([&] { col->AddAt(5, 9); }), "Index out of range");
+  EXPECT_EQ(MessageOf([&] { col->AddAt(5, 9); }), "Index out of range");
   EXPECT_EQ(recorder.events, (std::vector<std::string>{"add"}));
   EXPECT_EQ(col->GetCount(), 3);
-  EXPECT_EQ(Error([&] { col->Item(3); }), "Index 3 is out of range, use 0 - 2");
+  EXPECT_EQ(MessageOf([&] { col->Item(3); }), "Index 3 is out of range, use 0 - 2");
   recorder.events.clear();
-  EXPECT_EQ(Error([&] { col->Remove(-1); }), "Index -1 is out of range, use 0 - 2");
+  EXPECT_EQ(MessageOf([&] { col->Remove(-1); }), "Index -1 is out of range, use 0 - 2");
   EXPECT_EQ(recorder.events, (std::vector<std::string>{"remove -1"}));
 
   recorder.events.clear();
@@ -45,15 +47,15 @@ TEST(Ci4Col, AddAtRemoveAndItemWithEventsCarryingTheRealIndex) {
   col->RemoveEventListener(&recorder);
 
   Ci4Col onStack("value", "", 0, -1);  // the defaults make the short form complete
-  EXPECT_EQ(Error([&] { onStack.Item(0); }), "Index 0 is out of range, use 0 - -1");
+  EXPECT_EQ(MessageOf([&] { onStack.Item(0); }), "Index 0 is out of range, use 0 - -1");
 }
 
 TEST(Ci4Col, FacetsRefuseValuesAddedOrRead) {
   CSmartPtr<Ci4Col> col = new Ci4Col("value", "", 0, -1, nullptr, -1, -1, "0", "10");
   col->Add(10);
-  EXPECT_EQ(Error([&] { col->Add(11); }), "Invalid Value for value [11]");
-  EXPECT_EQ(Error([&] { col->AddAt(0, -1); }), "Invalid Value for value [-1]");
-  EXPECT_EQ(Error([&] { CAccess::Read(col, "<r><value> 5 </value><value>12</value></r>"); }),
+  EXPECT_EQ(MessageOf([&] { col->Add(11); }), "Invalid Value for value [11]");
+  EXPECT_EQ(MessageOf([&] { col->AddAt(0, -1); }), "Invalid Value for value [-1]");
+  EXPECT_EQ(MessageOf([&] { CAccess::Read(col, "<r><value> 5 </value><value>12</value></r>"); }),
             "Invalid Value for value [12]");
   EXPECT_EQ(std::vector<std::int32_t>(col->begin(), col->end()),
             (std::vector<std::int32_t>{10, 5}));
@@ -63,7 +65,7 @@ TEST(Ci4Col, WritesOneElementPerValueAndChecksTheCount) {
   CSmartPtr<Ci4Col> col = new Ci4Col("v", "urn:a", 2, 3);
   col->Add(1);
   CXmlSerializationContext context;
-  EXPECT_EQ(Error([&] { CAccess::Write(col, context); }),
+  EXPECT_EQ(MessageOf([&] { CAccess::Write(col, context); }),
             "The Minimum number of [v] elements allowed in this collection is 2");
   context.SetIgnoreInvalidCollectionCounts(true);
   EXPECT_EQ(CAccess::Write(col, context), "<AA:v xmlns:AA=\"urn:a\">1</AA:v>");
@@ -73,7 +75,7 @@ TEST(Ci4Col, WritesOneElementPerValueAndChecksTheCount) {
             "<AA:v xmlns:AA=\"urn:a\">1</AA:v><AA:v xmlns:AA=\"urn:a\">2</AA:v>"
             "<AA:v xmlns:AA=\"urn:a\">3</AA:v>");
   col->Add(4);
-  EXPECT_EQ(Error([&] { CAccess::Write(col); }),
+  EXPECT_EQ(MessageOf([&] { CAccess::Write(col); }),
             "The Maximum number of [v] elements allowed in this collection is 3");
 }
 
@@ -134,40 +136,39 @@ TEST(CdateCol, RefusesDatesOfAnotherKind) {
   dates->AddEventListener(&recorder);
   const CDateTime dateTime = CConversions::datetimeFromString(
       "2024-01-02T03:04:05", CWhitespaceUtils::WhitespaceRule_Collapse);
-  try {
-    dates->Add(dateTime);
-    FAIL();
-  } catch (const COvInvalidParamException& e) {
-    EXPECT_EQ(e.GetMessage(), "Dates added to this collection must be of type dt_date");
-  }
+  ExpectThrowMessage<COvInvalidParamException>(
+      [&] { dates->Add(dateTime); }, "Dates added to this collection must be of type dt_date");
   EXPECT_TRUE(recorder.events.empty());  // refused before any event
   dates->RemoveEventListener(&recorder);
 
   const CDateTime date =
       CConversions::dateFromString("2024-01-02", CWhitespaceUtils::WhitespaceRule_Collapse);
-  EXPECT_EQ(Error([&] { CSmartPtr<CdatetimeCol>(new CdatetimeCol("d", "", 0, -1))->Add(date); }),
-            "Dates added to this collection must be of type dt_dateTime");
-  EXPECT_EQ(Error([&] { CSmartPtr<CtimeCol>(new CtimeCol("d", "", 0, -1))->Add(date); }),
+  EXPECT_EQ(
+      MessageOf([&] { CSmartPtr<CdatetimeCol>(new CdatetimeCol("d", "", 0, -1))->Add(date); }),
+      "Dates added to this collection must be of type dt_dateTime");
+  EXPECT_EQ(MessageOf([&] { CSmartPtr<CtimeCol>(new CtimeCol("d", "", 0, -1))->Add(date); }),
             "Dates added to this collection must be of type dt_time");
-  EXPECT_EQ(Error([&] { CSmartPtr<CmonthDayCol>(new CmonthDayCol("d", "", 0, -1))->Add(date); }),
-            "Dates added to this collection must be of type dt_gMonthDay");
-  EXPECT_EQ(Error([&] { CSmartPtr<CyearMonthCol>(new CyearMonthCol("d", "", 0, -1))->Add(date); }),
-            "Dates added to this collection must be of type dt_gYearMonth");
+  EXPECT_EQ(
+      MessageOf([&] { CSmartPtr<CmonthDayCol>(new CmonthDayCol("d", "", 0, -1))->Add(date); }),
+      "Dates added to this collection must be of type dt_gMonthDay");
+  EXPECT_EQ(
+      MessageOf([&] { CSmartPtr<CyearMonthCol>(new CyearMonthCol("d", "", 0, -1))->Add(date); }),
+      "Dates added to this collection must be of type dt_gYearMonth");
 
   // Date facets are checked too, on adding and on reading.
   CSmartPtr<CdateCol> bounded =
       new CdateCol("d", "", 0, -1, nullptr, -1, -1, nullptr, "2024-01-01");
-  EXPECT_EQ(Error([&] { bounded->Add(date); }), "Invalid Value for d [2024-01-02]");
+  EXPECT_EQ(MessageOf([&] { bounded->Add(date); }), "Invalid Value for d [2024-01-02]");
   dates->Add(date);
   dates->AddAt(0, date);
-  EXPECT_EQ(Error([&] { dates->AddAt(3, date); }), "Index out of range");
+  EXPECT_EQ(MessageOf([&] { dates->AddAt(3, date); }), "Index out of range");
   EXPECT_EQ(dates->GetCount(), 2);
 }
 
 TEST(CstringCol, CopiesKeepTheValuesAndLimits) {
   CstringCol original("s", "urn:s", 1, 4, nullptr, -1, 3);
   original.Add("abc");
-  EXPECT_EQ(Error([&] { original.Add("abcd"); }), "Invalid Value for s [abcd]");
+  EXPECT_EQ(MessageOf([&] { original.Add("abcd"); }), "Invalid Value for s [abcd]");
   CstringCol copy(original);
   copy.Add("x");
   EXPECT_EQ(std::vector<std::string>(copy.begin(), copy.end()),
@@ -175,5 +176,5 @@ TEST(CstringCol, CopiesKeepTheValuesAndLimits) {
   EXPECT_EQ(original.GetCount(), 1);
   EXPECT_EQ(copy.GetMaxOccurs(), 4);
   EXPECT_EQ(copy.GetNamespace(), "urn:s");
-  EXPECT_EQ(Error([&] { copy.Add("long"); }), "Invalid Value for s [long]");
+  EXPECT_EQ(MessageOf([&] { copy.Add("long"); }), "Invalid Value for s [long]");
 }

@@ -1,12 +1,14 @@
 #include "CollectionTestSupport.h"
 #include "OvXmlLib6/metadata/Attribute.h"
 #include "OvXmlLib6/metadata/Element.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 using namespace OvXmlLib6;
+using test::ExpectThrowMessage;
 using namespace ovxml_test;
 
 namespace {
@@ -20,21 +22,18 @@ std::string Names(const CElementCol& children) {
 }  // namespace
 
 TEST(CElement, ConstructionChecksNamesAndNamespaces) {
-  try {
-    CSmartPtr<CElement> e = new CElement("a", "##any");
-    FAIL();
-  } catch (const COvInvalidNamespaceException& e) {
-    EXPECT_EQ(e.GetMessage(), "Invalid Namespace [##any]");
-  }
-  EXPECT_EQ(Error([] { CSmartPtr<CElement> e = new CElement(nullptr); }),
+  ExpectThrowMessage<COvInvalidNamespaceException>(
+      [&] { CSmartPtr<CElement> e = new CElement("a", "##any"); }, "Invalid Namespace [##any]");
+  EXPECT_EQ(MessageOf([] { CSmartPtr<CElement> e = new CElement(nullptr); }),
             "Element Name must have a value");
-  EXPECT_EQ(Error([] { CSmartPtr<CElement> e = new CElement("a", "", nullptr, ""); }),
+  EXPECT_EQ(MessageOf([] { CSmartPtr<CElement> e = new CElement("a", "", nullptr, ""); }),
             "Namespace Restriction must have a value");
-  EXPECT_EQ(Error([] { CSmartPtr<CElement> e = new CElement("a", "", "##any", nullptr); }),
+  EXPECT_EQ(MessageOf([] { CSmartPtr<CElement> e = new CElement("a", "", "##any", nullptr); }),
             "Target Namespace must have a value");
-  EXPECT_EQ(Error([] { CSmartPtr<CElement> e = new CElement("a", "urn:t", "##other", "urn:t"); }),
-            "Invalid namespace [urn:t]. The namespace must be one of [##other] where the target "
-            "namespace is [urn:t]");
+  EXPECT_EQ(
+      MessageOf([] { CSmartPtr<CElement> e = new CElement("a", "urn:t", "##other", "urn:t"); }),
+      "Invalid namespace [urn:t]. The namespace must be one of [##other] where the target "
+      "namespace is [urn:t]");
   CSmartPtr<CElement> owner = new CElement("o", "urn:o");
   CSmartPtr<CElement> owned = new CElement(owner, "x");
   EXPECT_EQ(owned->GetNamespace(), "urn:o");
@@ -89,19 +88,12 @@ TEST(CElement, RestrictionsDecideWhatIsTaken) {
   EXPECT_EQ(single->GetName(), "AnyElement");
 
   // Content that the element's collections refuse fails the read.
-  try {
-    CAccess::Read(single, "<r xmlns:t='urn:t'><a><t:inner/></a></r>");
-    FAIL();
-  } catch (const COvValidationException& e) {
-    EXPECT_EQ(e.GetMessage(), "Invalid Element [inner] found in element [a]");
-  }
-  try {
-    CAccess::Read(single, "<r xmlns:t='urn:t'><a t:bad='1'/></r>");
-    FAIL();
-  } catch (const COvInvalidNamespaceException& e) {
-    EXPECT_EQ(e.GetMessage(),
-              "Invalid Attribute [bad]. The attributes namespace is Inappropriate.");
-  }
+  ExpectThrowMessage<COvValidationException>(
+      [&] { CAccess::Read(single, "<r xmlns:t='urn:t'><a><t:inner/></a></r>"); },
+      "Invalid Element [inner] found in element [a]");
+  ExpectThrowMessage<COvInvalidNamespaceException>(
+      [&] { CAccess::Read(single, "<r xmlns:t='urn:t'><a t:bad='1'/></r>"); },
+      "Invalid Attribute [bad]. The attributes namespace is Inappropriate.");
 }
 
 TEST(CElementCol, AddingByNameNeedsANamespaceToGive) {
@@ -113,19 +105,15 @@ TEST(CElementCol, AddingByNameNeedsANamespaceToGive) {
   EXPECT_EQ(literal->Item(0)->GetNamespace(), "urn:x");
 
   CSmartPtr<CElementCol> open = new CElementCol("e", "##any", "urn:t", 0, -1);
-  try {
-    open->Add("c");
-    FAIL();
-  } catch (const COvInvalidStateException& e) {
-    EXPECT_EQ(e.GetMessage(), "A Namespace has not been set for this Collection");
-  }
+  ExpectThrowMessage<COvInvalidStateException>([&] { open->Add("c"); },
+                                               "A Namespace has not been set for this Collection");
   open->Add("c", "urn:c");
   CSmartPtr<CElement> first = new CElement("first");
   open->AddAfter(nullptr, first);
   open->AddBefore(nullptr, new CElement("last"));
   open->AddBefore(first, new CElement("zeroth"));
   EXPECT_EQ(Names(*open), "zeroth;first;c;last;");
-  EXPECT_EQ(Error([&] { target->Add("x", "urn:other"); }),
+  EXPECT_EQ(MessageOf([&] { target->Add("x", "urn:other"); }),
             "Invalid namespace [urn:other]. The namespace must be one of [##targetNamespace] "
             "where the target namespace is [urn:t]");
   EXPECT_EQ(target->GetCount(), 1);
@@ -136,7 +124,7 @@ TEST(CAttributeCol, AddsCheckTheRestrictionAndKeepOrder) {
   attributes->Add("name");
   attributes->Add("v", "second");
   attributes->Add("", "v3", "third");
-  EXPECT_EQ(Error([&] { attributes->Add("urn:x", "v", "n"); }),
+  EXPECT_EQ(MessageOf([&] { attributes->Add("urn:x", "v", "n"); }),
             "Invalid namespace [urn:x]. The namespace must be one of [##local] where the target "
             "namespace is [urn:t]");
   std::vector<std::string> seen;
@@ -144,7 +132,7 @@ TEST(CAttributeCol, AddsCheckTheRestrictionAndKeepOrder) {
   EXPECT_EQ(seen, (std::vector<std::string>{"name=", "second=v", "third=v3"}));
 
   CSmartPtr<CAttribute> lone = new CAttribute("", "1", "x");
-  EXPECT_EQ(Error([&] { CAccess::Read(lone, "<r><a/></r>"); }),
+  EXPECT_EQ(MessageOf([&] { CAccess::Read(lone, "<r><a/></r>"); }),
             "This should be done by the collection");
 }
 

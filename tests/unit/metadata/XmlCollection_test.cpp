@@ -3,12 +3,14 @@
 #include "CollectionTestSupport.h"
 #include "OvXmlLib6/metadata/TypedCollection.h"
 #include "OvXmlLib6/types/Variant.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 using namespace OvXmlLib6;
+using test::ExpectThrowMessage;
 using namespace ovxml_test;
 
 int ovxml_test::CItem::s_live = 0;
@@ -68,18 +70,18 @@ TEST(CXmlCollection, InsertionsKeepOrderAndSendEventsInOrder) {
 TEST(CXmlCollection, BadIndexesAndUnknownItems) {
   const int before = CItem::s_live;
   CSmartPtr<CList> list = new CList();
-  EXPECT_EQ(Error([&] { list->Remove(0); }), "Index 0 is out of range, use 0 - -1");
-  EXPECT_EQ(Error([&] { list->Item(0); }), "Index 0 is out of range, use 0 - -1");
+  EXPECT_EQ(MessageOf([&] { list->Remove(0); }), "Index 0 is out of range, use 0 - -1");
+  EXPECT_EQ(MessageOf([&] { list->Item(0); }), "Index 0 is out of range, use 0 - -1");
   list->Add(new CItem("a"));
-  EXPECT_EQ(Error([&] { list->AddItemAt(2, new CItem("x")); }), "Index out of range");
-  EXPECT_EQ(Error([&] { list->AddItemAt(-1, new CItem("x")); }), "Index out of range");
-  EXPECT_EQ(Error([&] { list->Remove(1); }), "Index 1 is out of range, use 0 - 0");
+  EXPECT_EQ(MessageOf([&] { list->AddItemAt(2, new CItem("x")); }), "Index out of range");
+  EXPECT_EQ(MessageOf([&] { list->AddItemAt(-1, new CItem("x")); }), "Index out of range");
+  EXPECT_EQ(MessageOf([&] { list->Remove(1); }), "Index 1 is out of range, use 0 - 0");
 
   // The add event goes out before the reference item is looked up, and stays sent.
   CRecorder recorder;
   list->AddEventListener(&recorder);
   CSmartPtr<CItem> stranger = new CItem("s");
-  EXPECT_EQ(Error([&] { list->AddAfterItem(stranger, new CItem("x")); }),
+  EXPECT_EQ(MessageOf([&] { list->AddAfterItem(stranger, new CItem("x")); }),
             "The object was not found in the collection");
   EXPECT_EQ(recorder.events, (std::vector<std::string>{"add"}));
   EXPECT_EQ(list->GetCount(), 1);
@@ -90,7 +92,7 @@ TEST(CXmlCollection, BadIndexesAndUnknownItems) {
     FAIL();
   } catch (const COvInvalidParamException&) {
   }
-  EXPECT_EQ(Error([&] { list->GetTargetNamespace(); }),
+  EXPECT_EQ(MessageOf([&] { list->GetTargetNamespace(); }),
             "CXmlCollectionBase::GetTargetNamespace Should not be used from within a Collection "
             "(program logic error)");
   EXPECT_EQ(CItem::s_live, before + 2);  // the items refused above were not leaked
@@ -127,7 +129,7 @@ TEST(CXmlCollection, ValidateCountChecksMaximumFirstUnlessIgnored) {
   CXmlSerializationContext context;
   CSmartPtr<CList> unbounded = new CList(2, -1);
   unbounded->Add(new CItem("a"));
-  EXPECT_EQ(Error([&] { unbounded->ValidateCount(context); }),
+  EXPECT_EQ(MessageOf([&] { unbounded->ValidateCount(context); }),
             "The Minimum number of [item] elements allowed in this collection is 2");
   for (int i = 0; i < 50; ++i) unbounded->Add(new CItem("a"));
   EXPECT_NO_THROW(unbounded->ValidateCount(context));
@@ -135,13 +137,9 @@ TEST(CXmlCollection, ValidateCountChecksMaximumFirstUnlessIgnored) {
   CSmartPtr<CList> bounded = new CList(5, 1);  // both limits broken: the maximum is reported
   bounded->Add(new CItem("a"));
   bounded->Add(new CItem("b"));
-  try {
-    bounded->ValidateCount(context);
-    FAIL();
-  } catch (const COvValidationException& e) {
-    EXPECT_EQ(e.GetMessage(),
-              "The Maximum number of [item] elements allowed in this collection is 1");
-  }
+  ExpectThrowMessage<COvValidationException>(
+      [&] { bounded->ValidateCount(context); },
+      "The Maximum number of [item] elements allowed in this collection is 1");
   context.SetIgnoreInvalidCollectionCounts(true);
   EXPECT_NO_THROW(bounded->ValidateCount(context));
 }
@@ -231,7 +229,7 @@ TEST(OvVariant, HoldsOneReferenceToAnObjectOrCollection) {
     EXPECT_EQ(v.GetTypeAsEnum(), 28);
     EXPECT_EQ(v.GetXmlCollection(), list);
     EXPECT_EQ(v.GetXmlObject(), list);
-    EXPECT_EQ(Error([&] { v.ToString(nullptr); }), "Invalid Type 28 to convert to string");
+    EXPECT_EQ(MessageOf([&] { v.ToString(nullptr); }), "Invalid Type 28 to convert to string");
   }
   EXPECT_EQ(item->AddRef(), 2);
   item->Release();

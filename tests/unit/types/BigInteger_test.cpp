@@ -1,6 +1,7 @@
 #include "OvXmlLib6/types/BigInteger.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -8,20 +9,9 @@
 #include <string>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 
 namespace {
-
-template <typename Action>
-std::string InvalidValueMessage(Action action) {
-  try {
-    action();
-  } catch (const COvInvalidValueException& e) {
-    return e.GetMessage();
-  } catch (const COvException& e) {
-    return "wrong class: " + e.GetMessage();
-  }
-  return "no exception";
-}
 
 std::string Str(const CBigInteger& v) { return v.ToString(); }
 
@@ -62,7 +52,7 @@ TEST(CBigInteger, ParsesLeniently) {
   EXPECT_EQ(Str("12.7"), "12");
   EXPECT_EQ(Str("-12.7"), "-12");
   EXPECT_EQ(Str("1e3"), "1000");
-  EXPECT_EQ(InvalidValueMessage([] { CBigInteger("1x"); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CBigInteger("1x"); }),
             "The string representing a Decimal, contained an invalid char at position 1 [1x]");
 
   const std::string big = "-" + std::string(300, '7');
@@ -168,10 +158,12 @@ TEST(CBigInteger, DividesLongOperandsExactly) {
 
 TEST(CBigInteger, DivisionByZeroNamesTheOperator) {
   CBigInteger a(5);
-  EXPECT_EQ(InvalidValueMessage([&] { a / 0; }), "ERROR: Overflow in operator/.");
-  EXPECT_EQ(InvalidValueMessage([&] { a % CBigInteger("-0"); }), "ERROR: Overflow in operator%.");
-  EXPECT_EQ(InvalidValueMessage([&] { a /= 0; }), "ERROR: Overflow in operator /=.");
-  EXPECT_EQ(InvalidValueMessage([&] { a %= 0; }), "ERROR: Overflow in operator%=.");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { a / 0; }), "ERROR: Overflow in operator/.");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { a % CBigInteger("-0"); }),
+            "ERROR: Overflow in operator%.");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { a /= 0; }),
+            "ERROR: Overflow in operator /=.");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { a %= 0; }), "ERROR: Overflow in operator%=.");
   EXPECT_EQ(Str(a), "5");
 }
 
@@ -190,7 +182,7 @@ TEST(CBigInteger, SquareRootIsTheFloor) {
     ASSERT_EQ((v * v).SquareRoot(), v);
     ASSERT_EQ((v * v - 1).SquareRoot(), v - 1);
   }
-  EXPECT_EQ(InvalidValueMessage([] { CBigInteger(-1).SquareRoot(); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CBigInteger(-1).SquareRoot(); }),
             "ERROR: Negative Number in function SquareRoot().");
 }
 
@@ -199,17 +191,19 @@ TEST(CBigInteger, NarrowsWithinBounds) {
             std::numeric_limits<long long>::max());
   EXPECT_EQ(static_cast<long long>(CBigInteger("-9223372036854775808")),
             std::numeric_limits<long long>::min());
-  EXPECT_EQ(
-      InvalidValueMessage([] { (void)static_cast<long long>(CBigInteger("9223372036854775808")); }),
-      "ERROR: Value out of bound of LONGLONG.");
-  EXPECT_EQ(InvalidValueMessage(
+  EXPECT_EQ(MessageOf<COvInvalidValueException>(
+                [] { (void)static_cast<long long>(CBigInteger("9223372036854775808")); }),
+            "ERROR: Value out of bound of LONGLONG.");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>(
                 [] { (void)static_cast<long long>(CBigInteger("-9223372036854775809")); }),
             "ERROR: Value out of bound of LONGLONG.");
-  EXPECT_EQ(InvalidValueMessage([] { (void)static_cast<long long>(CBigInteger::Pow10(40)); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>(
+                [] { (void)static_cast<long long>(CBigInteger::Pow10(40)); }),
             "ERROR: Value out of bound of LONGLONG.");
   EXPECT_EQ(static_cast<int>(CBigInteger("-2147483648")), std::numeric_limits<int>::min());
   EXPECT_EQ(static_cast<int>(CBigInteger("2147483647")), std::numeric_limits<int>::max());
-  EXPECT_EQ(InvalidValueMessage([] { (void)static_cast<int>(CBigInteger("2147483648")); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>(
+                [] { (void)static_cast<int>(CBigInteger("2147483648")); }),
             "ERROR: Value out of bound of int.");
   EXPECT_EQ(static_cast<int>(CBigInteger("-0")), 0);
 }

@@ -1,6 +1,7 @@
 #include "OvXmlLib6/types/BinaryData.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "unit/TestSupport.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -10,25 +11,8 @@
 #include <vector>
 
 using namespace OvXmlLib6;
-
-namespace {
-
-std::string Bytes(const CBinaryData& d) {
-  return d.GetData() == nullptr
-             ? std::string()
-             : std::string(reinterpret_cast<const char*>(d.GetData()), d.GetLength());
-}
-
-std::string MessageOf(void (*action)()) {
-  try {
-    action();
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
-}
-
-}  // namespace
+using test::Bytes;
+using test::MessageOf;
 
 TEST(CBinaryData, HexRoundTripAndErrors) {
   CBinaryData d;

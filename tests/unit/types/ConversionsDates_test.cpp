@@ -1,26 +1,18 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 using C = CConversions;
 
 namespace {
 
 constexpr auto kNone = CWhitespaceUtils::WhitespaceRule_None;
 constexpr auto kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
-
-template <typename F>
-std::string Error(F action) {
-  try {
-    action();
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
-}
 
 }  // namespace
 
@@ -34,9 +26,9 @@ TEST(CConversions, DateKindsRoundTrip) {
   // The kind comes from the text: a date parser given a year-month returns a gYearMonth.
   EXPECT_EQ(C::dateFromString("2004-05", kNone).GetType(), CDateTime::gYearMonth);
   EXPECT_EQ(C::datetimeFromString("2004-05-06T07:08:09", kNone).GetType(), CDateTime::dateTime);
-  EXPECT_EQ(Error([] { C::dateFromString("2003-02-29", kNone); }),
+  EXPECT_EQ(MessageOf([] { C::dateFromString("2003-02-29", kNone); }),
             "Invalid Day [29] (1 <= day <= days in month");
-  EXPECT_EQ(Error([] { C::datetimeFromString("2004-05-06", kNone); }),
+  EXPECT_EQ(MessageOf([] { C::datetimeFromString("2004-05-06", kNone); }),
             "Invalid XSD DateTime [2004-05-06]");
   // Trailing whitespace is not part of any date form.
   EXPECT_THROW(C::dateFromString("2004-05-06 ", kNone), COvInvalidValueException);
@@ -54,7 +46,8 @@ TEST(CConversions, CalendarPartsAndDurations) {
   EXPECT_EQ(C::durationToString(C::durationFromString("-P1Y2M3DT4H5M6.5S", kNone)),
             "-P1Y2M3DT4H5M6.5S");
   EXPECT_EQ(C::durationToString(C::durationFromString("PT0S", kNone)), "P");
-  EXPECT_EQ(Error([] { C::durationFromString("P1H", kNone); }),
+  EXPECT_EQ(MessageOf([] { C::durationFromString("P1H", kNone); }),
             "Invalid XSD Duration [P1H] expected [-]P[nY][nM][nD][T[nH][nM][nS.ff]]");
-  EXPECT_EQ(Error([] { C::durationFromString("", kNone); }), "Invalid XSD Duration (Empty String)");
+  EXPECT_EQ(MessageOf([] { C::durationFromString("", kNone); }),
+            "Invalid XSD Duration (Empty String)");
 }

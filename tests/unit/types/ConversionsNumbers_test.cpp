@@ -1,5 +1,6 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "unit/TestSupport.h"
 
 #include <cfloat>
 #include <cmath>
@@ -11,6 +12,7 @@
 #include <string>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 using C = CConversions;
 
 namespace {
@@ -18,48 +20,35 @@ namespace {
 constexpr auto kNone = CWhitespaceUtils::WhitespaceRule_None;
 constexpr auto kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
 
-// The message of the COvInvalidValueException that `action` throws.
-template <typename F>
-std::string ValueError(F action) {
-  try {
-    action();
-  } catch (const COvInvalidValueException& e) {
-    return e.GetMessage();
-  } catch (const COvException& e) {
-    return "wrong class: " + e.GetMessage();
-  }
-  return "no exception";
-}
-
 }  // namespace
 
 TEST(CConversions, Int32AndNarrowIntegers) {
   EXPECT_EQ(C::i4FromString("", kNone), 0);
   EXPECT_EQ(C::i4FromString(" 12 ", kCollapse), 12);
-  EXPECT_EQ(ValueError([] { C::i4FromString(" 12 ", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i4FromString(" 12 ", kNone); }),
             "The value [ 12 ] can not be converted to a i4");
   EXPECT_EQ(C::i4FromString("\t\v-12", kNone), -12);  // strtol skips any C-locale space
   EXPECT_EQ(C::i4FromString("+7", kNone), 7);
   EXPECT_EQ(C::i4FromString(std::string("5\0x", 3), kNone), 5);  // the text ends at a NUL
   EXPECT_EQ(C::i4FromString("-2147483648", kNone), std::numeric_limits<std::int32_t>::min());
   EXPECT_EQ(C::i4FromString("2147483647", kNone), 2147483647);
-  EXPECT_EQ(ValueError([] { C::i4FromString("2147483648", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i4FromString("2147483648", kNone); }),
             "The value [2147483648] is to large to fit in a i4");
-  EXPECT_EQ(ValueError([] { C::i4FromString("-2147483649", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i4FromString("-2147483649", kNone); }),
             "The value [-2147483649] is to large to fit in a i4");
   // The range error is reported before the trailing garbage, as strtol does.
-  EXPECT_EQ(ValueError([] { C::i4FromString("99999999999x", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i4FromString("99999999999x", kNone); }),
             "The value [99999999999x] is to large to fit in a i4");
   for (const char* bad : {"-", "+", " ", "0x10", "1 2", "12a", "--1"}) {
-    EXPECT_EQ(ValueError([bad] { C::i4FromString(bad, kNone); }),
+    EXPECT_EQ(MessageOf<COvInvalidValueException>([bad] { C::i4FromString(bad, kNone); }),
               std::string("The value [") + bad + "] can not be converted to a i4");
   }
   EXPECT_EQ(C::i1FromString("-128", kNone), -128);
-  EXPECT_EQ(ValueError([] { C::i1FromString(" -129", kCollapse); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i1FromString(" -129", kCollapse); }),
             "The value [ -129] is to large to fit in a i1");  // the text before the rule
-  EXPECT_EQ(ValueError([] { C::i2FromString("32768", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i2FromString("32768", kNone); }),
             "The value [32768] is to large to fit in a i2");
-  EXPECT_EQ(ValueError([] { C::i2FromString("x", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i2FromString("x", kNone); }),
             "The value [x] can not be converted to a i4");
   EXPECT_EQ(C::i1ToString(-5), "-5");
   EXPECT_EQ(C::i2ToString(-32768), "-32768");
@@ -70,24 +59,26 @@ TEST(CConversions, UnsignedAnd64BitIntegers) {
   EXPECT_EQ(C::ui4FromString("-1", kNone), 4294967295u);
   EXPECT_EQ(C::ui4FromString("4294967295", kNone), 4294967295u);
   EXPECT_EQ(C::ui4FromString("-4294967295", kNone), 1u);
-  EXPECT_EQ(ValueError([] { C::ui4FromString("4294967296", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::ui4FromString("4294967296", kNone); }),
             "The value [4294967296] is to large to fit in a ui4");
-  EXPECT_EQ(ValueError([] { C::ui1FromString("-1", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::ui1FromString("-1", kNone); }),
             "The value [-1] is to large to fit in a ui1");
-  EXPECT_EQ(ValueError([] { C::ui2FromString("65536", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::ui2FromString("65536", kNone); }),
             "The value [65536] is to large to fit in a ui2");
   EXPECT_EQ(C::ui2FromString("65535", kNone), 65535);
 
   EXPECT_EQ(C::i8FromString("-9223372036854775808", kNone),
             std::numeric_limits<std::int64_t>::min());
-  EXPECT_EQ(ValueError([] { C::i8FromString("9223372036854775808", kNone); }),
-            "The value [9223372036854775808] is to large to fit in a i8");
-  EXPECT_EQ(ValueError([] { C::i8FromString("1.5", kNone); }),
+  EXPECT_EQ(
+      MessageOf<COvInvalidValueException>([] { C::i8FromString("9223372036854775808", kNone); }),
+      "The value [9223372036854775808] is to large to fit in a i8");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i8FromString("1.5", kNone); }),
             "The value [1.5] can not be converted to a i8");
   EXPECT_EQ(C::ui8FromString("18446744073709551615", kNone), 18446744073709551615ull);
   EXPECT_EQ(C::ui8FromString("-1", kNone), 18446744073709551615ull);
-  EXPECT_EQ(ValueError([] { C::ui8FromString("18446744073709551616", kNone); }),
-            "The value [18446744073709551616] is to large to fit in a ui8");
+  EXPECT_EQ(
+      MessageOf<COvInvalidValueException>([] { C::ui8FromString("18446744073709551616", kNone); }),
+      "The value [18446744073709551616] is to large to fit in a ui8");
   EXPECT_EQ(C::i8ToString(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
   EXPECT_EQ(C::ui8ToString(18446744073709551615ull), "18446744073709551615");
   EXPECT_EQ(C::ui1ToString(255), "255");
@@ -102,10 +93,10 @@ TEST(CConversions, RealsParse) {
   EXPECT_EQ(C::r4FromString("INF", kNone), HUGE_VALF);
   for (const char* bad : {"+INF", "inf", "nan", "Infinity", "0x10", "1e", "1e+", ".", "-", "1.5 ",
                           "1,5", "e5", "1.2.3"}) {
-    EXPECT_EQ(ValueError([bad] { C::r8FromString(bad, kNone); }),
+    EXPECT_EQ(MessageOf<COvInvalidValueException>([bad] { C::r8FromString(bad, kNone); }),
               std::string("The value [") + bad + "] can not be converted to a r8");
   }
-  EXPECT_EQ(ValueError([] { C::r4FromString("x", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::r4FromString("x", kNone); }),
             "The value [x] can not be converted to a r4");
   EXPECT_EQ(C::r8FromString(" +1.5e3", kNone), 1500.0);
   EXPECT_EQ(C::r8FromString("1.", kNone), 1.0);
@@ -184,7 +175,7 @@ TEST(CConversions, DecimalsAndBigIntegers) {
   // The format is read as atoi reads it: leading blanks, digits up to the first other byte.
   EXPECT_EQ(C::decimalToString(C::decimalFromString("1.23456", kNone), " 3xyz"), "1.235");
   EXPECT_EQ(C::decimalToString(C::decimalFromString("1.5", kNone), "abc"), "2.");
-  EXPECT_EQ(ValueError([] { C::decimalFromString("12a", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::decimalFromString("12a", kNone); }),
             "The string representing a Decimal, contained an invalid char at position 2 [12a]");
   EXPECT_EQ(C::integerToString(C::integerFromString("99999999999999999999999", kCollapse)),
             "99999999999999999999999");

@@ -1,10 +1,12 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 using C = CConversions;
 
 namespace {
@@ -12,18 +14,6 @@ namespace {
 constexpr auto kNone = CWhitespaceUtils::WhitespaceRule_None;
 constexpr auto kPreserve = CWhitespaceUtils::WhitespaceRule_Preserve;
 constexpr auto kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
-
-template <typename F>
-std::string ValueError(F action) {
-  try {
-    action();
-  } catch (const COvInvalidValueException& e) {
-    return e.GetMessage();
-  } catch (const COvException& e) {
-    return "wrong class: " + e.GetMessage();
-  }
-  return "no exception";
-}
 
 }  // namespace
 
@@ -34,7 +24,7 @@ TEST(CConversions, Booleans) {
   EXPECT_TRUE(C::booleanFromString("1", kNone));
   EXPECT_FALSE(C::booleanFromString("0", kNone));
   for (const char* bad : {"yes", "", "01", " true", "truex"}) {
-    EXPECT_EQ(ValueError([bad] { C::booleanFromString(bad, kNone); }),
+    EXPECT_EQ(MessageOf<COvInvalidValueException>([bad] { C::booleanFromString(bad, kNone); }),
               std::string("A Boolean Value read from an XML document was invalid [") + bad +
                   "]. Valid values are 'true', 'false', '1', or '0'");
   }
@@ -45,9 +35,9 @@ TEST(CConversions, Booleans) {
 TEST(CConversions, CharsAndStrings) {
   EXPECT_EQ(C::charFromString("x", kNone), 'x');
   EXPECT_EQ(C::charFromString(" x ", kCollapse), 'x');
-  EXPECT_EQ(ValueError([] { C::charFromString("", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::charFromString("", kNone); }),
             "The value [] can not be a char as it is either empty of greater than 1 char long");
-  EXPECT_EQ(ValueError([] { C::charFromString("ab", kNone); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::charFromString("ab", kNone); }),
             "The value [ab] can not be a char as it is either empty of greater than 1 char long");
   EXPECT_EQ(C::charToString('q'), "q");
   EXPECT_EQ(C::charToString('\0'), "");

@@ -1,6 +1,7 @@
 #include "OvXmlLib6/types/DateTimeSpan.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "unit/TestSupport.h"
 
 #include <cstdint>
 #include <cstring>
@@ -10,6 +11,7 @@
 #include <string>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 
 namespace {
 
@@ -20,12 +22,7 @@ CDateTimeSpan Span(const char* text) {
 }
 
 std::string ParseMessage(const char* text) {
-  try {
-    Span(text);
-  } catch (const COvInvalidValueException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
+  return MessageOf<COvInvalidValueException>([&] { Span(text); });
 }
 
 bool SameFields(const CDateTimeSpan& a, const CDateTimeSpan& b) {

@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/DateTimeSpan.h"
+#include "unit/TestSupport.h"
 
 #include <cstdint>
 #include <cstring>
@@ -12,18 +13,9 @@
 #include <vector>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 
 namespace {
-
-template <class Action>
-std::string MessageOf(Action action) {
-  try {
-    action();
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
-}
 
 CDateTime Date(const char* text) {
   CDateTime value;

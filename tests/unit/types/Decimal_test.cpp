@@ -1,6 +1,7 @@
 #include "OvXmlLib6/types/Decimal.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "unit/TestSupport.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -9,20 +10,9 @@
 #include <string>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 
 namespace {
-
-template <typename Exception = COvInvalidValueException, typename Action>
-std::string MessageOf(Action action) {
-  try {
-    action();
-  } catch (const Exception& e) {
-    return e.GetMessage();
-  } catch (const COvException& e) {
-    return "wrong class: " + e.GetMessage();
-  }
-  return "no exception";
-}
 
 std::string Str(const CDecimal& v) { return v.ToString(); }
 
@@ -63,14 +53,16 @@ TEST(CDecimal, ParsesLexicalForms) {
 }
 
 TEST(CDecimal, RejectsInvalidCharsWithTheirPosition) {
-  EXPECT_EQ(MessageOf([] { CDecimal("12a"); }), InvalidChar(2, "12a"));
-  EXPECT_EQ(MessageOf([] { CDecimal("1.2.3"); }), InvalidChar(3, "1.2.3"));
-  EXPECT_EQ(MessageOf([] { CDecimal("1.5-"); }), InvalidChar(3, "1.5-"));
-  EXPECT_EQ(MessageOf([] { CDecimal("1e5-"); }), InvalidChar(3, "1e5-"));
-  EXPECT_EQ(MessageOf([] { CDecimal("1e2.5"); }), InvalidChar(3, "1e2.5"));
-  EXPECT_EQ(MessageOf([] { CDecimal("0x10"); }), InvalidChar(1, "0x10"));
-  EXPECT_EQ(MessageOf([] { CDecimal("1\v"); }), InvalidChar(1, "1\v"));
-  EXPECT_EQ(MessageOf([] { CDecimal("1e100001"); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("12a"); }), InvalidChar(2, "12a"));
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1.2.3"); }),
+            InvalidChar(3, "1.2.3"));
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1.5-"); }), InvalidChar(3, "1.5-"));
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1e5-"); }), InvalidChar(3, "1e5-"));
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1e2.5"); }),
+            InvalidChar(3, "1e2.5"));
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("0x10"); }), InvalidChar(1, "0x10"));
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1\v"); }), InvalidChar(1, "1\v"));
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1e100001"); }),
             "The string representing a Decimal, contained an exponent out of range at position 7 "
             "[1e100001]");
   // Large negative exponents within the limit are cheap: every digit falls off.
@@ -123,7 +115,8 @@ TEST(CDecimal, ConvertsFromDoubleThroughThirteenDecimals) {
   EXPECT_EQ(Str(1e-14), "0");
   EXPECT_EQ(Str(1e20), "100000000000000000000");
   EXPECT_EQ(CDecimal(std::numeric_limits<double>::max()).ToBigInteger(), CBigInteger::MAX_DOUBLE);
-  EXPECT_EQ(MessageOf([] { (void)CDecimal(std::numeric_limits<double>::infinity()); }),
+  EXPECT_EQ(MessageOf<COvInvalidValueException>(
+                [] { (void)CDecimal(std::numeric_limits<double>::infinity()); }),
             InvalidChar(0, "inf\n"));
 }
 
@@ -156,9 +149,11 @@ TEST(CDecimal, ComputesExactly) {
   EXPECT_EQ(Str(CDecimal("-0.5") * CDecimal("-0.5")), "0.25");
   EXPECT_EQ(Str(CDecimal(-7) / CDecimal(2)), "-3.5");
   EXPECT_EQ(Str(CDecimal("1.5") / CDecimal("0.25")), "6");
-  EXPECT_EQ(MessageOf([] { CDecimal(1) / CDecimal("0.000"); }), "ERROR: Overflow in operator/.");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal(1) / CDecimal("0.000"); }),
+            "ERROR: Overflow in operator/.");
   CDecimal d("0.5");
-  EXPECT_EQ(MessageOf([&] { d /= CDecimal(); }), "ERROR: Overflow in operator/.");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { d /= CDecimal(); }),
+            "ERROR: Overflow in operator/.");
   EXPECT_EQ(Str(d++), "0.5");
   EXPECT_EQ(Str(d), "1.5");
   EXPECT_EQ(Str(--d), "0.5");

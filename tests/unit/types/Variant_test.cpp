@@ -2,26 +2,18 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/PrimitiveRestrictions.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 
 namespace {
 
 constexpr auto kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
-
-template <typename F>
-std::string Error(F action) {
-  try {
-    action();
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
-}
 
 }  // namespace
 
@@ -29,11 +21,11 @@ TEST(OvVariant, EmptyVariantAndUnknownTypes) {
   OvVariant v;
   EXPECT_FALSE(v.IsValid());
   EXPECT_EQ(v.GetTypeAsEnum(), ItemType_None);
-  EXPECT_EQ(Error([&] { v.GetType(); }), "Invalid Type 0");
-  EXPECT_EQ(Error([&] { v.ToString(nullptr); }), "Invalid Type 0 to convert to string");
-  EXPECT_EQ(Error([&] { v.FromString("12", static_cast<ItemType>(27), kCollapse); }),
+  EXPECT_EQ(MessageOf([&] { v.GetType(); }), "Invalid Type 0");
+  EXPECT_EQ(MessageOf([&] { v.ToString(nullptr); }), "Invalid Type 0 to convert to string");
+  EXPECT_EQ(MessageOf([&] { v.FromString("12", static_cast<ItemType>(27), kCollapse); }),
             "Invalid Type 27 to convert to string");
-  EXPECT_EQ(Error([&] { v.FromString("12", static_cast<ItemType>(0), kCollapse); }),
+  EXPECT_EQ(MessageOf([&] { v.FromString("12", static_cast<ItemType>(0), kCollapse); }),
             "Invalid Type 0 to convert to string");
   // Getters of objects on an empty variant give empty values, never a stray pointer.
   EXPECT_EQ(v.GetString(), "");
@@ -141,23 +133,23 @@ TEST(OvVariant, RestrictionCheckDispatchesOnTheTag) {
   CPrimitiveRestrictions r(nullptr, -1, -1, "2000-01-01", nullptr, nullptr, nullptr, -1);
   OvVariant v;
   v.FromString("1999-12-31", ItemType_date, kCollapse);
-  EXPECT_EQ(Error([&] { r.Check("when", v); }), "Invalid Value for when [1999-12-31]");
+  EXPECT_EQ(MessageOf([&] { r.Check("when", v); }), "Invalid Value for when [1999-12-31]");
   v.FromString("2000-01-01", ItemType_date, kCollapse);
-  EXPECT_EQ(Error([&] { r.Check("when", v); }), "no exception");
+  EXPECT_EQ(MessageOf([&] { r.Check("when", v); }), "no exception");
   v.SetInvalid();
-  EXPECT_EQ(Error([&] { r.Check("when", v); }), "no exception");
+  EXPECT_EQ(MessageOf([&] { r.Check("when", v); }), "no exception");
 
   const CPrimitiveRestrictions d(nullptr, -1, -1, nullptr, nullptr, nullptr, "PT2H", -1);
   v.FromString("PT119M", ItemType_duration, kCollapse);
-  EXPECT_EQ(Error([&] { d.Check("span", v); }), "no exception");
+  EXPECT_EQ(MessageOf([&] { d.Check("span", v); }), "no exception");
   v.FromString("PT2H", ItemType_duration, kCollapse);
-  EXPECT_EQ(Error([&] { d.Check("span", v); }), "Invalid Value for span [PT2H]");
+  EXPECT_EQ(MessageOf([&] { d.Check("span", v); }), "Invalid Value for span [PT2H]");
   v.FromString("P1M", ItemType_duration, kCollapse);  // 28 to 31 days: not below two hours
-  EXPECT_EQ(Error([&] { d.Check("span", v); }), "Invalid Value for span [P1M]");
+  EXPECT_EQ(MessageOf([&] { d.Check("span", v); }), "Invalid Value for span [P1M]");
 
   const CPrimitiveRestrictions small(nullptr, -1, -1, nullptr, "10", nullptr, nullptr, -1);
   v.SetUI2(11);
-  EXPECT_EQ(Error([&] { small.Check("n", v); }), "Invalid Value for n [11]");
+  EXPECT_EQ(MessageOf([&] { small.Check("n", v); }), "Invalid Value for n [11]");
   v.SetR4(10.5f);
-  EXPECT_EQ(Error([&] { small.Check("n", v); }), "Invalid Value for n [10.500000]");
+  EXPECT_EQ(MessageOf([&] { small.Check("n", v); }), "Invalid Value for n [10.500000]");
 }

@@ -1,11 +1,13 @@
 #include "OvXmlLib6/types/WhitespaceUtils.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
 
 using namespace OvXmlLib6;
+using test::ExpectThrowMessage;
 using WS = CWhitespaceUtils;
 
 TEST(CWhitespaceUtils, RulesOnMixedWhitespace) {
@@ -33,10 +35,6 @@ TEST(CWhitespaceUtils, PreserveOverloadsAndUnknownRule) {
   EXPECT_EQ(WS::Preserve("abc", -4), "");
   EXPECT_TRUE(WS::IsWhiteSpace('\r'));
   EXPECT_FALSE(WS::IsWhiteSpace('\v'));
-  try {
-    WS::ApplyRule(static_cast<WS::WhitespaceRule>(4), "x");
-    FAIL() << "no exception";
-  } catch (const COvException& e) {
-    EXPECT_EQ(e.GetMessage(), "Unknown WhitespaceRule");
-  }
+  ExpectThrowMessage([&] { WS::ApplyRule(static_cast<WS::WhitespaceRule>(4), "x"); },
+                     "Unknown WhitespaceRule");
 }

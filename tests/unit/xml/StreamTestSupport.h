@@ -1,12 +1,13 @@
-// Helpers for the stream and writer tests: the message of the COvException an action throws,
-// zlib's own inflation, and a memory file system, installed as the library's current one for the
-// life of a scope, that fails chosen calls with chosen errors.
+// Helpers for the stream and writer tests: zlib's own inflation, and a memory file system,
+// installed as the library's current one for the life of a scope, that fails chosen calls with
+// chosen errors.
 #ifndef OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
 #define OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/BinaryData.h"
 #include "port/File.h"
+#include "unit/TestSupport.h"
 
 #include <zlib.h>
 
@@ -17,15 +18,6 @@
 
 namespace OvXmlLib6 {
 namespace test {
-
-inline std::string Message(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "<no exception>";
-}
 
 // Inflates gzip or zlib data (detected from the header) of at most `capacity` bytes.
 inline std::string Inflate(const CBinaryData& data, std::size_t capacity) {

@@ -12,7 +12,7 @@
 
 using namespace OvXmlLib6;
 using test::Inflate;
-using test::Message;
+using test::MessageOf;
 
 TEST(CStringBuffer, KeepsTextAcrossBlocksAndMergesOnce) {
   CStringBuffer empty;
@@ -100,7 +100,7 @@ TEST(CTextStream, RejectsUnknownEncodingsWhenConverting) {
   for (int encoding : {0, 4, -1}) {
     CTextStream stream(static_cast<XmlEncoding>(encoding));
     stream.Append("x");
-    EXPECT_EQ(Message([&] { stream.GetEncodedText(); }),
+    EXPECT_EQ(MessageOf([&] { stream.GetEncodedText(); }),
               "Unknown Encoding, select UTF-8 (contact support@ovxmllib6.org for support)");
   }
 }
@@ -139,7 +139,7 @@ TEST(CFileTextStream, ReportsFilesThatCannotBeWritten) {
   test::CFailingFileSystem fs;
   fs.createError = EACCES;
   CFileTextStream denied("/no/such.xml", XmlEncoding_UTF8);
-  EXPECT_EQ(Message([&] { denied.Begin(); }),
+  EXPECT_EQ(MessageOf([&] { denied.Begin(); }),
             "Failed to write data to the file [/no/such.xml] error [0x0000000D]");
 
   // The byte-order mark is the first write: its failure names the file too.
@@ -147,7 +147,7 @@ TEST(CFileTextStream, ReportsFilesThatCannotBeWritten) {
   fs.writeError = ENOSPC;
   fs.writeLimit = 0;
   CFileTextStream noMark("m.xml", XmlEncoding_UTF16);
-  EXPECT_EQ(Message([&] { noMark.Begin(); }),
+  EXPECT_EQ(MessageOf([&] { noMark.Begin(); }),
             "Failed to write data to the file [m.xml] error [0x0000001C]");
 
   // A later chunk fails with the flush message; the stream then stays failed rather than
@@ -158,10 +158,10 @@ TEST(CFileTextStream, ReportsFilesThatCannotBeWritten) {
   full.Append("<abc>");
   full.FlushBuffer();
   full.Append("more text");
-  EXPECT_EQ(Message([&] { full.FlushBuffer(); }),
+  EXPECT_EQ(MessageOf([&] { full.FlushBuffer(); }),
             "Failed to write data to the file. Error [0x0000001C]");
   const int calls = fs.writeCalls;
-  EXPECT_EQ(Message([&] { full.Finish(); }),
+  EXPECT_EQ(MessageOf([&] { full.Finish(); }),
             "Failed to write data to the file [f.xml] error [0x0000001C]");
   EXPECT_EQ(fs.writeCalls, calls);
   EXPECT_EQ(fs.Content("f.xml"), "<abc>");
@@ -170,7 +170,7 @@ TEST(CFileTextStream, ReportsFilesThatCannotBeWritten) {
   fs.closeError = EIO;
   CFileTextStream unclosable("g.xml", XmlEncoding_UTF8);
   unclosable.Begin();
-  EXPECT_EQ(Message([&] { unclosable.Finish(); }),
+  EXPECT_EQ(MessageOf([&] { unclosable.Finish(); }),
             "Failed to write data to the file. Error [0x00000005]");
 }
 
@@ -189,7 +189,7 @@ TEST(CFileTextStream, UsesThePosixFileSystem) {
   std::remove(path.c_str());
 
   CFileTextStream missingDir("/nonexistent-dir/x.xml", XmlEncoding_UTF8);
-  EXPECT_EQ(Message([&] { missingDir.Begin(); }),
+  EXPECT_EQ(MessageOf([&] { missingDir.Begin(); }),
             "Failed to write data to the file [/nonexistent-dir/x.xml] error [0x00000002]");
 }
 
@@ -212,7 +212,7 @@ TEST(CBinaryStream, CompressesToGzipAndZlib) {
   plain.Compress(static_cast<CompressionType>(7));
   EXPECT_EQ(plain.GetLength(), 3u);
   // A few incompressible bytes do not fit an output array of their own size.
-  EXPECT_EQ(Message([&] { plain.Compress(CompressionType_GZip); }),
+  EXPECT_EQ(MessageOf([&] { plain.Compress(CompressionType_GZip); }),
             "Failed to compress data. [Error Code: -5]");
   plain.Begin();
   EXPECT_EQ(plain.GetLength(), 0u);
@@ -229,9 +229,9 @@ TEST(CFileBinaryStream, WritesCollectedBytesWhenFinished) {
   EXPECT_EQ(fs.Content("out.fi"), std::string("\xE0\x00\x00\x01\xF0", 5));
 
   fs.writeError = EIO;
-  EXPECT_EQ(Message([&] { stream.Finish(); }),
+  EXPECT_EQ(MessageOf([&] { stream.Finish(); }),
             "Failed to write data to the file [out.fi] error [0x00000005]");
   fs.createError = EROFS;
-  EXPECT_EQ(Message([&] { stream.Finish(); }),
+  EXPECT_EQ(MessageOf([&] { stream.Finish(); }),
             "Failed to write data to the file [out.fi] error [0x0000001E]");
 }

@@ -3,12 +3,14 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/xml/Compression.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
+#include "unit/TestSupport.h"
 #include "xml/Compression.h"
 
 #include <gtest/gtest.h>
 #include <string>
 
 using namespace OvXmlLib6;
+using test::MessageOf;
 
 namespace {
 
@@ -18,17 +20,12 @@ const unsigned char* Bytes(const std::string& s) {
 
 std::string StreamError(const std::string& input) {
   CXmlDocument doc;
-  try {
-    doc.LoadXmlStream(Bytes(input), static_cast<std::uint32_t>(input.size()));
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
+  return MessageOf(
+      [&] { doc.LoadXmlStream(Bytes(input), static_cast<std::uint32_t>(input.size())); });
 }
 
 std::string Packed(const std::string& text, int type) {
-  const CBinaryData packed = detail::Deflate(Bytes(text), text.size(), type);
-  return std::string(reinterpret_cast<const char*>(packed.GetData()), packed.GetLength());
+  return test::Bytes(detail::Deflate(Bytes(text), text.size(), type));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/core/SerializationContext.h"
 #include "OvXmlLib6/xml/CharEncoding.h"
+#include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -22,13 +23,8 @@ std::vector<const CXmlElement*> Children(const CXmlElement* parent) {
   return children;
 }
 
-std::string MessageOf(CXmlDocument& doc, const char* xml) {
-  try {
-    doc.LoadXml(xml);
-  } catch (const COvException& e) {
-    return e.GetMessage();
-  }
-  return "no exception";
+std::string LoadError(CXmlDocument& doc, const char* xml) {
+  return test::MessageOf([&] { doc.LoadXml(xml); });
 }
 
 }  // namespace
@@ -182,9 +178,9 @@ TEST(CXmlDocument, WideStringsAreParsedAsUtf16) {
 
 TEST(CXmlDocument, EmptyInputsFailWithTheirMessages) {
   CXmlDocument doc;
-  EXPECT_EQ(MessageOf(doc, ""), "XML String is empty!");
-  EXPECT_EQ(MessageOf(doc, nullptr), "XML String is empty!");
-  EXPECT_EQ(MessageOf(doc, "  \n\t "), "no element found at line 2");
+  EXPECT_EQ(LoadError(doc, ""), "XML String is empty!");
+  EXPECT_EQ(LoadError(doc, nullptr), "XML String is empty!");
+  EXPECT_EQ(LoadError(doc, "  \n\t "), "no element found at line 2");
   // An empty wide string still carries the byte-order mark, so the parser reports it.
   try {
     doc.LoadXml(L"");
@@ -208,7 +204,7 @@ TEST(CXmlDocument, ReloadingReplacesTheTree) {
   EXPECT_EQ(doc.GetDocumentElement()->GetFirstElement(), nullptr);
   EXPECT_EQ(doc.LookupNamespaceFromAlias("p"), "");
   // After a failed load the partial tree stays until the next load.
-  EXPECT_NE(MessageOf(doc, "<third><open></third>"), "no exception");
+  EXPECT_NE(LoadError(doc, "<third><open></third>"), "no exception");
   ASSERT_NE(doc.GetDocumentElement(), nullptr);
   EXPECT_EQ(doc.GetDocumentElement()->GetLocalName(), "third");
 }

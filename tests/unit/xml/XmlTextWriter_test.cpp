@@ -9,7 +9,7 @@
 #include <string>
 
 using namespace OvXmlLib6;
-using test::Message;
+using test::MessageOf;
 
 namespace {
 
@@ -83,7 +83,7 @@ TEST(CXmlTextWriter, SettingsAndDeclaration) {
   EXPECT_EQ(w.GetEOLType(), EOLType_LF);
   EXPECT_TRUE(w.GetFormatted());
   w.SetEOLType(EOLType_CRLF);
-  EXPECT_EQ(Message([&] { w.SetEOLType(static_cast<EOLType>(2)); }), "Invalid EOL type.");
+  EXPECT_EQ(MessageOf([&] { w.SetEOLType(static_cast<EOLType>(2)); }), "Invalid EOL type.");
   EXPECT_EQ(w.GetEOLType(), EOLType_CRLF);
   w.SetFormatted(false);
   EXPECT_FALSE(w.GetFormatted());
@@ -261,14 +261,14 @@ TEST(CXmlTextWriter, RefusesCallsOutOfOrder) {
   EXPECT_THROW(w.WriteAttribute(nullptr, "", "1"), COvInvalidParamException);
   w.WriteStartElement("child", "");
   w.WriteEndElement();
-  EXPECT_EQ(Message([&] { w.WriteAttribute("late", "", "1"); }),
+  EXPECT_EQ(MessageOf([&] { w.WriteAttribute("late", "", "1"); }),
             "Attributes must be added before elements");
   w.WriteStartElement("t", "");
   w.WriteText("text");
-  EXPECT_EQ(Message([&] { w.WriteXsiType("T", "urn:t"); }),
+  EXPECT_EQ(MessageOf([&] { w.WriteXsiType("T", "urn:t"); }),
             "Attributes must be added before elements");
   w.WriteEndElement();
-  EXPECT_EQ(Message([&] { w.Close(); }), "An Element has not been closed.");
+  EXPECT_EQ(MessageOf([&] { w.Close(); }), "An Element has not been closed.");
   // What was written stays in the stream.
   EXPECT_EQ(std::string(stream.GetText()), "<r>\n\t<child/>\n\t<t>text</t>\n");
   w.WriteEndElement();
@@ -316,6 +316,6 @@ TEST(CXmlTextWriter, StreamsLargeDocumentsToFiles) {
   CFileTextStream full("full.xml", XmlEncoding_UTF8);
   CXmlTextWriter w(&full);
   w.Open();
-  EXPECT_EQ(Message([&] { writeDocument(w); }),
+  EXPECT_EQ(MessageOf([&] { writeDocument(w); }),
             "Failed to write data to the file. Error [0x0000001C]");
 }
