@@ -1,31 +1,11 @@
 #include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/types/ItemType.h"
 
 namespace OvXmlLib6 {
 
 namespace {
-
-// The item type numbers that SetSuggestedValues gives an encoding.
-enum : int {
-  kHexBinary = 1,
-  kBase64Binary = 2,
-  kI1 = 3,
-  kI2 = 4,
-  kI4 = 5,
-  kI8 = 6,
-  kUi1 = 7,
-  kUi2 = 8,
-  kUi4 = 9,
-  kUi8 = 10,
-  kR4 = 11,
-  kR8 = 12,
-  kDuration = 13,  // the date and time types run from duration ...
-  kTime = 21,      // ... to time
-  kBoolean = 24,
-  kDecimal = 25,
-  kInteger = 26
-};
 
 // The default add lengths of attribute values and character chunks.
 const std::uint32_t kDefaultMaxAddLength = 6;
@@ -61,20 +41,23 @@ void CFastInfosetContext::SetSuggestedValues() {
   const auto alphabet = [](FIRestrictedAlphabet number) {
     return EncodedCharacterString{FIEncodingKind_RestrictedAlphabet, number};
   };
-  m_encodings[kHexBinary] = algorithm(FIAlgorithm_Hexadecimal);
-  m_encodings[kBase64Binary] = algorithm(FIAlgorithm_Base64);
-  m_encodings[kI1] = m_encodings[kI2] = m_encodings[kUi1] = algorithm(FIAlgorithm_Short);
-  m_encodings[kI4] = m_encodings[kUi2] = algorithm(FIAlgorithm_Int);
+  m_encodings[ItemType_hexBinary] = algorithm(FIAlgorithm_Hexadecimal);
+  m_encodings[ItemType_base64Binary] = algorithm(FIAlgorithm_Base64);
+  m_encodings[ItemType_i1] = m_encodings[ItemType_i2] = m_encodings[ItemType_ui1] =
+      algorithm(FIAlgorithm_Short);
+  m_encodings[ItemType_i4] = m_encodings[ItemType_ui2] = algorithm(FIAlgorithm_Int);
   // Unsigned 64-bit values go to the signed long algorithm as well, like the others of their
   // width; the octets are the value's two's complement bits.
-  m_encodings[kI8] = m_encodings[kUi4] = m_encodings[kUi8] = algorithm(FIAlgorithm_Long);
-  m_encodings[kR4] = algorithm(FIAlgorithm_Float);
-  m_encodings[kR8] = algorithm(FIAlgorithm_Double);
-  for (int type = kDuration; type <= kTime; ++type) {
+  m_encodings[ItemType_i8] = m_encodings[ItemType_ui4] = m_encodings[ItemType_ui8] =
+      algorithm(FIAlgorithm_Long);
+  m_encodings[ItemType_r4] = algorithm(FIAlgorithm_Float);
+  m_encodings[ItemType_r8] = algorithm(FIAlgorithm_Double);
+  for (int type = ItemType_duration; type <= ItemType_time; ++type) {
     m_encodings[type] = alphabet(FIRestrictedAlphabet_DateAndTime);
   }
-  m_encodings[kBoolean] = algorithm(FIAlgorithm_Boolean);
-  m_encodings[kDecimal] = m_encodings[kInteger] = alphabet(FIRestrictedAlphabet_Numeric);
+  m_encodings[ItemType_boolean] = algorithm(FIAlgorithm_Boolean);
+  m_encodings[ItemType_decimal] = m_encodings[ItemType_integer] =
+      alphabet(FIRestrictedAlphabet_Numeric);
 }
 
 void CFastInfosetContext::SetExternalVocabularyURI(const char* uri) {
