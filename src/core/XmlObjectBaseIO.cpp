@@ -6,6 +6,9 @@
 #include "OvXmlLib6/xml/TextStream.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "OvXmlLib6/xml/XmlTextWriter.h"
+#include "core/ObjectReader.h"
+
+#include <memory>
 
 namespace OvXmlLib6 {
 
@@ -114,25 +117,42 @@ void CXmlObjectBase::ReadDocument(const CXmlDocument& document,
   FromXml_Int(this, nullptr, document.GetDocumentElement(), bindContext);
 }
 
+detail::CObjectReader* CXmlObjectBase::NewObjectReader(
+    const CXmlSerializationContext& /*bindContext*/) {
+  return nullptr;
+}
+
+template <typename Load>
+void CXmlObjectBase::LoadAndRead(const CXmlSerializationContext& parseContext,
+                                 const CXmlSerializationContext& bindContext, Load load) {
+  // The reader outlives the document that reports to it.
+  const std::unique_ptr<detail::CObjectReader> reader(NewObjectReader(bindContext));
+  CXmlDocument document(parseContext);
+  if (reader) {
+    detail::CDocumentObserver::Attach(document, reader.get());
+    load(document);
+    reader->Commit();
+  } else {
+    load(document);
+    ReadDocument(document, bindContext);
+  }
+}
+
 void CXmlObjectBase::FromXmlFile(const char* fileName, const CXmlSerializationContext& context) {
   RequireFileName(fileName, "FromXmlFile");
-  CXmlDocument document(context);
-  document.Load(fileName);
-  ReadDocument(document, context);
+  LoadAndRead(context, context, [fileName](CXmlDocument& document) { document.Load(fileName); });
 }
 
 void CXmlObjectBase::FromXml(const wchar_t* text, const CXmlSerializationContext& context) {
-  CXmlDocument document(context);
-  document.LoadXml(text != nullptr ? text : L"");
-  ReadDocument(document, context);
+  LoadAndRead(context, context,
+              [text](CXmlDocument& document) { document.LoadXml(text != nullptr ? text : L""); });
 }
 
 void CXmlObjectBase::FromXml(const char* text, const CXmlSerializationContext& context) {
-  CXmlDocument document(context);
-  document.LoadXml(text);
   // Binding uses the default context on purpose: the reading options given to this overload
   // shape the tree (schema type, CDATA) but not the binding.
-  ReadDocument(document, CXmlSerializationContext::GetDefaultContext());
+  LoadAndRead(context, CXmlSerializationContext::GetDefaultContext(),
+              [text](CXmlDocument& document) { document.LoadXml(text); });
 }
 
 void CXmlObjectBase::FromXmlStream(const CBinaryData& data,
@@ -142,9 +162,8 @@ void CXmlObjectBase::FromXmlStream(const CBinaryData& data,
 
 void CXmlObjectBase::FromXmlStream(const unsigned char* bytes, std::uint32_t length,
                                    const CXmlSerializationContext& context) {
-  CXmlDocument document(context);
-  document.LoadXmlStream(bytes, length);
-  ReadDocument(document, context);
+  LoadAndRead(context, context,
+              [bytes, length](CXmlDocument& document) { document.LoadXmlStream(bytes, length); });
 }
 
 void CXmlObjectBase::FromXmlElement(const CXmlElement* element,

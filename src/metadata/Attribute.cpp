@@ -112,7 +112,11 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* parent, CXmlElement* curren
                                         const CXmlSerializationContext& /*context*/,
                                         bool /*flag*/) {
   const CXmlElement* element = parent != nullptr ? parent : current;
-  if (element == nullptr) return current;
+  if (element != nullptr) ReadAttributesOf(element);
+  return current;
+}
+
+void CAttributeCol::ReadAttributesOf(const CXmlElement* element) {
   // The values are read from the tree's own storage, which the getters of the tree would turn
   // into strings kept by the document.
   CXmlAttribute* const* attributes = detail::CTreeStore::ElementAttributes(element);
@@ -131,7 +135,6 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* parent, CXmlElement* curren
     AppendItem(
         new CAttribute(CAttribute::FromParts{}, ns.c_str(), value, std::string_view(name.c_str())));
   }
-  return current;
 }
 
 void CAttributeCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,

@@ -5,9 +5,11 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "metadata/ElementReader.h"
 #include "xml/TreeStore.h"
 
 #include <cstring>
+#include <typeinfo>
 #include <vector>
 
 namespace OvXmlLib6 {
@@ -201,6 +203,11 @@ CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current
     stack.push_back(Frame{item, child, child->GetFirstElement()});
   }
   return current->GetNextSiblingElement();
+}
+
+detail::CObjectReader* CElement::NewObjectReader(const CXmlSerializationContext& /*bindContext*/) {
+  if (typeid(*this) != typeid(CElement)) return nullptr;
+  return new detail::CElementReader(*this);
 }
 
 void CElement::CopyXmlElement(const CXmlElement* element) {

@@ -164,7 +164,10 @@ void CExpatReader::Convert(const char* text, std::size_t length, std::string& ou
 
 void CExpatReader::OnStartElement(const char* name, const char** attributes) {
   CXmlElement* element = m_document->AddElement(m_store->InternParserName(name));
-  if (attributes[0] == nullptr) return;
+  if (attributes[0] == nullptr) {
+    m_document->ElementStarted(element);
+    return;
+  }
   std::size_t count = 0;
   while (attributes[2 * count] != nullptr) ++count;
   element->m_attributes = m_store->NewAttributeList(count);
@@ -182,6 +185,7 @@ void CExpatReader::OnStartElement(const char* name, const char** attributes) {
     // The list has room for every attribute.
     m_store->AddToAttributeList(element->m_attributes, m_store->NewAttribute(attributeName, text));
   }
+  m_document->ElementStarted(element);
 }
 
 void CExpatReader::OnCharacterData(const char* text, std::size_t length) {

@@ -4,6 +4,7 @@
 #include "OvXmlLib6/types/BinaryData.h"
 #include "port/File.h"
 #include "xml/Compression.h"
+#include "xml/DocumentObserver.h"
 #include "xml/ExpatReader.h"
 #include "xml/TreeStore.h"
 #include "xml/Unicode.h"
@@ -63,7 +64,8 @@ CXmlDocument::CXmlDocument(ElementCompletedCallback callback,
       m_inputLength(0),
       m_schemaType(context.GetSchemaType()),
       m_callback(callback),
-      m_context(&context) {}
+      m_context(&context),
+      m_observer(nullptr) {}
 
 CXmlDocument::~CXmlDocument() { CXmlDocument::Cleanup(); }
 
@@ -244,7 +246,8 @@ void CXmlDocument::Parse() {
     // Anything else (not compressed after all, or cut short) is parsed as it is.
   }
   // The Fast Infoset reader, once there is one, gets the buffer here: when it recognises a
-  // Fast Infoset document it builds the tree and parsing ends.
+  // Fast Infoset document it builds the tree and parsing ends. Like the text reader it calls
+  // ElementStarted once an element has its attributes, so that an observer sees every element.
   if (ParseFastInfoset()) return;
   ParseText();
 }
@@ -288,6 +291,10 @@ CXmlElement* CXmlDocument::AddElement(const detail::CXmlName* name) {
   m_store->previousSiblings.push_back(previous);
   if (m_store->pendingText.size() < m_elementStack.size()) m_store->pendingText.emplace_back();
   return element;
+}
+
+void CXmlDocument::ElementStarted(CXmlElement* element) {
+  if (m_observer != nullptr) m_observer->OnElementStarted(element, m_elementStack.size() - 1);
 }
 
 void CXmlDocument::AppendOpenText(const char* text, std::size_t length, bool plain) {
@@ -367,13 +374,20 @@ void CXmlDocument::EndElement() {
   }
   m_elementStack.pop_back();
   m_store->previousSiblings.pop_back();
-  if (m_callback == nullptr || !m_callback(element)) return;
+  const bool remove = m_observer != nullptr
+                          ? m_observer->OnElementEnded(element, m_elementStack.size())
+                          : m_callback != nullptr && m_callback(element);
+  if (!remove) return;
   // The document element is never removed: the document would be left without a root.
   if (m_elementStack.empty()) return;
   // The element is its parent's last child; `previous` was the last child before it.
   CXmlElement* parent = m_elementStack.back();
   parent->UnlinkLastChild(previous);
   m_store->DestroySubtree(element);
+}
+
+void detail::CDocumentObserver::Attach(CXmlDocument& document, CDocumentObserver* observer) {
+  document.m_observer = observer;
 }
 
 }  // namespace OvXmlLib6

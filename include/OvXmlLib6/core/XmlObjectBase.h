@@ -39,6 +39,9 @@ class CXmlWriter;
 class CTextStream;
 class CXmlDocument;
 class CElement;
+namespace detail {
+class CObjectReader;
+}
 
 // When on, ToXmlFile without compression writes through a file text stream while the document is
 // being produced, instead of building it in memory first. Off by default. A plain global: set it
@@ -182,6 +185,10 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   // element) and returns the element at which reading continues.
   virtual CXmlElement* FromXml_Int(CXmlElement* parent, CXmlElement* current,
                                    const CXmlSerializationContext& context, bool flag) = 0;
+  // An object that can be bound while its document is parsed returns a new reader for that
+  // (the caller deletes it), which the entry points use instead of FromXml_Int on the finished
+  // tree. The default returns null.
+  virtual detail::CObjectReader* NewObjectReader(const CXmlSerializationContext& bindContext);
 
   const std::string& GetElementName() const { return m_elementName; }
   void SetElementName(const char* name);
@@ -242,6 +249,11 @@ class OVXML_API CXmlObjectBase : public IEventSink {
                      EOLType eolType, const CXmlSerializationContext& context) const;
   // Reads this object from a loaded document with `bindContext`.
   void ReadDocument(const CXmlDocument& document, const CXmlSerializationContext& bindContext);
+  // Loads a new document with the parse context through `load` (a callable taking the
+  // CXmlDocument&) and reads this object from it with `bindContext`.
+  template <typename Load>
+  void LoadAndRead(const CXmlSerializationContext& parseContext,
+                   const CXmlSerializationContext& bindContext, Load load);
 
   std::string m_elementName;
   std::atomic<std::int32_t> m_refCount;

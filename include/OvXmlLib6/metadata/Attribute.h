@@ -24,6 +24,10 @@
 
 namespace OvXmlLib6 {
 
+namespace detail {
+class CElementReader;
+}
+
 class OVXML_API CAttribute : public CXmlObjectBase, private CInstanceMonitor {
  public:
   // Null strings are taken as empty ones; the arguments come in the order of CAttributeCol::Add.
@@ -109,8 +113,12 @@ class OVXML_API CAttributeCol : public CXmlCollection, private CInstanceMonitor 
 
  private:
   friend class CElement;
+  friend class detail::CElementReader;
 
   void CheckNamespace(const CAttribute* attribute) const;
+  // Appends the attributes of the element in document order, each checked first against the
+  // restriction (see FromXml_Int).
+  void ReadAttributesOf(const CXmlElement* element);
 
   std::string m_restriction;
   std::string m_targetNamespace;

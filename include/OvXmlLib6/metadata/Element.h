@@ -30,6 +30,9 @@
 namespace OvXmlLib6 {
 
 class CElementCol;
+namespace detail {
+class CElementReader;
+}
 
 class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
  public:
@@ -84,6 +87,9 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   // [%s]".
   CXmlElement* FromXml_Int(CXmlElement* parent, CXmlElement* current,
                            const CXmlSerializationContext& context, bool flag) override;
+  // A CElement (not a derived class, which may read differently) is read while the document is
+  // parsed; a read that fails leaves it unchanged.
+  detail::CObjectReader* NewObjectReader(const CXmlSerializationContext& bindContext) override;
 
   // Notifications of the setters, for derived classes; nothing happens here.
   virtual void FireOnChangeName() {}
@@ -92,6 +98,7 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
 
  private:
   friend class CElementCol;
+  friend class detail::CElementReader;
 
   // For reading: a child element made under its parent's restriction, whose namespace the
   // reader has already checked against it. The name and namespace are set by ReadOwnContent.
@@ -156,6 +163,7 @@ class OVXML_API CElementCol : public CXmlCollection, private CInstanceMonitor {
 
  private:
   friend class CElement;
+  friend class detail::CElementReader;
 
   void CheckNamespace(const CElement* element) const;
 

@@ -27,6 +27,10 @@
 
 namespace OvXmlLib6 {
 
+namespace detail {
+class CDocumentObserver;
+}
+
 // When on, Load reads files in 128 KiB chunks, one chunk ahead of an incremental parse, so that
 // only the tree and a few buffers are held; such files are parsed as XML text only (no
 // decompression). Off by default. A plain global: set it before threads start.
@@ -97,8 +101,11 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   friend class CExpatReader;
   friend class CFastInfosetReader;
   friend class CXmlElement;
+  friend class detail::CDocumentObserver;
 
   CXmlElement* AddElement(const detail::CXmlName* name);
+  // The element on top of the stack has its attributes: tells the observer.
+  void ElementStarted(CXmlElement* element);
   void ParseTextBlock(const unsigned char* data, std::size_t length);
   bool ParseFastInfoset();
   // Character data for the element on top of the stack; `plain` text has no carriage return or
@@ -120,6 +127,7 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   SchemaType m_schemaType;
   ElementCompletedCallback m_callback;
   const CXmlSerializationContext* m_context;
+  detail::CDocumentObserver* m_observer;
 };
 
 }  // namespace OvXmlLib6

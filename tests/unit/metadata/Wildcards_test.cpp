@@ -3,6 +3,7 @@
 #include "OvXmlLib6/metadata/Element.h"
 #include "unit/TestSupport.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -174,4 +175,91 @@ TEST(CElement, VeryDeepDocumentsAreReadAndReleasedWithoutRecursion) {
   EXPECT_EQ(depth, levels);
 
   root = nullptr;
+}
+
+namespace {
+
+// The outcome of a read: the error message, or the element written back.
+std::string Outcome(CElement* element, const std::function<void()>& read) {
+  try {
+    read();
+  } catch (const COvException& e) {
+    return "error: " + e.GetMessage();
+  }
+  return element->ToXml(false, false, EOLType_LF);
+}
+
+}  // namespace
+
+TEST(CElement, ReadingWhileParsingMatchesReadingTheFinishedTree) {
+  // The entry points read a CElement during the parse; FromXmlElement reads a finished tree.
+  // Both must take the same elements and fail with the same first error.
+  struct Case {
+    const char* restriction;
+    const char* xml;
+  };
+  const Case cases[] = {
+      {"##any", "<a xmlns='urn:a' x='1'>t<b>u</b>v<c y='2'/></a>"},
+      {"##other", "<a xmlns:t='urn:t'><b/><t:c/></a>"},                   // child refused
+      {"##other", "<t:a xmlns:t='urn:t'><b/></t:a>"},                     // root left unread
+      {"##other", "<a xmlns:t='urn:t' t:x='1'><t:b/></a>"},               // root attribute first
+      {"##other", "<a xmlns:t='urn:t'><b t:x='1'><t:c/></b><t:d/></a>"},  // earlier attribute
+      {"##other", "<a xmlns:t='urn:t'><b><c><t:d/></c></b><e t:x='1'/></a>"},  // deep child first
+      {"##local", "<a><b xmlns='urn:x'/></a>"},
+  };
+  for (const Case& c : cases) {
+    CSmartPtr<CElement> streamed = new CElement("s", "", c.restriction, "urn:t");
+    CSmartPtr<CElement> fromTree = new CElement("s", "", c.restriction, "urn:t");
+    const std::string wrapped = std::string("<w>") + c.xml + "</w>";
+    CXmlDocument document;
+    document.LoadXml(wrapped.c_str());
+    EXPECT_EQ(Outcome(streamed, [&] { streamed->FromXml(c.xml); }),
+              Outcome(fromTree, [&] { fromTree->FromXmlElement(document.GetDocumentElement()); }))
+        << c.xml;
+  }
+}
+
+TEST(CElement, AFailedReadLeavesTheElementAsItWas) {
+  CSmartPtr<CElement> element = new CElement("s", "", "##other", "urn:t");
+  element->FromXml("<a k='v'><b>text</b></a>");
+  const std::string before = element->ToXml(false, false, EOLType_LF);
+  CRecorder recorder;
+  element->GetChildElements()->AddEventListener(&recorder);
+
+  // A refused child: the error comes once the document has been parsed.
+  ExpectThrowMessage<COvValidationException>(
+      [&] { element->FromXml("<x xmlns:t='urn:t'><y/><t:z/></x>"); },
+      "Invalid Element [z] found in element [x]");
+  // A document that is not well-formed reports that, even after a refused element.
+  const std::string message = MessageOf([&] { element->FromXml("<x xmlns:t='urn:t'><t:z/><y>"); });
+  EXPECT_NE(message.find("at line 1"), std::string::npos) << message;
+  EXPECT_EQ(element->ToXml(false, false, EOLType_LF), before);
+  EXPECT_TRUE(recorder.events.empty());
+
+  // A successful read replaces the content, with the collection's events.
+  element->FromXml("<x><y/></x>");
+  EXPECT_EQ(element->ToXml(false, false, EOLType_LF), "<x><y/></x>");
+  EXPECT_EQ(recorder.events, (std::vector<std::string>{"remove -1", "removeComplete -1", "change",
+                                                       "add", "addComplete", "change"}));
+  element->GetChildElements()->RemoveEventListener(&recorder);
+}
+
+TEST(CElement, DerivedClassesReadFromTheFinishedTree) {
+  // A class derived from CElement may override FromXml_Int, so it is read through it.
+  class CCounting : public CElement {
+   public:
+    CCounting() : CElement("counting") {}
+    int reads = 0;
+
+   protected:
+    CXmlElement* FromXml_Int(CXmlElement* parent, CXmlElement* current,
+                             const CXmlSerializationContext& context, bool flag) override {
+      ++reads;
+      return CElement::FromXml_Int(parent, current, context, flag);
+    }
+  };
+  CSmartPtr<CCounting> counting = new CCounting();
+  counting->FromXml("<a><b/></a>");
+  EXPECT_EQ(counting->reads, 1);
+  EXPECT_EQ(counting->ToXml(false, false, EOLType_LF), "<a><b/></a>");
 }

@@ -1,0 +1,131 @@
+#include "metadata/ElementReader.h"
+
+#include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/xml/XmlElement.h"
+#include "xml/TreeStore.h"
+
+#include <utility>
+
+namespace OvXmlLib6 {
+namespace detail {
+
+CElementReader::CElementReader(CElement& target)
+    : m_target(target),
+      m_state(State::Reading),
+      m_attributeRestriction(target.m_attributes ? target.m_attributes->m_restriction
+                                                 : target.m_restriction),
+      m_attributeTarget(target.m_attributes ? target.m_attributes->m_targetNamespace
+                                            : target.m_targetNamespace),
+      m_childRestriction(target.m_children ? target.m_children->m_restriction
+                                           : target.m_restriction),
+      m_childTarget(target.m_children ? target.m_children->m_targetNamespace
+                                      : target.m_targetNamespace),
+      m_lastNamespace(nullptr),
+      m_lastNamespaceValid(false) {}
+
+bool CElementReader::ChildNamespaceValid(const std::string& ns) {
+  // Names are interned by the document, so one namespace is one string for the whole parse.
+  if (&ns != m_lastNamespace) {
+    m_lastNamespace = &ns;
+    m_lastNamespaceValid =
+        m_target.IsNamespaceValid(ns.c_str(), m_childRestriction.c_str(), m_childTarget.c_str());
+  }
+  return m_lastNamespaceValid;
+}
+
+void CElementReader::ReadAttributes(CElement* element, const CXmlElement* source,
+                                    const std::string& restriction,
+                                    const std::string& targetNamespace) {
+  if (CTreeStore::ElementAttributeCount(source) == 0) return;
+  CAttributeCol* attributes = element->GetAttributes().get();
+  if (attributes->m_restriction != restriction ||
+      attributes->m_targetNamespace != targetNamespace) {
+    attributes->SetNamespaceRestrictions(restriction.c_str(), targetNamespace.c_str());
+  }
+  attributes->ReadAttributesOf(source);
+}
+
+void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
+  if (m_state != State::Reading) return;
+  try {
+    if (depth == 0) {
+      // As reading from a tree: a document element in a namespace the target does not take is
+      // not read at all, and that is no error.
+      if (!m_target.IsNamespaceValid(source->GetNamespaceURI().c_str(),
+                                     m_target.m_restriction.c_str(),
+                                     m_target.m_targetNamespace.c_str())) {
+        m_state = State::Skipped;
+        return;
+      }
+    } else if (!ChildNamespaceValid(source->GetNamespaceURI())) {
+      throw COvValidationException(FormatString("Invalid Element [%s] found in element [%s]",
+                                                source->GetLocalName().c_str(),
+                                                m_open.back().source->GetLocalName().c_str()));
+    }
+    CSmartPtr<CElement> element =
+        new CElement(CElement::ForReading{}, m_childRestriction, m_childTarget);
+    element->m_name = source->GetLocalName();
+    element->m_namespace = source->GetNamespaceURI();
+    element->SetElementName(element->m_name.c_str());
+    if (depth == 0) {
+      ReadAttributes(element.get(), source, m_attributeRestriction, m_attributeTarget);
+      m_root = element;
+    } else {
+      ReadAttributes(element.get(), source, m_childRestriction, m_childTarget);
+    }
+    m_open.push_back(Frame{std::move(element), source});
+  } catch (const COvException&) {
+    Fail();
+  }
+}
+
+bool CElementReader::OnElementEnded(CXmlElement* source, std::size_t depth) {
+  if (m_state == State::Reading) {
+    CSmartPtr<CElement> done = std::move(m_open.back().element);
+    m_open.pop_back();
+    const std::string_view text = CTreeStore::ElementText(source);
+    done->m_text.assign(text.data(), text.size());
+    if (depth != 0) m_open.back().element->ChildCollection()->AppendItem(done.get());
+  }
+  // Everything the element held has been copied: the document can let it go.
+  return true;
+}
+
+void CElementReader::Fail() {
+  m_error = std::current_exception();
+  m_state = State::Failed;
+  // Nothing more is built; what was is of no use any more.
+  m_open.clear();
+  m_root = nullptr;
+}
+
+void CElementReader::Commit() {
+  if (m_state == State::Failed) std::rethrow_exception(m_error);
+  if (m_state == State::Skipped || !m_root) return;
+  CElement& target = m_target;
+  // Reading replaces the content in place, with the events of the target's collections.
+  if (target.m_attributes) target.m_attributes->Clear();
+  if (target.m_children) target.m_children->Clear();
+  target.m_name = std::move(m_root->m_name);
+  target.m_namespace = std::move(m_root->m_namespace);
+  target.m_text = std::move(m_root->m_text);
+  target.SetElementName(target.m_name.c_str());
+  if (m_root->m_attributes && m_root->m_attributes->GetCount() != 0) {
+    CAttributeCol* attributes = target.GetAttributes().get();
+    for (const CXmlCollection::CNode* node = m_root->m_attributes->GetHead(); node != nullptr;
+         node = node->GetNext()) {
+      attributes->AppendItem(node->GetItem());
+    }
+  }
+  if (m_root->m_children && m_root->m_children->GetCount() != 0) {
+    CElementCol* children = target.ChildCollection();
+    for (const CXmlCollection::CNode* node = m_root->m_children->GetHead(); node != nullptr;
+         node = node->GetNext()) {
+      children->AppendItem(node->GetItem());
+    }
+  }
+  m_root = nullptr;
+}
+
+}  // namespace detail
+}  // namespace OvXmlLib6

@@ -1,0 +1,73 @@
+// CElementReader: reads a document into a CElement tree while the document is parsed. Each
+// element becomes a CElement when its start tag has been read, receives its text at its end tag
+// and is then dropped from the document's tree, so the parse never holds more of the tree than
+// the open elements.
+//
+// The checks are those of reading from a finished tree and come in the same order: an element's
+// namespace against its parent's child collection, then its attributes, in document order. The
+// first one that fails is kept and thrown by Commit, but only after the whole document has
+// parsed, so that a document that is not well-formed reports that first. Until Commit succeeds
+// the target element is not touched.
+#ifndef OVXMLLIB6_SRC_METADATA_ELEMENTREADER_H
+#define OVXMLLIB6_SRC_METADATA_ELEMENTREADER_H
+
+#include "OvXmlLib6/core/SmartPtr.h"
+#include "OvXmlLib6/metadata/Element.h"
+#include "core/ObjectReader.h"
+
+#include <exception>
+#include <string>
+#include <vector>
+
+namespace OvXmlLib6 {
+namespace detail {
+
+class CElementReader final : public CObjectReader {
+ public:
+  explicit CElementReader(CElement& target);
+
+  void OnElementStarted(CXmlElement* element, std::size_t depth) override;
+  bool OnElementEnded(CXmlElement* element, std::size_t depth) override;
+  void Commit() override;
+
+ private:
+  enum class State {
+    Reading,  // building the copy
+    Skipped,  // the document element's namespace is not one the target takes: nothing is read
+    Failed,   // a check failed: the error waits for the end of the parse
+  };
+
+  // Whether the namespace passes the restriction of the target's child collection; the answer
+  // for the last namespace seen is kept, as consecutive elements mostly share theirs.
+  bool ChildNamespaceValid(const std::string& ns);
+  // Appends the attributes of `source` to `element` after checking them against `restriction`.
+  void ReadAttributes(CElement* element, const CXmlElement* source, const std::string& restriction,
+                      const std::string& targetNamespace);
+  void Fail();
+
+  CElement& m_target;
+  State m_state;
+  std::exception_ptr m_error;
+  // The restrictions the target's collections apply: those of its attribute and child
+  // collections when it has them, else its own. Every element below the document element takes
+  // the child collection's.
+  std::string m_attributeRestriction;
+  std::string m_attributeTarget;
+  std::string m_childRestriction;
+  std::string m_childTarget;
+  const std::string* m_lastNamespace;
+  bool m_lastNamespaceValid;
+  // The open elements, the document element first: its copy (a stand-in for the target) and
+  // its source element in the document.
+  struct Frame {
+    CSmartPtr<CElement> element;
+    const CXmlElement* source;
+  };
+  std::vector<Frame> m_open;
+  CSmartPtr<CElement> m_root;
+};
+
+}  // namespace detail
+}  // namespace OvXmlLib6
+
+#endif  // OVXMLLIB6_SRC_METADATA_ELEMENTREADER_H
