@@ -10,6 +10,7 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/core/SerializationContext.h"
+#include "OvXmlLib6/core/SharedString.h"
 #include "OvXmlLib6/core/SmartPtr.h"
 #include "OvXmlLib6/core/XmlObjectBase.h"
 #include "OvXmlLib6/fastinfoset/Encodings.h"

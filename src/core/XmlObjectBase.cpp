@@ -40,7 +40,7 @@ CXmlObjectBase::CNestingGuard::~CNestingGuard() { --t_nestingDepth; }
 CXmlObjectBase::CXmlObjectBase() : m_refCount(0) {}
 
 CXmlObjectBase::CXmlObjectBase(const CXmlObjectBase& other)
-    : IEventSink(other), m_elementName(other.m_elementName), m_refCount(0) {}
+    : IEventSink(other), m_refCount(0), m_elementName(other.m_elementName) {}
 
 CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& other) {
   if (this != &other) m_elementName = other.m_elementName;

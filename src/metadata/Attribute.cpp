@@ -4,6 +4,7 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "metadata/NameCache.h"
 #include "xml/TreeStore.h"
 
 namespace OvXmlLib6 {
@@ -15,27 +16,24 @@ const char* Safe(const char* s) { return s != nullptr ? s : ""; }
 }  // namespace
 
 CAttribute::CAttribute(const char* ns, const char* value, const char* name)
-    : CInstanceMonitor("CAttribute"),
-      m_name(Safe(name)),
-      m_namespace(Safe(ns)),
-      m_value(Safe(value)) {
-  SetElementName(m_name.c_str());
+    : CInstanceMonitor("CAttribute"), m_name(name), m_namespace(ns), m_value(Safe(value)) {
+  SetElementName(m_name);
 }
 
-CAttribute::CAttribute(FromParts, std::string_view ns, std::string_view value,
-                       std::string_view name)
+CAttribute::CAttribute(FromParts, const CSharedString& ns, std::string_view value,
+                       const CSharedString& name)
     : CInstanceMonitor("CAttribute"), m_name(name), m_namespace(ns), m_value(value) {
-  SetElementName(m_name.c_str());
+  SetElementName(m_name);
 }
 
 CAttribute::~CAttribute() = default;
 
 void CAttribute::SetName(const char* name) {
-  m_name = Safe(name);
-  SetElementName(m_name.c_str());
+  m_name = name;
+  SetElementName(m_name);
 }
 
-void CAttribute::SetNamespace(const char* ns) { m_namespace = Safe(ns); }
+void CAttribute::SetNamespace(const char* ns) { m_namespace = ns; }
 
 void CAttribute::SetValue(const char* value) { m_value = Safe(value); }
 
@@ -60,14 +58,27 @@ CAttributeCol::CAttributeCol(const char* elementName, const char* restriction,
                              const char* targetNamespace)
     : CXmlCollection(elementName, "", 0, -1),
       CInstanceMonitor("CAttributeCol"),
-      m_restriction(Safe(restriction)),
-      m_targetNamespace(Safe(targetNamespace)) {}
+      m_restriction(restriction),
+      m_targetNamespace(targetNamespace) {}
+
+CAttributeCol::CAttributeCol(const CSharedString& elementName, const CSharedString& restriction,
+                             const CSharedString& targetNamespace)
+    : CXmlCollection(elementName, CSharedString(), 0, -1),
+      CInstanceMonitor("CAttributeCol"),
+      m_restriction(restriction),
+      m_targetNamespace(targetNamespace) {}
 
 CAttributeCol::~CAttributeCol() = default;
 
 void CAttributeCol::SetNamespaceRestrictions(const char* restriction, const char* targetNamespace) {
-  m_restriction = Safe(restriction);
-  m_targetNamespace = Safe(targetNamespace);
+  m_restriction = restriction;
+  m_targetNamespace = targetNamespace;
+}
+
+void CAttributeCol::SetNamespaceRestrictions(const CSharedString& restriction,
+                                             const CSharedString& targetNamespace) {
+  m_restriction = restriction;
+  m_targetNamespace = targetNamespace;
 }
 
 void CAttributeCol::CheckNamespace(const CAttribute* attribute) const {
@@ -112,11 +123,14 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* parent, CXmlElement* curren
                                         const CXmlSerializationContext& /*context*/,
                                         bool /*flag*/) {
   const CXmlElement* element = parent != nullptr ? parent : current;
-  if (element != nullptr) ReadAttributesOf(element);
+  if (element != nullptr) {
+    detail::CNameCache names;
+    ReadAttributesOf(element, names);
+  }
   return current;
 }
 
-void CAttributeCol::ReadAttributesOf(const CXmlElement* element) {
+void CAttributeCol::ReadAttributesOf(const CXmlElement* element, detail::CNameCache& names) {
   // The values are read from the tree's own storage, which the getters of the tree would turn
   // into strings kept by the document.
   CXmlAttribute* const* attributes = detail::CTreeStore::ElementAttributes(element);
@@ -131,9 +145,8 @@ void CAttributeCol::ReadAttributesOf(const CXmlElement* element) {
     // A value stops at a NUL byte, as it did when it was passed on as a C string.
     std::string_view value = detail::CTreeStore::AttributeValue(attribute);
     value = value.substr(0, value.find('\0'));
-    const std::string& name = attribute->GetLocalName();
-    AppendItem(
-        new CAttribute(CAttribute::FromParts{}, ns.c_str(), value, std::string_view(name.c_str())));
+    AppendItem(new CAttribute(CAttribute::FromParts{}, names.Get(ns), value,
+                              names.Get(attribute->GetLocalName())));
   }
 }
 

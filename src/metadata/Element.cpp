@@ -6,6 +6,7 @@
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
 #include "metadata/ElementReader.h"
+#include "metadata/NameCache.h"
 #include "xml/TreeStore.h"
 
 #include <cstring>
@@ -18,9 +19,15 @@ namespace {
 
 const char* Safe(const char* s) { return s != nullptr ? s : ""; }
 
-// The element name of the collections an element makes for its content.
-constexpr const char* kChildCollectionName = "AnyElement";
-constexpr const char* kAttributeCollectionName = "AnyAttribute";
+// The element name of the collections an element makes for its content, shared by all.
+const CSharedString& ChildCollectionName() {
+  static const CSharedString name("AnyElement");
+  return name;
+}
+const CSharedString& AttributeCollectionName() {
+  static const CSharedString name("AnyAttribute");
+  return name;
+}
 
 bool IsNamespaceKeyword(const char* ns) {
   return std::strcmp(ns, "##any") == 0 || std::strcmp(ns, "##other") == 0 ||
@@ -77,7 +84,8 @@ CElement::CElement(CXmlObjectBase* owner, const char* name) : CInstanceMonitor("
   Init(name, ns.c_str(), "##any", "");
 }
 
-CElement::CElement(ForReading, const std::string& restriction, const std::string& targetNamespace)
+CElement::CElement(ForReading, const CSharedString& restriction,
+                   const CSharedString& targetNamespace)
     : CInstanceMonitor("CElement"),
       m_restriction(restriction),
       m_targetNamespace(targetNamespace) {}
@@ -90,20 +98,20 @@ void CElement::Init(const char* name, const char* ns, const char* restriction,
   RequireRestriction(restriction, targetNamespace);
   TestNamespace(Safe(ns), restriction, targetNamespace);
   m_name = name;
-  m_namespace = Safe(ns);
+  m_namespace = ns;
   m_restriction = restriction;
   m_targetNamespace = targetNamespace;
-  SetElementName(name);
+  SetElementName(m_name);
 }
 
 void CElement::SetName(const char* name) {
-  m_name = Safe(name);
-  SetElementName(m_name.c_str());
+  m_name = name;
+  SetElementName(m_name);
   FireOnChangeName();
 }
 
 void CElement::SetNamespace(const char* ns) {
-  m_namespace = Safe(ns);
+  m_namespace = ns;
   FireOnChangeNamespace();
 }
 
@@ -116,8 +124,8 @@ CSmartPtr<CAttributeCol> CElement::GetAttributes() const {
   // Made on first use: most elements of a large document have no attributes, and an element
   // object is copied in every read.
   if (!m_attributes) {
-    const_cast<CElement*>(this)->m_attributes = new CAttributeCol(
-        kAttributeCollectionName, m_restriction.c_str(), m_targetNamespace.c_str());
+    const_cast<CElement*>(this)->m_attributes =
+        new CAttributeCol(AttributeCollectionName(), m_restriction, m_targetNamespace);
   }
   return m_attributes;
 }
@@ -129,8 +137,8 @@ CElementCol* CElement::ChildCollection() {
 
 CSmartPtr<CElementCol> CElement::GetChildElements() const {
   if (!m_children) {
-    const_cast<CElement*>(this)->m_children = new CElementCol(
-        kChildCollectionName, m_restriction.c_str(), m_targetNamespace.c_str(), 0, -1);
+    const_cast<CElement*>(this)->m_children =
+        new CElementCol(ChildCollectionName(), m_restriction, m_targetNamespace, 0, -1);
   }
   return m_children;
 }
@@ -139,24 +147,24 @@ void CElement::SetNamespaceRestrictions(const char* restriction, const char* tar
   RequireRestriction(restriction, targetNamespace);
   m_restriction = restriction;
   m_targetNamespace = targetNamespace;
-  if (m_attributes) m_attributes->SetNamespaceRestrictions(restriction, targetNamespace);
-  if (m_children) m_children->SetNamespaceRestrictions(restriction, targetNamespace);
+  if (m_attributes) m_attributes->SetNamespaceRestrictions(m_restriction, m_targetNamespace);
+  if (m_children) m_children->SetNamespaceRestrictions(m_restriction, m_targetNamespace);
 }
 
-void CElement::ReadOwnContent(CXmlElement* element, const CXmlSerializationContext& context) {
-  m_name = element->GetLocalName();
-  m_namespace = element->GetNamespaceURI();
+void CElement::ReadOwnContent(CXmlElement* element, detail::CNameCache& names) {
+  m_name = names.Get(element->GetLocalName());
+  m_namespace = names.Get(element->GetNamespaceURI());
   // Copied from the tree's storage: GetText would first make a string kept by the document.
   const std::string_view text = detail::CTreeStore::ElementText(element);
   m_text.assign(text.data(), text.size());
-  SetElementName(m_name.c_str());
+  SetElementName(m_name);
   if (detail::CTreeStore::ElementAttributeCount(element) != 0) {
-    CXmlObjectBase::FromXml_Int(GetAttributes().get(), element, element, context);
+    GetAttributes()->ReadAttributesOf(element, names);
   }
 }
 
 CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current,
-                                   const CXmlSerializationContext& context, bool /*flag*/) {
+                                   const CXmlSerializationContext& /*context*/, bool /*flag*/) {
   if (current == nullptr || !IsNamespaceValid(current->GetNamespaceURI().c_str(),
                                               m_restriction.c_str(), m_targetNamespace.c_str())) {
     return current;
@@ -175,7 +183,8 @@ CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current
     CXmlElement* next;
   };
   std::vector<Frame> stack;
-  ReadOwnContent(current, context);
+  detail::CNameCache names;
+  ReadOwnContent(current, names);
   stack.push_back(Frame{this, current, current->GetFirstElement()});
   while (!stack.empty()) {
     Frame& frame = stack.back();
@@ -199,7 +208,7 @@ CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current
     // The namespace was checked above with the restriction the child receives.
     CSmartPtr<CElement> item =
         new CElement(ForReading{}, children->m_restriction, children->m_targetNamespace);
-    item->ReadOwnContent(child, context);
+    item->ReadOwnContent(child, names);
     stack.push_back(Frame{item, child, child->GetFirstElement()});
   }
   return current->GetNextSiblingElement();
@@ -221,15 +230,19 @@ void CElement::CopyXmlElement(const CXmlElement* element) {
     CSmartPtr<CElement> element;
     const CXmlElement* next;
   };
-  auto copyOwn = [](CElement* target, const CXmlElement* source) {
-    target->m_name = source->GetLocalName();
-    target->m_namespace = source->GetNamespaceURI();
+  detail::CNameCache names;
+  auto copyOwn = [&names](CElement* target, const CXmlElement* source) {
+    target->m_name = names.Get(source->GetLocalName());
+    target->m_namespace = names.Get(source->GetNamespaceURI());
     target->m_text = source->GetText();
-    target->SetElementName(target->m_name.c_str());
+    target->SetElementName(target->m_name);
     for (const CXmlAttribute* attribute : source->GetAttributes()) {
-      target->GetAttributes()->AppendItem(new CAttribute(attribute->GetNamespaceURI().c_str(),
-                                                         attribute->GetValue().c_str(),
-                                                         attribute->GetLocalName().c_str()));
+      // A value stops at a NUL byte, as everywhere else attributes are read.
+      const std::string& value = attribute->GetValue();
+      target->GetAttributes()->AppendItem(
+          new CAttribute(CAttribute::FromParts{}, names.Get(attribute->GetNamespaceURI()),
+                         std::string_view(value).substr(0, value.find('\0')),
+                         names.Get(attribute->GetLocalName())));
     }
   };
   std::vector<Frame> stack;
@@ -247,9 +260,8 @@ void CElement::CopyXmlElement(const CXmlElement* element) {
     frame.next = child->GetNextSiblingElement();
     // The copy takes the namespace as it is: the child is made under "##any" and then given the
     // restriction of its parent.
-    CSmartPtr<CElement> item = new CElement(kChildCollectionName, "", "##any", "");
-    item->SetNamespaceRestrictions(frame.element->m_restriction.c_str(),
-                                   frame.element->m_targetNamespace.c_str());
+    CSmartPtr<CElement> item =
+        new CElement(ForReading{}, frame.element->m_restriction, frame.element->m_targetNamespace);
     copyOwn(item.get(), child);
     stack.push_back(Frame{item, child->GetFirstElement()});
   }
@@ -316,6 +328,13 @@ CElementCol::CElementCol(const char* elementName, const char* restriction,
   m_restriction = restriction;
   m_targetNamespace = targetNamespace;
 }
+
+CElementCol::CElementCol(const CSharedString& elementName, const CSharedString& restriction,
+                         const CSharedString& targetNamespace, int minOccurs, int maxOccurs)
+    : CXmlCollection(elementName, CSharedString(), minOccurs, maxOccurs),
+      CInstanceMonitor("CElementCol"),
+      m_restriction(restriction),
+      m_targetNamespace(targetNamespace) {}
 
 CElementCol::~CElementCol() = default;
 

@@ -34,15 +34,12 @@ bool CElementReader::ChildNamespaceValid(const std::string& ns) {
 }
 
 void CElementReader::ReadAttributes(CElement* element, const CXmlElement* source,
-                                    const std::string& restriction,
-                                    const std::string& targetNamespace) {
+                                    const CSharedString& restriction,
+                                    const CSharedString& targetNamespace) {
   if (CTreeStore::ElementAttributeCount(source) == 0) return;
   CAttributeCol* attributes = element->GetAttributes().get();
-  if (attributes->m_restriction != restriction ||
-      attributes->m_targetNamespace != targetNamespace) {
-    attributes->SetNamespaceRestrictions(restriction.c_str(), targetNamespace.c_str());
-  }
-  attributes->ReadAttributesOf(source);
+  attributes->SetNamespaceRestrictions(restriction, targetNamespace);
+  attributes->ReadAttributesOf(source, m_names);
 }
 
 void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
@@ -64,9 +61,9 @@ void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
     }
     CSmartPtr<CElement> element =
         new CElement(CElement::ForReading{}, m_childRestriction, m_childTarget);
-    element->m_name = source->GetLocalName();
-    element->m_namespace = source->GetNamespaceURI();
-    element->SetElementName(element->m_name.c_str());
+    element->m_name = m_names.Get(source->GetLocalName());
+    element->m_namespace = m_names.Get(source->GetNamespaceURI());
+    element->SetElementName(element->m_name);
     if (depth == 0) {
       ReadAttributes(element.get(), source, m_attributeRestriction, m_attributeTarget);
       m_root = element;
@@ -109,7 +106,7 @@ void CElementReader::Commit() {
   target.m_name = std::move(m_root->m_name);
   target.m_namespace = std::move(m_root->m_namespace);
   target.m_text = std::move(m_root->m_text);
-  target.SetElementName(target.m_name.c_str());
+  target.SetElementName(target.m_name);
   if (m_root->m_attributes && m_root->m_attributes->GetCount() != 0) {
     CAttributeCol* attributes = target.GetAttributes().get();
     for (const CXmlCollection::CNode* node = m_root->m_attributes->GetHead(); node != nullptr;

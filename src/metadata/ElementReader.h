@@ -14,6 +14,7 @@
 #include "OvXmlLib6/core/SmartPtr.h"
 #include "OvXmlLib6/metadata/Element.h"
 #include "core/ObjectReader.h"
+#include "metadata/NameCache.h"
 
 #include <exception>
 #include <string>
@@ -41,8 +42,8 @@ class CElementReader final : public CObjectReader {
   // for the last namespace seen is kept, as consecutive elements mostly share theirs.
   bool ChildNamespaceValid(const std::string& ns);
   // Appends the attributes of `source` to `element` after checking them against `restriction`.
-  void ReadAttributes(CElement* element, const CXmlElement* source, const std::string& restriction,
-                      const std::string& targetNamespace);
+  void ReadAttributes(CElement* element, const CXmlElement* source,
+                      const CSharedString& restriction, const CSharedString& targetNamespace);
   void Fail();
 
   CElement& m_target;
@@ -51,10 +52,11 @@ class CElementReader final : public CObjectReader {
   // The restrictions the target's collections apply: those of its attribute and child
   // collections when it has them, else its own. Every element below the document element takes
   // the child collection's.
-  std::string m_attributeRestriction;
-  std::string m_attributeTarget;
-  std::string m_childRestriction;
-  std::string m_childTarget;
+  CSharedString m_attributeRestriction;
+  CSharedString m_attributeTarget;
+  CSharedString m_childRestriction;
+  CSharedString m_childTarget;
+  CNameCache m_names;
   const std::string* m_lastNamespace;
   bool m_lastNamespaceValid;
   // The open elements, the document element first: its copy (a stand-in for the target) and

@@ -14,6 +14,13 @@ CXmlCollection::CXmlCollection(const char* elementName, const char* ns, int minO
       m_tail(nullptr),
       m_count(0) {}
 
+CXmlCollection::CXmlCollection(const CSharedString& elementName, const CSharedString& ns,
+                               int minOccurs, int maxOccurs)
+    : CXmlCollectionBase(elementName, ns, minOccurs, maxOccurs),
+      m_head(nullptr),
+      m_tail(nullptr),
+      m_count(0) {}
+
 CXmlCollection::~CXmlCollection() {
   while (m_head != nullptr) {
     // A destructor cannot pass on a listener's exception: the node goes regardless.

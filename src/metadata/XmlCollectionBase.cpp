@@ -6,24 +6,22 @@
 
 namespace OvXmlLib6 {
 
-namespace {
-
-std::string Text(const char* s) { return s != nullptr ? std::string(s) : std::string(); }
-
-}  // namespace
-
 CXmlCollectionBase::CXmlCollectionBase()
     : m_minOccurs(0), m_maxOccurs(-1), m_firing(0), m_listenersRemoved(false) {}
 
 CXmlCollectionBase::CXmlCollectionBase(const char* elementName, const char* ns, int minOccurs,
                                        int maxOccurs)
-    : m_elementName(Text(elementName)),
-      m_elementNamespace(Text(ns)),
+    : CXmlCollectionBase(CSharedString(elementName), CSharedString(ns), minOccurs, maxOccurs) {}
+
+CXmlCollectionBase::CXmlCollectionBase(const CSharedString& elementName, const CSharedString& ns,
+                                       int minOccurs, int maxOccurs)
+    : m_elementName(elementName),
+      m_elementNamespace(ns),
       m_minOccurs(minOccurs),
       m_maxOccurs(maxOccurs),
       m_firing(0),
       m_listenersRemoved(false) {
-  SetElementName(m_elementName.c_str());
+  SetElementName(m_elementName);
 }
 
 CXmlCollectionBase::CXmlCollectionBase(const CXmlCollectionBase& other)

@@ -24,6 +24,7 @@
 #include "OvXmlLib6/core/Enums.h"
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/SerializationContext.h"
+#include "OvXmlLib6/core/SharedString.h"
 #include "OvXmlLib6/types/BinaryData.h"
 
 #include <atomic>
@@ -190,8 +191,10 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   // tree. The default returns null.
   virtual detail::CObjectReader* NewObjectReader(const CXmlSerializationContext& bindContext);
 
-  const std::string& GetElementName() const { return m_elementName; }
+  const std::string& GetElementName() const { return m_elementName.str(); }
   void SetElementName(const char* name);
+  // Shares the name's text: objects made in numbers pass one name to all of them.
+  void SetElementName(const CSharedString& name) { m_elementName = name; }
   static void SetElementName(CXmlObjectBase* object, const char* name);
 
   // Reach the protected operations of another object; each counts one level of nesting. Null
@@ -255,8 +258,8 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   void LoadAndRead(const CXmlSerializationContext& parseContext,
                    const CXmlSerializationContext& bindContext, Load load);
 
-  std::string m_elementName;
   std::atomic<std::int32_t> m_refCount;
+  CSharedString m_elementName;
 };
 
 }  // namespace OvXmlLib6

@@ -26,7 +26,8 @@ namespace OvXmlLib6 {
 
 namespace detail {
 class CElementReader;
-}
+class CNameCache;
+}  // namespace detail
 
 class OVXML_API CAttribute : public CXmlObjectBase, private CInstanceMonitor {
  public:
@@ -60,13 +61,14 @@ class OVXML_API CAttribute : public CXmlObjectBase, private CInstanceMonitor {
 
  private:
   friend class CAttributeCol;
+  friend class CElement;
 
-  // For readers: the parts are copied as they are, with no conversion from C strings.
+  // For readers: the names are shared, the value copied as it is.
   struct FromParts {};
-  CAttribute(FromParts, std::string_view ns, std::string_view value, std::string_view name);
+  CAttribute(FromParts, const CSharedString& ns, std::string_view value, const CSharedString& name);
 
-  std::string m_name;
-  std::string m_namespace;
+  CSharedString m_name;
+  CSharedString m_namespace;
   std::string m_value;
 };
 
@@ -77,6 +79,8 @@ class OVXML_API CAttributeCol : public CXmlCollection, private CInstanceMonitor 
 
   // Null strings are taken as empty ones.
   CAttributeCol(const char* elementName, const char* restriction, const char* targetNamespace);
+  CAttributeCol(const CSharedString& elementName, const CSharedString& restriction,
+                const CSharedString& targetNamespace);
   ~CAttributeCol() override;
 
   // Each checks the attribute's namespace against the restriction first (COvInvalidNamespace-
@@ -97,8 +101,8 @@ class OVXML_API CAttributeCol : public CXmlCollection, private CInstanceMonitor 
   iterator begin() const { return iterator(GetHead()); }
   iterator end() const { return iterator(); }
 
-  const std::string& GetNamespaceRestriction() const { return m_restriction; }
-  const std::string& GetRestrictionTargetNamespace() const { return m_targetNamespace; }
+  const std::string& GetNamespaceRestriction() const { return m_restriction.str(); }
+  const std::string& GetRestrictionTargetNamespace() const { return m_targetNamespace.str(); }
   void SetNamespaceRestrictions(const char* restriction, const char* targetNamespace);
 
  protected:
@@ -117,11 +121,13 @@ class OVXML_API CAttributeCol : public CXmlCollection, private CInstanceMonitor 
 
   void CheckNamespace(const CAttribute* attribute) const;
   // Appends the attributes of the element in document order, each checked first against the
-  // restriction (see FromXml_Int).
-  void ReadAttributesOf(const CXmlElement* element);
+  // restriction (see FromXml_Int); their names come from the cache.
+  void ReadAttributesOf(const CXmlElement* element, detail::CNameCache& names);
+  void SetNamespaceRestrictions(const CSharedString& restriction,
+                                const CSharedString& targetNamespace);
 
-  std::string m_restriction;
-  std::string m_targetNamespace;
+  CSharedString m_restriction;
+  CSharedString m_targetNamespace;
 };
 
 }  // namespace OvXmlLib6

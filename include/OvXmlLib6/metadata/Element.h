@@ -32,7 +32,8 @@ namespace OvXmlLib6 {
 class CElementCol;
 namespace detail {
 class CElementReader;
-}
+class CNameCache;
+}  // namespace detail
 
 class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
  public:
@@ -63,8 +64,8 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   CSmartPtr<CAttributeCol> GetAttributes() const;
   CSmartPtr<CElementCol> GetChildElements() const;
 
-  const std::string& GetNamespaceRestriction() const { return m_restriction; }
-  const std::string& GetRestrictionTargetNamespace() const { return m_targetNamespace; }
+  const std::string& GetNamespaceRestriction() const { return m_restriction.str(); }
+  const std::string& GetRestrictionTargetNamespace() const { return m_targetNamespace.str(); }
   // Sets the restriction of this element and of its attribute and child collections.
   void SetNamespaceRestrictions(const char* restriction, const char* targetNamespace);
 
@@ -103,22 +104,22 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   // For reading: a child element made under its parent's restriction, whose namespace the
   // reader has already checked against it. The name and namespace are set by ReadOwnContent.
   struct ForReading {};
-  CElement(ForReading, const std::string& restriction, const std::string& targetNamespace);
+  CElement(ForReading, const CSharedString& restriction, const CSharedString& targetNamespace);
 
   void Init(const char* name, const char* ns, const char* restriction, const char* targetNamespace);
   CElementCol* ChildCollection();
   // Reads the name, namespace, text and attributes of `element` (not the children).
-  void ReadOwnContent(CXmlElement* element, const CXmlSerializationContext& context);
+  void ReadOwnContent(CXmlElement* element, detail::CNameCache& names);
   // Starts the element on the writer: start tag and attributes (and the root's extras).
   void WriteStart(CXmlWriter* writer, bool isRoot, const CXmlSerializationContext& context) const;
 
-  std::string m_name;
-  std::string m_namespace;
+  CSharedString m_name;
+  CSharedString m_namespace;
+  CSharedString m_restriction;
+  CSharedString m_targetNamespace;
   std::string m_text;
   CSmartPtr<CAttributeCol> m_attributes;
   CSmartPtr<CElementCol> m_children;
-  std::string m_restriction;
-  std::string m_targetNamespace;
 };
 
 class OVXML_API CElementCol : public CXmlCollection, private CInstanceMonitor {
@@ -130,6 +131,8 @@ class OVXML_API CElementCol : public CXmlCollection, private CInstanceMonitor {
   // CElement).
   CElementCol(const char* elementName, const char* restriction, const char* targetNamespace,
               int minOccurs, int maxOccurs);
+  CElementCol(const CSharedString& elementName, const CSharedString& restriction,
+              const CSharedString& targetNamespace, int minOccurs, int maxOccurs);
   ~CElementCol() override;
 
   // Appends the element; its namespace must satisfy the collection's restriction.
@@ -151,8 +154,8 @@ class OVXML_API CElementCol : public CXmlCollection, private CInstanceMonitor {
   iterator begin() const { return iterator(GetHead()); }
   iterator end() const { return iterator(); }
 
-  const std::string& GetNamespaceRestriction() const { return m_restriction; }
-  const std::string& GetRestrictionTargetNamespace() const { return m_targetNamespace; }
+  const std::string& GetNamespaceRestriction() const { return m_restriction.str(); }
+  const std::string& GetRestrictionTargetNamespace() const { return m_targetNamespace.str(); }
   void SetNamespaceRestrictions(const char* restriction, const char* targetNamespace);
 
  protected:
@@ -166,9 +169,14 @@ class OVXML_API CElementCol : public CXmlCollection, private CInstanceMonitor {
   friend class detail::CElementReader;
 
   void CheckNamespace(const CElement* element) const;
+  void SetNamespaceRestrictions(const CSharedString& restriction,
+                                const CSharedString& targetNamespace) {
+    m_restriction = restriction;
+    m_targetNamespace = targetNamespace;
+  }
 
-  std::string m_restriction;
-  std::string m_targetNamespace;
+  CSharedString m_restriction;
+  CSharedString m_targetNamespace;
 };
 
 }  // namespace OvXmlLib6

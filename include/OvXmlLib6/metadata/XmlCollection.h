@@ -42,6 +42,8 @@ class OVXML_API CXmlCollection : public CXmlCollectionBase {
 
   CXmlCollection();
   CXmlCollection(const char* elementName, const char* ns, int minOccurs, int maxOccurs);
+  CXmlCollection(const CSharedString& elementName, const CSharedString& ns, int minOccurs,
+                 int maxOccurs);
   // Items cannot be shared by two lists by copying the list.
   CXmlCollection(const CXmlCollection&) = delete;
   CXmlCollection& operator=(const CXmlCollection&) = delete;

@@ -24,6 +24,8 @@ class OVXML_API CXmlCollectionBase : public CXmlObjectBase {
   CXmlCollectionBase();
   // Null strings are taken as empty ones.
   CXmlCollectionBase(const char* elementName, const char* ns, int minOccurs, int maxOccurs);
+  CXmlCollectionBase(const CSharedString& elementName, const CSharedString& ns, int minOccurs,
+                     int maxOccurs);
   // Copies names and limits; the copy starts without listeners, since listeners watch one
   // particular collection.
   CXmlCollectionBase(const CXmlCollectionBase& other);
@@ -33,7 +35,7 @@ class OVXML_API CXmlCollectionBase : public CXmlObjectBase {
   // The namespace of the items' elements.
   std::string GetNamespace() const override { return m_elementNamespace; }
   // The local name of the items' elements.
-  const std::string& GetCollectionElementName() const { return m_elementName; }
+  const std::string& GetCollectionElementName() const { return m_elementName.str(); }
 
   int GetMinOccurs() const { return m_minOccurs; }
   int GetMaxOccurs() const { return m_maxOccurs; }
@@ -79,8 +81,8 @@ class OVXML_API CXmlCollectionBase : public CXmlObjectBase {
   template <typename Send>
   void FireToListeners(Send send);
 
-  std::string m_elementName;
-  std::string m_elementNamespace;
+  CSharedString m_elementName;
+  CSharedString m_elementNamespace;
   std::vector<IEventSink*> m_listeners;
   std::int32_t m_minOccurs;
   std::int32_t m_maxOccurs;

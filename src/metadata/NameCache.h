@@ -1,0 +1,44 @@
+// CNameCache: the shared strings of the names a reader copies out of a document. The document
+// interns its names, so one name is one std::string for the whole document; the cache maps the
+// address of that string to one CSharedString, and every object read from the document shares
+// it. Direct-mapped: a collision only costs a new shared string.
+//
+// The names must stay where they are while the cache is in use (a document's names do until it
+// is loaded again or destroyed).
+#ifndef OVXMLLIB6_SRC_METADATA_NAMECACHE_H
+#define OVXMLLIB6_SRC_METADATA_NAMECACHE_H
+
+#include "OvXmlLib6/core/SharedString.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace OvXmlLib6 {
+namespace detail {
+
+class CNameCache {
+ public:
+  const CSharedString& Get(const std::string& interned) {
+    // The low bits of an address into the name records carry little information.
+    Entry& entry = m_entries[(reinterpret_cast<std::uintptr_t>(&interned) >> 4) % kEntries];
+    if (entry.key != &interned) {
+      entry.value = CSharedString(interned);
+      entry.key = &interned;
+    }
+    return entry.value;
+  }
+
+ private:
+  static constexpr std::size_t kEntries = 256;
+  struct Entry {
+    const std::string* key = nullptr;
+    CSharedString value;
+  };
+  Entry m_entries[kEntries];
+};
+
+}  // namespace detail
+}  // namespace OvXmlLib6
+
+#endif  // OVXMLLIB6_SRC_METADATA_NAMECACHE_H
