@@ -16,22 +16,19 @@ const char* Safe(const char* s) { return s != nullptr ? s : ""; }
 }  // namespace
 
 CAttribute::CAttribute(const char* ns, const char* value, const char* name)
-    : CInstanceMonitor("CAttribute"), m_name(name), m_namespace(ns), m_value(Safe(value)) {
-  SetElementName(m_name);
+    : CInstanceMonitor("CAttribute"), m_namespace(ns), m_value(Safe(value)) {
+  SetElementName(name);
 }
 
 CAttribute::CAttribute(FromParts, const CSharedString& ns, std::string_view value,
                        const CSharedString& name)
-    : CInstanceMonitor("CAttribute"), m_name(name), m_namespace(ns), m_value(value) {
-  SetElementName(m_name);
+    : CInstanceMonitor("CAttribute"), m_namespace(ns), m_value(value) {
+  SetElementName(name);
 }
 
 CAttribute::~CAttribute() = default;
 
-void CAttribute::SetName(const char* name) {
-  m_name = name;
-  SetElementName(m_name);
-}
+void CAttribute::SetName(const char* name) { SetElementName(name); }
 
 void CAttribute::SetNamespace(const char* ns) { m_namespace = ns; }
 
@@ -41,12 +38,12 @@ std::string CAttribute::GetTargetNamespace() const { return std::string(); }
 
 void CAttribute::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,
                            const CXmlSerializationContext& /*context*/, bool /*flag*/) const {
-  writer->WriteAttribute(m_name.c_str(), m_namespace.c_str(), m_value.c_str());
+  writer->WriteAttribute(GetElementName().c_str(), m_namespace.c_str(), m_value.c_str());
 }
 
 void CAttribute::AttributesToXml_Int(CXmlWriter* writer,
                                      const CXmlSerializationContext& /*context*/) const {
-  writer->WriteAttribute(m_name.c_str(), m_namespace.c_str(), m_value.c_str());
+  writer->WriteAttribute(GetElementName().c_str(), m_namespace.c_str(), m_value.c_str());
 }
 
 CXmlElement* CAttribute::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* /*current*/,

@@ -19,16 +19,6 @@ namespace {
 
 const char* Safe(const char* s) { return s != nullptr ? s : ""; }
 
-// The element name of the collections an element makes for its content, shared by all.
-const CSharedString& ChildCollectionName() {
-  static const CSharedString name("AnyElement");
-  return name;
-}
-const CSharedString& AttributeCollectionName() {
-  static const CSharedString name("AnyAttribute");
-  return name;
-}
-
 bool IsNamespaceKeyword(const char* ns) {
   return std::strcmp(ns, "##any") == 0 || std::strcmp(ns, "##other") == 0 ||
          std::strcmp(ns, "##local") == 0 || std::strcmp(ns, "##targetNamespace") == 0;
@@ -92,21 +82,29 @@ CElement::CElement(ForReading, const CSharedString& restriction,
 
 CElement::~CElement() = default;
 
+const CSharedString& CElement::ChildCollectionName() {
+  static const CSharedString name("AnyElement");
+  return name;
+}
+
+const CSharedString& CElement::AttributeCollectionName() {
+  static const CSharedString name("AnyAttribute");
+  return name;
+}
+
 void CElement::Init(const char* name, const char* ns, const char* restriction,
                     const char* targetNamespace) {
   if (name == nullptr) throw COvInvalidNamespaceException("Element Name must have a value");
   RequireRestriction(restriction, targetNamespace);
   TestNamespace(Safe(ns), restriction, targetNamespace);
-  m_name = name;
   m_namespace = ns;
   m_restriction = restriction;
   m_targetNamespace = targetNamespace;
-  SetElementName(m_name);
+  SetElementName(name);
 }
 
 void CElement::SetName(const char* name) {
-  m_name = name;
-  SetElementName(m_name);
+  SetElementName(name);
   FireOnChangeName();
 }
 
@@ -152,12 +150,11 @@ void CElement::SetNamespaceRestrictions(const char* restriction, const char* tar
 }
 
 void CElement::ReadOwnContent(CXmlElement* element, detail::CNameCache& names) {
-  m_name = names.Get(element->GetLocalName());
+  SetElementName(names.Get(element->GetLocalName()));
   m_namespace = names.Get(element->GetNamespaceURI());
   // Copied from the tree's storage: GetText would first make a string kept by the document.
   const std::string_view text = detail::CTreeStore::ElementText(element);
   m_text.assign(text.data(), text.size());
-  SetElementName(m_name);
   if (detail::CTreeStore::ElementAttributeCount(element) != 0) {
     GetAttributes()->ReadAttributesOf(element, names);
   }
@@ -232,10 +229,9 @@ void CElement::CopyXmlElement(const CXmlElement* element) {
   };
   detail::CNameCache names;
   auto copyOwn = [&names](CElement* target, const CXmlElement* source) {
-    target->m_name = names.Get(source->GetLocalName());
+    target->SetElementName(names.Get(source->GetLocalName()));
     target->m_namespace = names.Get(source->GetNamespaceURI());
     target->m_text = source->GetText();
-    target->SetElementName(target->m_name);
     for (const CXmlAttribute* attribute : source->GetAttributes()) {
       // A value stops at a NUL byte, as everywhere else attributes are read.
       const std::string& value = attribute->GetValue();
@@ -279,7 +275,7 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
     const std::string defaultNamespace = context.GetDefaultNamespaceURI();
     if (!defaultNamespace.empty()) writer->SetDefaultNamespace(defaultNamespace.c_str());
   }
-  writer->WriteStartElement(m_name.c_str(), m_namespace.c_str());
+  writer->WriteStartElement(GetElementName().c_str(), m_namespace.c_str());
   if (isRoot) {
     CSmartPtr<CAttributeCol> extra = context.GetAdditionalRootAttributes();
     if (extra) CXmlObjectBase::AttributesToXml_Int(extra.get(), writer, context);

@@ -37,7 +37,11 @@ void CElementReader::ReadAttributes(CElement* element, const CXmlElement* source
                                     const CSharedString& restriction,
                                     const CSharedString& targetNamespace) {
   if (CTreeStore::ElementAttributeCount(source) == 0) return;
-  CAttributeCol* attributes = element->GetAttributes().get();
+  if (!element->m_attributes) {
+    element->m_attributes =
+        new CAttributeCol(CElement::AttributeCollectionName(), restriction, targetNamespace);
+  }
+  CAttributeCol* attributes = element->m_attributes.get();
   attributes->SetNamespaceRestrictions(restriction, targetNamespace);
   attributes->ReadAttributesOf(source, m_names);
 }
@@ -59,30 +63,32 @@ void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
                                                 source->GetLocalName().c_str(),
                                                 m_open.back().source->GetLocalName().c_str()));
     }
-    CSmartPtr<CElement> element =
-        new CElement(CElement::ForReading{}, m_childRestriction, m_childTarget);
-    element->m_name = m_names.Get(source->GetLocalName());
-    element->m_namespace = m_names.Get(source->GetNamespaceURI());
-    element->SetElementName(element->m_name);
+    CElement* element = new CElement(CElement::ForReading{}, m_childRestriction, m_childTarget);
+    // Held at once, by the parent's children (in document order) or as the root, so that a
+    // failure below releases it with the rest.
     if (depth == 0) {
-      ReadAttributes(element.get(), source, m_attributeRestriction, m_attributeTarget);
       m_root = element;
     } else {
-      ReadAttributes(element.get(), source, m_childRestriction, m_childTarget);
+      m_open.back().element->ChildCollection()->AppendItem(element);
     }
-    m_open.push_back(Frame{std::move(element), source});
+    element->SetElementName(m_names.Get(source->GetLocalName()));
+    element->m_namespace = m_names.Get(source->GetNamespaceURI());
+    if (depth == 0) {
+      ReadAttributes(element, source, m_attributeRestriction, m_attributeTarget);
+    } else {
+      ReadAttributes(element, source, m_childRestriction, m_childTarget);
+    }
+    m_open.push_back(Frame{element, source});
   } catch (const COvException&) {
     Fail();
   }
 }
 
-bool CElementReader::OnElementEnded(CXmlElement* source, std::size_t depth) {
+bool CElementReader::OnElementEnded(CXmlElement* source, std::size_t /*depth*/) {
   if (m_state == State::Reading) {
-    CSmartPtr<CElement> done = std::move(m_open.back().element);
-    m_open.pop_back();
     const std::string_view text = CTreeStore::ElementText(source);
-    done->m_text.assign(text.data(), text.size());
-    if (depth != 0) m_open.back().element->ChildCollection()->AppendItem(done.get());
+    m_open.back().element->m_text.assign(text.data(), text.size());
+    m_open.pop_back();
   }
   // Everything the element held has been copied: the document can let it go.
   return true;
@@ -103,10 +109,9 @@ void CElementReader::Commit() {
   // Reading replaces the content in place, with the events of the target's collections.
   if (target.m_attributes) target.m_attributes->Clear();
   if (target.m_children) target.m_children->Clear();
-  target.m_name = std::move(m_root->m_name);
+  target.SetElementName(m_root->SharedElementName());
   target.m_namespace = std::move(m_root->m_namespace);
   target.m_text = std::move(m_root->m_text);
-  target.SetElementName(target.m_name);
   if (m_root->m_attributes && m_root->m_attributes->GetCount() != 0) {
     CAttributeCol* attributes = target.GetAttributes().get();
     for (const CXmlCollection::CNode* node = m_root->m_attributes->GetHead(); node != nullptr;

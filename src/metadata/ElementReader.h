@@ -59,10 +59,10 @@ class CElementReader final : public CObjectReader {
   CNameCache m_names;
   const std::string* m_lastNamespace;
   bool m_lastNamespaceValid;
-  // The open elements, the document element first: its copy (a stand-in for the target) and
-  // its source element in the document.
+  // The open elements, the document element first: the copy and its source element in the
+  // document. The copy of the document element (a stand-in for the target) holds the others.
   struct Frame {
-    CSmartPtr<CElement> element;
+    CElement* element;
     const CXmlElement* source;
   };
   std::vector<Frame> m_open;

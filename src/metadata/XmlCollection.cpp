@@ -50,7 +50,15 @@ void CXmlCollection::RequireItem(const CXmlObjectBase* item) {
 }
 
 void CXmlCollection::InsertBetween(CNode* previous, CNode* next, CXmlObjectBase* item) {
-  CNode* node = new CNode(item, previous, next);
+  CNode* node;
+  try {
+    node = new CNode(item, previous, next);
+  } catch (...) {
+    // An item that nobody holds is deleted rather than leaked; a held one keeps its count.
+    item->AddRef();
+    item->Release();
+    throw;
+  }
   item->AddRef();
   if (previous != nullptr) {
     previous->m_next = node;
@@ -67,6 +75,11 @@ void CXmlCollection::InsertBetween(CNode* previous, CNode* next, CXmlObjectBase*
 
 void CXmlCollection::AppendItem(CXmlObjectBase* item) {
   RequireItem(item);
+  if (!HasEventListeners()) {
+    // Nothing can run between the checks and the link: no hold is needed.
+    InsertBetween(m_tail, nullptr, item);
+    return;
+  }
   CSmartPtr<CXmlObjectBase> hold(item);
   FireOnCollectionAdd(item);
   InsertBetween(m_tail, nullptr, item);

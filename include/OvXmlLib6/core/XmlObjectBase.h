@@ -195,6 +195,7 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   void SetElementName(const char* name);
   // Shares the name's text: objects made in numbers pass one name to all of them.
   void SetElementName(const CSharedString& name) { m_elementName = name; }
+  const CSharedString& SharedElementName() const { return m_elementName; }
   static void SetElementName(CXmlObjectBase* object, const char* name);
 
   // Reach the protected operations of another object; each counts one level of nesting. Null

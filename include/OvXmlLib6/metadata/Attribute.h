@@ -39,7 +39,7 @@ class OVXML_API CAttribute : public CXmlObjectBase, private CInstanceMonitor {
 
   CXmlObjectBase* GetBase() override { return this; }
 
-  std::string GetName() const { return m_name; }
+  std::string GetName() const { return GetElementName(); }
   void SetName(const char* name);
   std::string GetNamespace() const override { return m_namespace; }
   void SetNamespace(const char* ns);
@@ -67,7 +67,7 @@ class OVXML_API CAttribute : public CXmlObjectBase, private CInstanceMonitor {
   struct FromParts {};
   CAttribute(FromParts, const CSharedString& ns, std::string_view value, const CSharedString& name);
 
-  CSharedString m_name;
+  // The name is the object's element name.
   CSharedString m_namespace;
   std::string m_value;
 };

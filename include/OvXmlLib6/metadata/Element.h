@@ -54,7 +54,7 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
 
   CXmlObjectBase* GetBase() override { return this; }
 
-  std::string GetName() const { return m_name; }
+  std::string GetName() const { return GetElementName(); }
   void SetName(const char* name);
   std::string GetNamespace() const override { return m_namespace; }
   void SetNamespace(const char* ns);
@@ -107,13 +107,16 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   CElement(ForReading, const CSharedString& restriction, const CSharedString& targetNamespace);
 
   void Init(const char* name, const char* ns, const char* restriction, const char* targetNamespace);
+  // The element names of the collections made for the content, shared by all elements.
+  static const CSharedString& ChildCollectionName();
+  static const CSharedString& AttributeCollectionName();
   CElementCol* ChildCollection();
   // Reads the name, namespace, text and attributes of `element` (not the children).
   void ReadOwnContent(CXmlElement* element, detail::CNameCache& names);
   // Starts the element on the writer: start tag and attributes (and the root's extras).
   void WriteStart(CXmlWriter* writer, bool isRoot, const CXmlSerializationContext& context) const;
 
-  CSharedString m_name;
+  // The name is the object's element name.
   CSharedString m_namespace;
   CSharedString m_restriction;
   CSharedString m_targetNamespace;
