@@ -84,9 +84,9 @@ void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
   }
 }
 
-bool CElementReader::OnElementEnded(CXmlElement* source, std::size_t /*depth*/) {
+bool CElementReader::OnElementEnded(CXmlElement* /*source*/, std::size_t /*depth*/,
+                                    std::string_view text) {
   if (m_state == State::Reading) {
-    const std::string_view text = CTreeStore::ElementText(source);
     m_open.back().element->m_text.assign(text.data(), text.size());
     m_open.pop_back();
   }
@@ -113,18 +113,10 @@ void CElementReader::Commit() {
   target.m_namespace = std::move(m_root->m_namespace);
   target.m_text = std::move(m_root->m_text);
   if (m_root->m_attributes && m_root->m_attributes->GetCount() != 0) {
-    CAttributeCol* attributes = target.GetAttributes().get();
-    for (const CXmlCollection::CNode* node = m_root->m_attributes->GetHead(); node != nullptr;
-         node = node->GetNext()) {
-      attributes->AppendItem(node->GetItem());
-    }
+    target.GetAttributes()->TakeItemsOf(*m_root->m_attributes);
   }
   if (m_root->m_children && m_root->m_children->GetCount() != 0) {
-    CElementCol* children = target.ChildCollection();
-    for (const CXmlCollection::CNode* node = m_root->m_children->GetHead(); node != nullptr;
-         node = node->GetNext()) {
-      children->AppendItem(node->GetItem());
-    }
+    target.ChildCollection()->TakeItemsOf(*m_root->m_children);
   }
   m_root = nullptr;
 }

@@ -28,7 +28,7 @@ class CElementReader final : public CObjectReader {
   explicit CElementReader(CElement& target);
 
   void OnElementStarted(CXmlElement* element, std::size_t depth) override;
-  bool OnElementEnded(CXmlElement* element, std::size_t depth) override;
+  bool OnElementEnded(CXmlElement* element, std::size_t depth, std::string_view text) override;
   void Commit() override;
 
  private:

@@ -183,6 +183,28 @@ void CXmlCollection::RemoveNode(CNode* node) {
   FireOnCollectionChange();
 }
 
+void CXmlCollection::TakeItemsOf(CXmlCollection& other) {
+  if (&other == this) return;
+  if (!HasEventListeners() && !other.HasEventListeners()) {
+    if (other.m_head == nullptr) return;
+    other.m_head->m_previous = m_tail;
+    if (m_tail != nullptr) {
+      m_tail->m_next = other.m_head;
+    } else {
+      m_head = other.m_head;
+    }
+    m_tail = other.m_tail;
+    m_count += other.m_count;
+    other.m_head = other.m_tail = nullptr;
+    other.m_count = 0;
+    return;
+  }
+  while (other.m_head != nullptr) {
+    AppendItem(other.m_head->m_item);
+    other.RemoveNode(other.m_head);
+  }
+}
+
 void CXmlCollection::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,
                                const CXmlSerializationContext& context, bool flag) const {
   const std::string ns = GetNamespace();

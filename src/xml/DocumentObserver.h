@@ -6,6 +6,7 @@
 #define OVXMLLIB6_SRC_XML_DOCUMENTOBSERVER_H
 
 #include <cstddef>
+#include <string_view>
 
 namespace OvXmlLib6 {
 
@@ -24,9 +25,10 @@ class CDocumentObserver {
   // Called once the start tag of `element` has been read, attributes included; the document
   // element has depth 0. The element's text is not known yet.
   virtual void OnElementStarted(CXmlElement* element, std::size_t depth) = 0;
-  // Called after the end tag, with the element's text complete. Returning true removes the
-  // element from the tree and destroys it (the document element is never removed).
-  virtual bool OnElementEnded(CXmlElement* element, std::size_t depth) = 0;
+  // Called after the end tag with the element's whole text, which the element itself holds
+  // only if it stays. Returning true removes the element from the tree and destroys it (the
+  // document element is never removed).
+  virtual bool OnElementEnded(CXmlElement* element, std::size_t depth, std::string_view text) = 0;
 
   // Attaches the observer to the next loads of the document (null detaches it).
   static void Attach(CXmlDocument& document, CDocumentObserver* observer);

@@ -367,16 +367,31 @@ void CXmlDocument::EndElement() {
   CXmlElement* element = m_elementStack.back();
   CXmlElement* previous = m_store->previousSiblings.back();
   std::string& pending = m_store->pendingText[m_elementStack.size() - 1];
-  if (!pending.empty()) {
-    m_store->AppendText(element->m_text, pending.data(), pending.size());
-    pending.clear();
-    if (pending.capacity() > kKeptPendingCapacity) std::string().swap(pending);
-  }
+  // The gathered text is emptied whatever happens below; a large buffer is given back.
+  struct ResetPending {
+    std::string& text;
+    ~ResetPending() {
+      text.clear();
+      if (text.capacity() > kKeptPendingCapacity) std::string().swap(text);
+    }
+  } reset{pending};
   m_elementStack.pop_back();
   m_store->previousSiblings.pop_back();
-  const bool remove = m_observer != nullptr
-                          ? m_observer->OnElementEnded(element, m_elementStack.size())
-                          : m_callback != nullptr && m_callback(element);
+  bool remove;
+  if (m_observer != nullptr && element->m_text == 0) {
+    // The observer reads the text where it was gathered; the element stores it only if it
+    // stays in the tree.
+    remove = m_observer->OnElementEnded(element, m_elementStack.size(), pending);
+    if (!remove && !pending.empty()) {
+      m_store->AppendText(element->m_text, pending.data(), pending.size());
+    }
+  } else {
+    if (!pending.empty()) m_store->AppendText(element->m_text, pending.data(), pending.size());
+    remove = m_observer != nullptr
+                 ? m_observer->OnElementEnded(element, m_elementStack.size(),
+                                              detail::CTreeStore::ElementText(element))
+                 : m_callback != nullptr && m_callback(element);
+  }
   if (!remove) return;
   // The document element is never removed: the document would be left without a root.
   if (m_elementStack.empty()) return;

@@ -81,6 +81,9 @@ class OVXML_API CXmlCollection : public CXmlCollectionBase {
   CNode* GetNodeForItem(const CXmlObjectBase* item) const;
   // Unlinks and frees the node, releasing its item. The node must belong to this list.
   void RemoveNode(CNode* node);
+  // Appends the items of `other` in order and empties it, each move with the events of both
+  // lists; when neither has listeners the nodes themselves change lists.
+  void TakeItemsOf(CXmlCollection& other);
 
   // Writes the items in order; each item writes its own element.
   void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* ns,
