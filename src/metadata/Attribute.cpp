@@ -4,6 +4,7 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "metadata/AttributeRecords.h"
 #include "metadata/NameCache.h"
 #include "xml/TreeStore.h"
 
@@ -128,23 +129,14 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* parent, CXmlElement* curren
 }
 
 void CAttributeCol::ReadAttributesOf(const CXmlElement* element, detail::CNameCache& names) {
-  // The values are read from the tree's own storage, which the getters of the tree would turn
-  // into strings kept by the document.
-  CXmlAttribute* const* attributes = detail::CTreeStore::ElementAttributes(element);
-  for (std::size_t i = 0, n = detail::CTreeStore::ElementAttributeCount(element); i < n; ++i) {
-    const CXmlAttribute* attribute = attributes[i];
-    const std::string& ns = attribute->GetNamespaceURI();
-    if (!IsNamespaceValid(ns.c_str(), m_restriction.c_str(), m_targetNamespace.c_str())) {
-      throw COvInvalidNamespaceException(
-          FormatString("Invalid Attribute [%s]. The attributes namespace is Inappropriate.",
-                       attribute->GetLocalName().c_str()));
-    }
-    // A value stops at a NUL byte, as it did when it was passed on as a C string.
-    std::string_view value = detail::CTreeStore::AttributeValue(attribute);
-    value = value.substr(0, value.find('\0'));
-    AppendItem(new CAttribute(CAttribute::FromParts{}, names.Get(ns), value,
-                              names.Get(attribute->GetLocalName())));
-  }
+  detail::ReadElementAttributes(
+      element,
+      [this](const std::string& ns) {
+        return IsNamespaceValid(ns.c_str(), m_restriction.c_str(), m_targetNamespace.c_str());
+      },
+      [this, &names](const std::string& ns, const std::string& name, std::string_view value) {
+        AppendItem(new CAttribute(CAttribute::FromParts{}, names.Get(ns), value, names.Get(name)));
+      });
 }
 
 void CAttributeCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,

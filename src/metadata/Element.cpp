@@ -5,6 +5,7 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "metadata/AttributeRecords.h"
 #include "metadata/ElementReader.h"
 #include "metadata/NameCache.h"
 #include "xml/TreeStore.h"
@@ -80,7 +81,7 @@ CElement::CElement(ForReading, const CSharedString& restriction,
       m_restriction(restriction),
       m_targetNamespace(targetNamespace) {}
 
-CElement::~CElement() = default;
+CElement::~CElement() { detail::CAttributeRecords::Delete(m_attributeRecords); }
 
 const CSharedString& CElement::ChildCollectionName() {
   static const CSharedString name("AnyElement");
@@ -122,8 +123,18 @@ CSmartPtr<CAttributeCol> CElement::GetAttributes() const {
   // Made on first use: most elements of a large document have no attributes, and an element
   // object is copied in every read.
   if (!m_attributes) {
-    const_cast<CElement*>(this)->m_attributes =
+    CSmartPtr<CAttributeCol> attributes =
         new CAttributeCol(AttributeCollectionName(), m_restriction, m_targetNamespace);
+    if (m_attributeRecords != nullptr) {
+      for (const detail::CAttributeRecords::Record& record : *m_attributeRecords) {
+        attributes->AppendItem(
+            new CAttribute(CAttribute::FromParts{}, record.ns, record.value, record.name));
+      }
+    }
+    CElement* self = const_cast<CElement*>(this);
+    self->m_attributes = attributes;
+    detail::CAttributeRecords::Delete(self->m_attributeRecords);
+    self->m_attributeRecords = nullptr;
   }
   return m_attributes;
 }
@@ -167,6 +178,8 @@ CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current
     return current;
   }
   // Reading replaces the content in place.
+  detail::CAttributeRecords::Delete(m_attributeRecords);
+  m_attributeRecords = nullptr;
   if (m_attributes) m_attributes->Clear();
   if (m_children) m_children->Clear();
 
@@ -219,6 +232,8 @@ detail::CObjectReader* CElement::NewObjectReader(const CXmlSerializationContext&
 void CElement::CopyXmlElement(const CXmlElement* element) {
   if (element == nullptr) return;
   // The same walk as reading, without the namespace checks.
+  detail::CAttributeRecords::Delete(m_attributeRecords);
+  m_attributeRecords = nullptr;
   CSmartPtr<CAttributeCol> attributes = GetAttributes();
   CSmartPtr<CElementCol> children = GetChildElements();
   attributes->Clear();
@@ -280,7 +295,13 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
     CSmartPtr<CAttributeCol> extra = context.GetAdditionalRootAttributes();
     if (extra) CXmlObjectBase::AttributesToXml_Int(extra.get(), writer, context);
   }
-  if (m_attributes) CXmlObjectBase::AttributesToXml_Int(m_attributes.get(), writer, context);
+  if (m_attributes) {
+    CXmlObjectBase::AttributesToXml_Int(m_attributes.get(), writer, context);
+  } else if (m_attributeRecords != nullptr) {
+    for (const detail::CAttributeRecords::Record& record : *m_attributeRecords) {
+      writer->WriteAttribute(record.name.c_str(), record.ns.c_str(), record.value.c_str());
+    }
+  }
   if (isRoot) {
     const std::string schema = context.GetInLineSchema();
     if (!schema.empty()) writer->WriteRawLine(schema.c_str());

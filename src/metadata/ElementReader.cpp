@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/xml/XmlElement.h"
+#include "metadata/AttributeRecords.h"
 #include "xml/TreeStore.h"
 
 #include <utility>
@@ -19,31 +20,32 @@ CElementReader::CElementReader(CElement& target)
       m_childRestriction(target.m_children ? target.m_children->m_restriction
                                            : target.m_restriction),
       m_childTarget(target.m_children ? target.m_children->m_targetNamespace
-                                      : target.m_targetNamespace),
-      m_lastNamespace(nullptr),
-      m_lastNamespaceValid(false) {}
+                                      : target.m_targetNamespace) {}
 
 bool CElementReader::ChildNamespaceValid(const std::string& ns) {
-  // Names are interned by the document, so one namespace is one string for the whole parse.
-  if (&ns != m_lastNamespace) {
-    m_lastNamespace = &ns;
-    m_lastNamespaceValid =
-        m_target.IsNamespaceValid(ns.c_str(), m_childRestriction.c_str(), m_childTarget.c_str());
-  }
-  return m_lastNamespaceValid;
+  return m_childVerdicts.Admits(ns, [this](const std::string& uri) {
+    return m_target.IsNamespaceValid(uri.c_str(), m_childRestriction.c_str(),
+                                     m_childTarget.c_str());
+  });
 }
 
-void CElementReader::ReadAttributes(CElement* element, const CXmlElement* source,
-                                    const CSharedString& restriction,
-                                    const CSharedString& targetNamespace) {
+void CElementReader::ReadRootAttributes(CElement* root, const CXmlElement* source) {
   if (CTreeStore::ElementAttributeCount(source) == 0) return;
-  if (!element->m_attributes) {
-    element->m_attributes =
-        new CAttributeCol(CElement::AttributeCollectionName(), restriction, targetNamespace);
-  }
-  CAttributeCol* attributes = element->m_attributes.get();
-  attributes->SetNamespaceRestrictions(restriction, targetNamespace);
-  attributes->ReadAttributesOf(source, m_names);
+  // They go to the target's own collection in the end, so they are read as objects.
+  root->m_attributes = new CAttributeCol(CElement::AttributeCollectionName(),
+                                         m_attributeRestriction, m_attributeTarget);
+  root->m_attributes->ReadAttributesOf(source, m_names);
+}
+
+void CElementReader::ReadAttributes(CElement* element, const CXmlElement* source) {
+  const std::size_t count = CTreeStore::ElementAttributeCount(source);
+  if (count == 0) return;
+  element->m_attributeRecords = CAttributeRecords::New(count);
+  ReadElementAttributes(
+      source, [this](const std::string& ns) { return ChildNamespaceValid(ns); },
+      [this, element](const std::string& ns, const std::string& name, std::string_view value) {
+        element->m_attributeRecords->Append(m_names.Get(ns), m_names.Get(name), value);
+      });
 }
 
 void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
@@ -74,9 +76,9 @@ void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
     element->SetElementName(m_names.Get(source->GetLocalName()));
     element->m_namespace = m_names.Get(source->GetNamespaceURI());
     if (depth == 0) {
-      ReadAttributes(element, source, m_attributeRestriction, m_attributeTarget);
+      ReadRootAttributes(element, source);
     } else {
-      ReadAttributes(element, source, m_childRestriction, m_childTarget);
+      ReadAttributes(element, source);
     }
     m_open.push_back(Frame{element, source});
   } catch (const COvException&) {

@@ -38,12 +38,13 @@ class CElementReader final : public CObjectReader {
     Failed,   // a check failed: the error waits for the end of the parse
   };
 
-  // Whether the namespace passes the restriction of the target's child collection; the answer
-  // for the last namespace seen is kept, as consecutive elements mostly share theirs.
+  // Whether the namespace passes the restriction of the target's child collection, which every
+  // element below the document element and its attributes pass.
   bool ChildNamespaceValid(const std::string& ns);
-  // Appends the attributes of `source` to `element` after checking them against `restriction`.
-  void ReadAttributes(CElement* element, const CXmlElement* source,
-                      const CSharedString& restriction, const CSharedString& targetNamespace);
+  // The attributes of the document element, checked against the target's attribute collection.
+  void ReadRootAttributes(CElement* root, const CXmlElement* source);
+  // The attributes of any other element, checked and kept as records until asked for.
+  void ReadAttributes(CElement* element, const CXmlElement* source);
   void Fail();
 
   CElement& m_target;
@@ -57,8 +58,7 @@ class CElementReader final : public CObjectReader {
   CSharedString m_childRestriction;
   CSharedString m_childTarget;
   CNameCache m_names;
-  const std::string* m_lastNamespace;
-  bool m_lastNamespaceValid;
+  CNamespaceVerdicts m_childVerdicts;
   // The open elements, the document element first: the copy and its source element in the
   // document. The copy of the document element (a stand-in for the target) holds the others.
   struct Frame {

@@ -38,6 +38,33 @@ class CNameCache {
   Entry m_entries[kEntries];
 };
 
+// The verdicts of a namespace restriction on the namespaces of one document, remembered for the
+// last few namespaces seen (interned strings, compared by address).
+class CNamespaceVerdicts {
+ public:
+  // The verdict on the namespace, asked of `check(ns)` on first sight.
+  template <typename Check>
+  bool Admits(const std::string& interned, Check check) {
+    for (const Entry& entry : m_entries) {
+      if (entry.key == &interned) return entry.admitted;
+    }
+    Entry& entry = m_entries[m_next];
+    m_next = (m_next + 1) % kEntries;
+    entry.admitted = check(interned);
+    entry.key = &interned;
+    return entry.admitted;
+  }
+
+ private:
+  static constexpr std::size_t kEntries = 4;
+  struct Entry {
+    const std::string* key = nullptr;
+    bool admitted = false;
+  };
+  Entry m_entries[kEntries];
+  std::size_t m_next = 0;
+};
+
 }  // namespace detail
 }  // namespace OvXmlLib6
 

@@ -31,6 +31,7 @@ namespace OvXmlLib6 {
 
 class CElementCol;
 namespace detail {
+class CAttributeRecords;
 class CElementReader;
 class CNameCache;
 }  // namespace detail
@@ -123,6 +124,9 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   std::string m_text;
   CSmartPtr<CAttributeCol> m_attributes;
   CSmartPtr<CElementCol> m_children;
+  // Attributes read from a document and not yet asked for (never together with m_attributes):
+  // GetAttributes turns them into the collection.
+  detail::CAttributeRecords* m_attributeRecords = nullptr;
 };
 
 class OVXML_API CElementCol : public CXmlCollection, private CInstanceMonitor {

@@ -179,14 +179,27 @@ TEST(CElement, VeryDeepDocumentsAreReadAndReleasedWithoutRecursion) {
 
 namespace {
 
-// The outcome of a read: the error message, or the element written back.
+// Every attribute of the tree through the collections, element by element.
+std::string AttributeDump(CElement* element) {
+  std::string dump = element->GetName() + "[";
+  for (CAttribute* attribute : *element->GetAttributes()) {
+    dump +=
+        attribute->GetNamespace() + ":" + attribute->GetName() + "=" + attribute->GetValue() + ";";
+  }
+  dump += "]";
+  for (CElement* child : *element->GetChildElements()) dump += AttributeDump(child);
+  return dump;
+}
+
+// The outcome of a read: the error message, or the element written back and its attributes.
 std::string Outcome(CElement* element, const std::function<void()>& read) {
   try {
     read();
   } catch (const COvException& e) {
     return "error: " + e.GetMessage();
   }
-  return element->ToXml(false, false, EOLType_LF);
+  const std::string xml = element->ToXml(false, false, EOLType_LF);
+  return xml + " " + AttributeDump(element);
 }
 
 }  // namespace
