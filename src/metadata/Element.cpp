@@ -6,6 +6,7 @@
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
 #include "metadata/AttributeRecords.h"
+#include "metadata/ChildList.h"
 #include "metadata/ElementReader.h"
 #include "metadata/NameCache.h"
 #include "xml/TreeStore.h"
@@ -81,7 +82,10 @@ CElement::CElement(ForReading, const CSharedString& restriction,
       m_restriction(restriction),
       m_targetNamespace(targetNamespace) {}
 
-CElement::~CElement() { detail::CAttributeRecords::Delete(m_attributeRecords); }
+CElement::~CElement() {
+  detail::CAttributeRecords::Delete(m_attributeRecords);
+  detail::CChildList::Release(m_childList);
+}
 
 const CSharedString& CElement::ChildCollectionName() {
   static const CSharedString name("AnyElement");
@@ -146,8 +150,14 @@ CElementCol* CElement::ChildCollection() {
 
 CSmartPtr<CElementCol> CElement::GetChildElements() const {
   if (!m_children) {
-    const_cast<CElement*>(this)->m_children =
+    CSmartPtr<CElementCol> children =
         new CElementCol(ChildCollectionName(), m_restriction, m_targetNamespace, 0, -1);
+    if (m_childList != nullptr) {
+      for (CElement* child : *m_childList) children->AppendItem(child);
+    }
+    CElement* self = const_cast<CElement*>(this);
+    self->m_children = children;
+    detail::CChildList::Release(self->m_childList);
   }
   return m_children;
 }
@@ -180,6 +190,7 @@ CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current
   // Reading replaces the content in place.
   detail::CAttributeRecords::Delete(m_attributeRecords);
   m_attributeRecords = nullptr;
+  detail::CChildList::Release(m_childList);
   if (m_attributes) m_attributes->Clear();
   if (m_children) m_children->Clear();
 
@@ -234,6 +245,7 @@ void CElement::CopyXmlElement(const CXmlElement* element) {
   // The same walk as reading, without the namespace checks.
   detail::CAttributeRecords::Delete(m_attributeRecords);
   m_attributeRecords = nullptr;
+  detail::CChildList::Release(m_childList);
   CSmartPtr<CAttributeCol> attributes = GetAttributes();
   CSmartPtr<CElementCol> children = GetChildElements();
   attributes->Clear();
@@ -311,30 +323,50 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
 
 void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
                          const CXmlSerializationContext& context, bool flag) const {
-  // Written with an explicit stack, as reading is, so that depth costs no stack.
+  // Written with an explicit stack, as reading is, so that depth costs no stack. A frame walks
+  // the children of one element: the nodes of its collection, or the list of a read element
+  // whose collection nobody has asked for.
   struct Frame {
-    const CXmlCollection::CNode* next;
+    const CXmlCollection::CNode* node;
+    CElement* const* next;
+    CElement* const* end;
+    explicit Frame(const CElement* element) : node(nullptr), next(nullptr), end(nullptr) {
+      if (element->m_children) {
+        node = element->m_children->GetHead();
+      } else if (element->m_childList != nullptr) {
+        next = element->m_childList->begin();
+        end = element->m_childList->end();
+      }
+    }
+    CXmlObjectBase* Next() {
+      if (node != nullptr) {
+        CXmlObjectBase* item = node->GetItem();
+        node = node->GetNext();
+        return item;
+      }
+      return next != end ? *next++ : nullptr;
+    }
   };
   std::vector<Frame> stack;
   WriteStart(writer, isRoot, context);
-  stack.push_back(Frame{m_children ? m_children->GetHead() : nullptr});
+  stack.emplace_back(this);
   while (!stack.empty()) {
-    Frame& frame = stack.back();
-    if (frame.next == nullptr) {
+    CXmlObjectBase* item = stack.back().Next();
+    if (item == nullptr) {
       writer->WriteEndElement();
       stack.pop_back();
       continue;
     }
-    CXmlObjectBase* item = frame.next->GetItem();
-    frame.next = frame.next->GetNext();
-    const CElement* child = dynamic_cast<const CElement*>(item);
+    // Children are nearly always plain elements: the exact type is cheaper to test than a cast.
+    const CElement* child = typeid(*item) == typeid(CElement) ? static_cast<const CElement*>(item)
+                                                              : dynamic_cast<const CElement*>(item);
     if (child == nullptr) {
       // An item of another class writes itself.
       CXmlObjectBase::ToXml_Int(item, writer, false, item->GetNamespace().c_str(), context, flag);
       continue;
     }
     child->WriteStart(writer, false, context);
-    stack.push_back(Frame{child->m_children ? child->m_children->GetHead() : nullptr});
+    stack.emplace_back(child);
   }
 }
 

@@ -3,6 +3,7 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "metadata/AttributeRecords.h"
+#include "metadata/ChildList.h"
 #include "xml/TreeStore.h"
 
 #include <utility>
@@ -71,7 +72,7 @@ void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
     if (depth == 0) {
       m_root = element;
     } else {
-      m_open.back().element->ChildCollection()->AppendItem(element);
+      CChildList::Append(m_open.back().element->m_childList, element);
     }
     element->SetElementName(m_names.Get(source->GetLocalName()));
     element->m_namespace = m_names.Get(source->GetNamespaceURI());
@@ -110,6 +111,7 @@ void CElementReader::Commit() {
   CElement& target = m_target;
   // Reading replaces the content in place, with the events of the target's collections.
   if (target.m_attributes) target.m_attributes->Clear();
+  CChildList::Release(target.m_childList);
   if (target.m_children) target.m_children->Clear();
   target.SetElementName(m_root->SharedElementName());
   target.m_namespace = std::move(m_root->m_namespace);
@@ -117,8 +119,14 @@ void CElementReader::Commit() {
   if (m_root->m_attributes && m_root->m_attributes->GetCount() != 0) {
     target.GetAttributes()->TakeItemsOf(*m_root->m_attributes);
   }
-  if (m_root->m_children && m_root->m_children->GetCount() != 0) {
-    target.ChildCollection()->TakeItemsOf(*m_root->m_children);
+  if (m_root->m_childList != nullptr) {
+    if (target.m_children) {
+      // A collection someone may hold or watch: it receives the children, with its events.
+      for (CElement* child : *m_root->m_childList) target.m_children->AppendItem(child);
+    } else {
+      target.m_childList = m_root->m_childList;
+      m_root->m_childList = nullptr;
+    }
   }
   m_root = nullptr;
 }

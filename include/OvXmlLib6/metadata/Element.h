@@ -32,6 +32,7 @@ namespace OvXmlLib6 {
 class CElementCol;
 namespace detail {
 class CAttributeRecords;
+class CChildList;
 class CElementReader;
 class CNameCache;
 }  // namespace detail
@@ -127,6 +128,8 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   // Attributes read from a document and not yet asked for (never together with m_attributes):
   // GetAttributes turns them into the collection.
   detail::CAttributeRecords* m_attributeRecords = nullptr;
+  // Likewise the child elements read from a document (never together with m_children).
+  detail::CChildList* m_childList = nullptr;
 };
 
 class OVXML_API CElementCol : public CXmlCollection, private CInstanceMonitor {

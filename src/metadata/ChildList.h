@@ -1,0 +1,43 @@
+// CChildList: the child elements of an element read from a document, kept as one array of
+// references until the element's child collection is asked for. A read then costs no collection
+// and no list node per element; writing walks the array directly.
+#ifndef OVXMLLIB6_SRC_METADATA_CHILDLIST_H
+#define OVXMLLIB6_SRC_METADATA_CHILDLIST_H
+
+#include <cstddef>
+#include <cstdint>
+
+namespace OvXmlLib6 {
+
+class CElement;
+
+namespace detail {
+
+class CChildList {
+ public:
+  // Appends the element and takes one reference to it. `list` may be null (a list is made) and
+  // is replaced when it grows. If memory runs out, an element that nobody else holds is deleted.
+  static void Append(CChildList*& list, CElement* element);
+  // Releases every element, without recursing into their own children, and frees the list;
+  // `list` becomes null.
+  static void Release(CChildList*& list) noexcept;
+
+  CElement* const* begin() const { return Items(); }
+  CElement* const* end() const { return Items() + m_count; }
+  std::size_t Count() const { return m_count; }
+
+ private:
+  explicit CChildList(std::uint32_t capacity) : m_count(0), m_capacity(capacity) {}
+  CElement** Items() { return reinterpret_cast<CElement**>(this + 1); }
+  CElement* const* Items() const { return reinterpret_cast<CElement* const*>(this + 1); }
+
+  std::uint32_t m_count;
+  std::uint32_t m_capacity;
+};
+
+static_assert(sizeof(CChildList) % alignof(CElement*) == 0, "the items follow the header");
+
+}  // namespace detail
+}  // namespace OvXmlLib6
+
+#endif  // OVXMLLIB6_SRC_METADATA_CHILDLIST_H
