@@ -25,7 +25,9 @@ constexpr std::size_t kMaxSharedNames = 16384;
 CTreeStore::CTreeStore(const CXmlDocument* document)
     : m_emptyName{document, this, std::string(), std::string()}, m_encoder(new CTextEncoder()) {}
 
-CTreeStore::~CTreeStore() = default;
+CTreeStore::~CTreeStore() {
+  if (m_retiredRoot != nullptr) Clear(m_retiredRoot);
+}
 
 // ---- Names -----------------------------------------------------------------------------------
 

@@ -62,6 +62,8 @@ class CTreeStore {
   void DestroySubtree(CXmlElement* element) { DestroyTree(element, true); }
   // Destroys the tree rooted at `root` (may be null) and every name; keeps nothing.
   void Clear(CXmlElement* root);
+  // The tree that the store destroys with itself (a store retired from its document).
+  void SetRetiredRoot(CXmlElement* root) { m_retiredRoot = root; }
 
   // ---- Text slots
   std::uintptr_t NewText(const char* data, std::size_t size);
@@ -141,6 +143,7 @@ class CTreeStore {
   void ReleaseText(std::uintptr_t slot, bool reuse);
   TextRecord* NewTextRecord(std::size_t capacity);
 
+  CXmlElement* m_retiredRoot = nullptr;
   CNodeArena m_arena;
   CXmlName m_emptyName;
   std::deque<CXmlName> m_names;

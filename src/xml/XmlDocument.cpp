@@ -99,7 +99,16 @@ std::string CXmlDocument::LookupNamespaceFromAlias(const char* prefix) const {
 
 // ---- Loaders -------------------------------------------------------------------------------
 
+std::unique_ptr<detail::CTreeStore> CXmlDocument::RetireTree() {
+  std::unique_ptr<detail::CTreeStore> fresh(new detail::CTreeStore(this));
+  m_store.swap(fresh);
+  fresh->SetRetiredRoot(m_documentElement);
+  m_documentElement = nullptr;
+  return fresh;
+}
+
 void CXmlDocument::LoadXml(const char* xml) {
+  const std::unique_ptr<detail::CTreeStore> retired = RetireTree();
   Cleanup();
   Init();
   const std::size_t length = Length(xml);
@@ -109,6 +118,7 @@ void CXmlDocument::LoadXml(const char* xml) {
 }
 
 void CXmlDocument::LoadXml(const wchar_t* xml) {
+  const std::unique_ptr<detail::CTreeStore> retired = RetireTree();
   Cleanup();
   Init();
   // A UTF-16 little-endian byte-order mark, then the text as UTF-16LE. An empty string still has
@@ -124,6 +134,7 @@ void CXmlDocument::LoadXml(const wchar_t* xml) {
 }
 
 void CXmlDocument::LoadXml(const char16_t* xml) {
+  const std::unique_ptr<detail::CTreeStore> retired = RetireTree();
   Cleanup();
   Init();
   std::string bytes("\xFF\xFE", 2);
@@ -132,6 +143,7 @@ void CXmlDocument::LoadXml(const char16_t* xml) {
 }
 
 void CXmlDocument::LoadXmlStream(const unsigned char* data, std::uint32_t length) {
+  const std::unique_ptr<detail::CTreeStore> retired = RetireTree();
   Cleanup();
   Init();
   if (length == 0 || data == nullptr) throw COvException("XML Stream is empty!");

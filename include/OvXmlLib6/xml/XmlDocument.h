@@ -6,7 +6,9 @@
 //   for (CXmlElement* e = doc.GetDocumentElement()->GetFirstElement(); e;
 //        e = e->GetNextSiblingElement()) { ... e->GetLocalName(), e->GetText() ... }
 //
-// Each load first empties the document, so one document can be loaded again. Every failure
+// Each load first empties the document, so one document can be loaded again; the text given to
+// LoadXml or LoadXmlStream may be text of the document's own tree, which then goes only once the
+// new input has been parsed (for that time both trees are held). Every failure
 // throws COvException; after a failure the partial tree stays until the next load or destruction.
 // A document is used by one thread at a time.
 #ifndef OVXMLLIB6_XML_XMLDOCUMENT_H
@@ -104,6 +106,10 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   friend class detail::CDocumentObserver;
 
   CXmlElement* AddElement(const detail::CXmlName* name);
+  // Gives the document a new, empty store and returns the old one, which destroys its tree when
+  // it goes: the in-memory loaders keep it until their input has been parsed, since the input
+  // may be text of that very tree.
+  std::unique_ptr<detail::CTreeStore> RetireTree();
   // The element on top of the stack has its attributes: tells the observer.
   void ElementStarted(CXmlElement* element);
   void ParseTextBlock(const unsigned char* data, std::size_t length);

@@ -203,6 +203,15 @@ TEST(CXmlDocument, ReloadingReplacesTheTree) {
   EXPECT_EQ(doc.GetDocumentElement()->GetLocalName(), "second");
   EXPECT_EQ(doc.GetDocumentElement()->GetFirstElement(), nullptr);
   EXPECT_EQ(doc.LookupNamespaceFromAlias("p"), "");
+  // The next input may be text held by the tree it replaces.
+  doc.LoadXml(
+      "<outer>&lt;inner&gt;&amp;lt;innermost-element-of-three/&amp;gt;&lt;/inner&gt;</outer>");
+  doc.LoadXml(doc.GetDocumentElement()->GetText().c_str());
+  EXPECT_EQ(doc.GetDocumentElement()->GetLocalName(), "inner");
+  const std::string& text = doc.GetDocumentElement()->GetText();
+  doc.LoadXmlStream(reinterpret_cast<const unsigned char*>(text.data()),
+                    static_cast<std::uint32_t>(text.size()));
+  EXPECT_EQ(doc.GetDocumentElement()->GetLocalName(), "innermost-element-of-three");
   // After a failed load the partial tree stays until the next load.
   EXPECT_NE(LoadError(doc, "<third><open></third>"), "no exception");
   ASSERT_NE(doc.GetDocumentElement(), nullptr);
