@@ -3,9 +3,11 @@
 #include "OvXmlLib6/metadata/Element.h"
 #include "unit/TestSupport.h"
 
+#include <cstdio>
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 using namespace OvXmlLib6;
@@ -280,4 +282,40 @@ TEST(CElement, DerivedClassesReadFromTheFinishedTree) {
   counting->FromXml("<a><b/></a>");
   EXPECT_EQ(counting->reads, 1);
   EXPECT_EQ(counting->ToXml(false, false, EOLType_LF), "<a><b/></a>");
+}
+
+TEST(CElement, RoundTripsThroughEveryEntryPoint) {
+  CSmartPtr<CElement> original = new CElement("any");
+  original->FromXml(
+      "<o:order xmlns:o='urn:orders' xmlns:x='urn:extra' id='42' x:flag='yes &amp; no'>"
+      "<o:line qty='3'>Caf\xC3\xA9 \xE2\x82\xAC 5 &lt;each&gt;</o:line>"
+      "<note xmlns=''>mixed <b>bold</b> text</note><x:empty/></o:order>");
+  const std::string expected = original->ToXml(true, false, EOLType_LF);
+  const auto check = [&](CElement* back, const char* how) {
+    EXPECT_EQ(back->ToXml(true, false, EOLType_LF), expected) << how;
+  };
+
+  CSmartPtr<CElement> back = new CElement("any");
+  back->FromXml(expected.c_str());
+  check(back, "narrow text");
+  back->FromXml(L"<wide a='1'><b/></wide>");
+  EXPECT_EQ(back->ToXml(false, false, EOLType_LF), "<wide a=\"1\"><b/></wide>");
+  for (CompressionType c : {CompressionType_None, CompressionType_GZip, CompressionType_ZLib}) {
+    for (XmlEncoding e : {XmlEncoding_UTF8, XmlEncoding_UTF16}) {
+      back = new CElement("any");
+      back->FromXmlStream(original->ToXmlStream(true, false, e, EOLType_LF,
+                                                CXmlSerializationContext::GetDefaultContext(), c));
+      check(back, "stream");
+    }
+  }
+  const std::string path = ::testing::TempDir() + std::to_string(getpid()) + "_element_io.xml";
+  for (bool async : {false, true}) {
+    original->ToXmlFile(path.c_str(), true, false, XmlEncoding_UTF16);
+    AsyncFromXmlFile(async);
+    back = new CElement("any");
+    back->FromXmlFile(path.c_str());
+    AsyncFromXmlFile(false);
+    check(back, async ? "async file" : "file");
+  }
+  std::remove(path.c_str());
 }
