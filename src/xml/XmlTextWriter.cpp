@@ -165,16 +165,15 @@ const std::string& CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared
   declared = false;
   if (ns == kXmlNamespace) return kXml;
   if (ns == kXmlnsNamespace) return kXmlns;
-  CXmlWriterContext* context = GetCurrentContext();
-  if (const std::string* prefix = context->FindPrefix(ns)) return *prefix;
+  if (const std::string* prefix = FindPrefix(ns)) return *prefix;
   declared = true;
-  return context->Bind(ns, GeneratePrefix(*context));
+  return Bind(ns, GeneratePrefix());
 }
 
 void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
   const std::string_view name = View(localName);
-  if (ns == nullptr) ns = "";
   if (name.empty()) throw COvInvalidParamException("An element's local name must not be empty");
+  const std::string_view uri = View(ns);
   CXmlWriterContext* parent = GetCurrentContext();
   if (parent != nullptr) {
     parent->AddChild();
@@ -184,17 +183,14 @@ void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
       parent->MarkStartTagClosed();
     }
   }
-  CXmlWriterContext* context = PushContext(name);
+  CXmlWriterContext* context = PushContext();
   if (m_formatted) PutIndent(context->GetDepth());
   Put('<');
-  // Compared in one pass: most elements are in the default namespace.
-  if (*ns != '\0' && std::strcmp(ns, context->GetDefaultNamespace().c_str()) != 0) {
+  if (!uri.empty() && uri != context->GetDefaultNamespace()) {
     bool declared = false;
-    const std::string& prefix = PrefixFor(ns, declared);
-    context->SetPrefix(prefix);
-    Put(prefix);
-    Put(':');
-    Put(name.data(), name.size());
+    const std::string& prefix = PrefixFor(uri, declared);
+    context->SetName(prefix, name);
+    Put(context->GetQualifiedName());
     if (declared) {
       Put(" xmlns:", 7);
       Put(prefix);
@@ -203,6 +199,7 @@ void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
       Put('"');
     }
   } else {
+    context->SetName(name);
     Put(name.data(), name.size());
   }
   if (parent == nullptr) {
@@ -229,18 +226,16 @@ void CXmlTextWriter::WriteEndElement() {
   }
   if (context->IsStartTagOpen()) {
     Put("/>", 2);
-    if (m_formatted) PutLineEnd();
   } else {
     if (m_formatted && context->GetChildCount() > 0) PutIndent(context->GetDepth());
     Put("</", 2);
-    if (!context->GetPrefix().empty()) {
-      Put(context->GetPrefix());
-      Put(':');
-    }
-    Put(context->GetLocalName());
+    // An empty prefix is not repeated: the end tag then has the local name alone.
+    const std::string_view name =
+        context->GetPrefix().empty() ? context->GetLocalName() : context->GetQualifiedName();
+    Put(name.data(), name.size());
     Put('>');
-    if (m_formatted) PutLineEnd();
   }
+  if (m_formatted) PutLineEnd();
   PopContext();
   FlushIfNeeded();
 }

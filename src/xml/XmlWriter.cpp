@@ -2,6 +2,8 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 
+#include <cstring>
+
 namespace OvXmlLib6 {
 
 namespace {
@@ -18,77 +20,52 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext()
       m_depth(0),
       m_parent(nullptr),
       m_defaultNamespace(&m_ownDefaultNamespace),
-      m_prefixMap(nullptr),
-      m_sharesParentMap(false),
-      m_ownsMap(false) {}
+      m_prefixLength(0),
+      m_localNameOffset(0),
+      m_bindingBase(0) {}
 
-CXmlWriter::CXmlWriterContext::~CXmlWriterContext() { End(); }
+CXmlWriter::CXmlWriterContext::~CXmlWriterContext() = default;
 
-void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent, std::string_view localName) {
+void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent, std::size_t bindingBase) {
   m_childCount = 0;
   m_startTagOpen = true;
-  m_localName.assign(localName.data(), localName.size());
   m_parent = parent;
-  m_prefix.clear();
+  m_bindingBase = bindingBase;
+  m_qualifiedName.clear();
+  m_prefixLength = 0;
+  m_localNameOffset = 0;
   if (parent != nullptr) {
     m_depth = parent->m_depth + 1;
     m_defaultNamespace = parent->m_defaultNamespace;
-    m_prefixMap = parent->m_prefixMap;
-    m_sharesParentMap = true;
-    m_ownsMap = false;
   } else {
     m_depth = 0;
     m_ownDefaultNamespace.clear();
     m_defaultNamespace = &m_ownDefaultNamespace;
-    m_prefixMap = nullptr;
-    m_sharesParentMap = false;
-    m_ownsMap = false;
   }
 }
 
-void CXmlWriter::CXmlWriterContext::End() {
-  if (m_ownsMap) delete m_prefixMap;
-  m_prefixMap = nullptr;
-  m_ownsMap = false;
-  m_sharesParentMap = false;
-  m_parent = nullptr;
-  m_defaultNamespace = &m_ownDefaultNamespace;
+void CXmlWriter::CXmlWriterContext::SetName(std::string_view localName) {
+  m_qualifiedName.assign(localName.data(), localName.size());
+  m_prefixLength = 0;
+  m_localNameOffset = 0;
 }
 
-const std::string* CXmlWriter::CXmlWriterContext::FindPrefix(std::string_view ns) const {
-  if (m_prefixMap == nullptr) return nullptr;
-  const auto it = m_prefixMap->find(ns);
-  return it == m_prefixMap->end() ? nullptr : &it->second;
-}
-
-bool CXmlWriter::CXmlWriterContext::IsPrefixBound(std::string_view prefix) const {
-  if (m_prefixMap == nullptr) return false;
-  for (const auto& binding : *m_prefixMap) {
-    if (binding.second == prefix) return true;
-  }
-  return false;
-}
-
-void CXmlWriter::CXmlWriterContext::OwnMap() {
-  if (m_ownsMap) return;
-  m_prefixMap = m_prefixMap != nullptr ? new PrefixMap(*m_prefixMap) : new PrefixMap();
-  m_ownsMap = true;
-  m_sharesParentMap = false;
-}
-
-const std::string& CXmlWriter::CXmlWriterContext::Bind(std::string_view ns,
-                                                       std::string_view prefix) {
-  OwnMap();
-  std::string& slot = (*m_prefixMap)[std::string(ns)];
-  slot.assign(prefix.data(), prefix.size());
-  return slot;
+void CXmlWriter::CXmlWriterContext::SetName(std::string_view prefix, std::string_view localName) {
+  const std::size_t length = prefix.size() + 1 + localName.size();
+  m_qualifiedName.resize(length);
+  char* out = &m_qualifiedName[0];
+  std::memcpy(out, prefix.data(), prefix.size());
+  out[prefix.size()] = ':';
+  std::memcpy(out + prefix.size() + 1, localName.data(), localName.size());
+  m_prefixLength = prefix.size();
+  m_localNameOffset = prefix.size() + 1;
 }
 
 // ---------------------------------------------------------------------------------------------
 // CXmlWriter
 
 CXmlWriter::CXmlWriter(const char* className)
-    : CInstanceMonitor(className), m_current(nullptr), m_openCount(0) {}
+    : CInstanceMonitor(className), m_current(nullptr), m_openCount(0), m_bindingCount(0) {}
 
 CXmlWriter::~CXmlWriter() = default;
 
@@ -103,7 +80,6 @@ void CXmlWriter::SetDefaultNamespace(const char* ns) {
     m_pendingDefaultNamespace.assign(View(ns));
     return;
   }
-  m_current->OwnMap();
   m_current->m_ownDefaultNamespace.assign(View(ns));
   m_current->m_defaultNamespace = &m_current->m_ownDefaultNamespace;
 }
@@ -113,36 +89,82 @@ void CXmlWriter::AddNamespace(const char* prefix, const char* ns) {
     m_pendingDeclarations[std::string(View(ns))] = std::string(View(prefix));
     return;
   }
-  m_current->Bind(View(ns), View(prefix));
+  Bind(View(ns), View(prefix));
 }
 
-CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext(std::string_view localName) {
+CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext() {
   if (m_openCount == m_contexts.size()) {
     m_contexts.emplace_back(new CXmlWriterContext());
   }
   CXmlWriterContext* context = m_contexts[m_openCount].get();
-  context->Start(m_current, localName);
-  if (m_current == nullptr) {
-    context->m_defaultNamespace = &m_pendingDefaultNamespace;
-    if (!m_pendingDeclarations.empty()) {
-      context->m_prefixMap = new PrefixMap(m_pendingDeclarations);
-      context->m_ownsMap = true;
-    }
-  }
+  if (m_current == nullptr) m_bindingCount = 0;
+  context->Start(m_current, m_bindingCount);
   ++m_openCount;
   m_current = context;
+  if (context->m_parent == nullptr) {
+    context->m_defaultNamespace = &m_pendingDefaultNamespace;
+    for (const auto& declaration : m_pendingDeclarations) {
+      Bind(declaration.first, declaration.second);
+    }
+  }
   return context;
 }
 
 void CXmlWriter::PopContext() {
-  if (m_current == nullptr) return;
-  CXmlWriterContext* parent = m_current->m_parent;
-  m_current->End();
+  CXmlWriterContext* context = m_current;
+  if (context == nullptr) return;
+  m_current = context->m_parent;
+  m_bindingCount = context->m_bindingBase;
+  context->m_parent = nullptr;
+  context->m_defaultNamespace = &context->m_ownDefaultNamespace;
   --m_openCount;
-  m_current = parent;
 }
 
-std::string CXmlWriter::GeneratePrefix(const CXmlWriterContext& context) {
+const std::string* CXmlWriter::FindPrefix(std::string_view ns) const {
+  // The innermost binding of the namespace wins; scopes hold few bindings.
+  for (std::size_t i = m_bindingCount; i-- > 0;) {
+    const Binding& binding = m_bindings[i];
+    if (binding.ns.size() == ns.size() &&
+        std::memcmp(binding.ns.data(), ns.data(), ns.size()) == 0) {
+      return &binding.prefix;
+    }
+  }
+  return nullptr;
+}
+
+bool CXmlWriter::IsInScope(std::size_t index) const {
+  const std::string& ns = m_bindings[index].ns;
+  for (std::size_t i = index + 1; i < m_bindingCount; ++i) {
+    if (m_bindings[i].ns == ns) return false;
+  }
+  return true;
+}
+
+bool CXmlWriter::IsPrefixBound(std::string_view prefix) const {
+  for (std::size_t i = 0; i < m_bindingCount; ++i) {
+    if (m_bindings[i].prefix == prefix && IsInScope(i)) return true;
+  }
+  return false;
+}
+
+const std::string& CXmlWriter::Bind(std::string_view ns, std::string_view prefix) {
+  // A namespace the element has bound already takes the new prefix in place.
+  for (std::size_t i = m_current->m_bindingBase; i < m_bindingCount; ++i) {
+    Binding& binding = m_bindings[i];
+    if (binding.ns == ns) {
+      binding.prefix.assign(prefix.data(), prefix.size());
+      return binding.prefix;
+    }
+  }
+  if (m_bindingCount == m_bindings.size()) m_bindings.emplace_back();
+  Binding& binding = m_bindings[m_bindingCount];
+  binding.ns.assign(ns.data(), ns.size());
+  binding.prefix.assign(prefix.data(), prefix.size());
+  ++m_bindingCount;
+  return binding.prefix;
+}
+
+std::string CXmlWriter::GeneratePrefix() const {
   // Two letters for the first 676 names, as AA to ZZ; a scope with more bindings than that goes on
   // with three letters (AAA, ...) and so on, so every generated prefix stays a valid name.
   for (std::size_t n = 0;; ++n) {
@@ -161,7 +183,7 @@ std::string CXmlWriter::GeneratePrefix(const CXmlWriterContext& context) {
     }
     // Each candidate that is taken is bound to a distinct namespace, so this ends after at most
     // one more candidate than the scope has bindings.
-    if (!context.IsPrefixBound(name)) return name;
+    if (!IsPrefixBound(name)) return name;
   }
 }
 

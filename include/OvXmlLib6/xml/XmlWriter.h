@@ -1,14 +1,15 @@
 // CXmlWriter: the output interface that serialization drives with start-element, attribute, text
 // and end-element calls. The writer, not its caller, decides namespace prefixes: it keeps one
-// context per open element with the prefix bindings in scope, shares the parent's bindings until
-// an element declares something of its own, and invents the prefixes AA, AB, ... for namespaces
-// that have none.
+// context per open element and one stack of prefix bindings, to which each element adds its own
+// and from which they go when it ends, and invents the prefixes AA, AB, ... for namespaces that
+// have none.
 #ifndef OVXMLLIB6_XML_XMLWRITER_H
 #define OVXMLLIB6_XML_XMLWRITER_H
 
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -30,54 +31,52 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
     CXmlWriterContext();
     CXmlWriterContext(const CXmlWriterContext&) = delete;
     CXmlWriterContext& operator=(const CXmlWriterContext&) = delete;
-    // Frees the prefix map when this context owns it.
     virtual ~CXmlWriterContext();
 
     std::int32_t GetChildCount() const { return m_childCount; }
     bool IsStartTagOpen() const { return m_startTagOpen; }
     std::int32_t GetDepth() const { return m_depth; }
-    const std::string& GetLocalName() const { return m_localName; }
     CXmlWriterContext* GetParent() const { return m_parent; }
     const std::string& GetDefaultNamespace() const { return *m_defaultNamespace; }
+    // The name the start tag was written with: "prefix:local" or "local".
+    const std::string& GetQualifiedName() const { return m_qualifiedName; }
+    std::string_view GetLocalName() const {
+      return std::string_view(m_qualifiedName).substr(m_localNameOffset);
+    }
     // The prefix the start tag was written with; empty when it has none.
-    const std::string& GetPrefix() const { return m_prefix; }
-
-    // The prefix bound to `ns` in this scope, or null.
-    const std::string* FindPrefix(std::string_view ns) const;
-    // True when some namespace in scope is bound to `prefix`.
-    bool IsPrefixBound(std::string_view prefix) const;
-    // Binds `prefix` to `ns` in this context, copying the parent's map first if it is shared.
-    const std::string& Bind(std::string_view ns, std::string_view prefix);
-    // Makes this context own its map: a copy of the parent's while it still shares it.
-    void OwnMap();
+    std::string_view GetPrefix() const {
+      return std::string_view(m_qualifiedName.data(), m_prefixLength);
+    }
 
     // For writers: counts a child element, records that the start tag was closed, and keeps the
-    // prefix the start tag was written with, so the end tag repeats it whatever is bound later.
+    // name the start tag was written with, so the end tag repeats it whatever is bound later.
     void AddChild() { ++m_childCount; }
     void MarkStartTagClosed() { m_startTagOpen = false; }
-    void SetPrefix(std::string_view prefix) { m_prefix.assign(prefix.data(), prefix.size()); }
+    void SetName(std::string_view localName);
+    // With a prefix, even an empty one, the name is kept as "prefix:local".
+    void SetName(std::string_view prefix, std::string_view localName);
 
    private:
     friend class CXmlWriter;
 
     // Sets the context up for a new element; `parent` is null for the document element.
-    void Start(CXmlWriterContext* parent, std::string_view localName);
-    // Drops the element's state, freeing the map when owned.
-    void End();
+    // `bindingBase` is the number of the writer's bindings in scope before the element.
+    void Start(CXmlWriterContext* parent, std::size_t bindingBase);
 
     std::int32_t m_childCount;
     bool m_startTagOpen;
     std::int32_t m_depth;
-    std::string m_localName;
     CXmlWriterContext* m_parent;
     // The default namespace in scope: a string of this context, of an ancestor or of the writer,
     // each of which outlives this context, so elements inherit it without a copy.
     const std::string* m_defaultNamespace;
     std::string m_ownDefaultNamespace;
-    PrefixMap* m_prefixMap;  // null while nothing is bound in scope
-    bool m_sharesParentMap;
-    bool m_ownsMap;
-    std::string m_prefix;
+    // Kept with the context, which is reused, so that names rarely allocate.
+    std::string m_qualifiedName;
+    std::size_t m_prefixLength;
+    std::size_t m_localNameOffset;
+    // The writer's bindings below this index belong to the ancestors.
+    std::size_t m_bindingBase;
   };
 
   CXmlWriter(const CXmlWriter&) = delete;
@@ -119,24 +118,44 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   explicit CXmlWriter(const char* className);
 
   // Opens a context for a new element below the current one (or the document element, which takes
-  // the pending default namespace and declarations) and makes it current.
-  CXmlWriterContext* PushContext(std::string_view localName);
-  // Closes the current context and makes its parent current.
+  // the pending default namespace and declarations) and makes it current. The caller names it.
+  CXmlWriterContext* PushContext();
+  // Closes the current context, dropping its bindings, and makes its parent current.
   void PopContext();
 
-  // The first of AA, AB, ..., AZ, BA, ... that no namespace in the context's scope is bound to.
-  static std::string GeneratePrefix(const CXmlWriterContext& context);
+  // The prefix bound to `ns` in the current element's scope, or null.
+  const std::string* FindPrefix(std::string_view ns) const;
+  // True when some namespace in the current element's scope is bound to `prefix`.
+  bool IsPrefixBound(std::string_view prefix) const;
+  // Binds `prefix` to `ns` in the current element's scope, in place of a binding of `ns` that
+  // the element already has, and returns the stored prefix. An element must be open.
+  const std::string& Bind(std::string_view ns, std::string_view prefix);
+  // The first of AA, AB, ..., AZ, BA, ... that no namespace in the current scope is bound to.
+  std::string GeneratePrefix() const;
 
   const std::string& GetPendingDefaultNamespace() const { return m_pendingDefaultNamespace; }
   const PrefixMap& GetPendingDeclarations() const { return m_pendingDeclarations; }
 
  private:
+  struct Binding {
+    std::string ns;
+    std::string prefix;
+  };
+
+  // True when binding `index` is not overridden by a later binding of the same namespace.
+  bool IsInScope(std::size_t index) const;
+
   std::string m_pendingDefaultNamespace;
   CXmlWriterContext* m_current;
   PrefixMap m_pendingDeclarations;
   // Contexts are kept for reuse, so elements after the first few allocate nothing.
   std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;
   std::size_t m_openCount;
+  // The bindings in scope of the open elements, outermost first: each element's own bindings
+  // follow its ancestors', and go when it ends. Only the first m_bindingCount entries are in
+  // use; the rest keep their storage for the next elements.
+  std::vector<Binding> m_bindings;
+  std::size_t m_bindingCount;
 };
 
 }  // namespace OvXmlLib6
