@@ -104,7 +104,10 @@ CTextStream::CTextStream(XmlEncoding encoding, const char* className)
 
 CTextStream::~CTextStream() = default;
 
-void CTextStream::Begin() { m_buffer.Clear(); }
+void CTextStream::Begin() {
+  m_buffer.Clear();
+  m_carry.clear();
+}
 
 void CTextStream::Finish() {}
 
@@ -123,33 +126,49 @@ void CTextStream::EncodeBuffered(std::string& out) {
     Encode(text.data(), text.size(), out);
     return;
   }
-  // The blocks are converted one after the other, each cut before its last lead byte, which goes
-  // on with the next block. No UTF-8 sequence, and no decoding of a malformed one, reaches across
-  // a lead or ASCII byte, so the result equals converting the merged text, without the copy.
-  const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
   out.reserve(out.size() + (m_encoding == XmlEncoding_UTF8 ? 1 : 2) * m_buffer.GetLength());
   m_carry.clear();
-  for (std::size_t i = 0; i < blocks; ++i) {
-    const std::string_view block = m_buffer.GetBlock(i);
-    std::size_t first = 0;
-    while (first < block.size() && isContinuation(block[first])) ++first;
-    m_carry.append(block.data(), first);
-    if (first == block.size()) continue;
-    if (!m_carry.empty()) {
-      Encode(m_carry.data(), m_carry.size(), out);
-      m_carry.clear();
-    }
-    std::size_t last = block.size() - 1;
-    while (last > first && isContinuation(block[last])) --last;
-    Encode(block.data() + first, last - first, out);
-    m_carry.assign(block.data() + last, block.size() - last);
-  }
+  for (std::size_t i = 0; i < blocks; ++i) EncodeBlock(m_buffer.GetBlock(i), out);
   Encode(m_carry.data(), m_carry.size(), out);
 }
 
+void CTextStream::ConvertAndClear(std::string& out, bool final) {
+  for (std::size_t i = 0, blocks = m_buffer.GetBlockCount(); i < blocks; ++i) {
+    EncodeBlock(m_buffer.GetBlock(i), out);
+  }
+  m_buffer.Clear();
+  if (final) {
+    Encode(m_carry.data(), m_carry.size(), out);
+    m_carry.clear();
+  }
+}
+
+void CTextStream::EncodeBlock(std::string_view block, std::string& out) {
+  // Each block is cut before its last lead byte, which goes on with the next block. No UTF-8
+  // sequence, and no decoding of a malformed one, reaches across a lead or ASCII byte, so the
+  // result equals converting the merged text, without the copy.
+  const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+  std::size_t first = 0;
+  while (first < block.size() && isContinuation(block[first])) ++first;
+  m_carry.append(block.data(), first);
+  if (first == block.size()) return;
+  if (!m_carry.empty()) {
+    Encode(m_carry.data(), m_carry.size(), out);
+    m_carry.clear();
+  }
+  std::size_t last = block.size() - 1;
+  while (last > first && isContinuation(block[last])) --last;
+  Encode(block.data() + first, last - first, out);
+  m_carry.assign(block.data() + last, block.size() - last);
+}
+
+bool CTextStream::IsKnownEncoding() const {
+  return m_encoding == XmlEncoding_UTF8 || m_encoding == XmlEncoding_UTF16 ||
+         m_encoding == XmlEncoding_UTF16NoDeclaration;
+}
+
 void CTextStream::Encode(const char* text, std::size_t length, std::string& out) {
-  if (m_encoding != XmlEncoding_UTF8 && m_encoding != XmlEncoding_UTF16 &&
-      m_encoding != XmlEncoding_UTF16NoDeclaration) {
+  if (!IsKnownEncoding()) {
     throw COvException(std::string("Unknown Encoding, select UTF-8 (contact ") +
                        detail::kSupportAddress + " for support)");
   }
