@@ -5,9 +5,11 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "xml/Prefetch.h"
 #include "xml/TreeStore.h"
 
 #include <cstring>
+#include <typeinfo>
 #include <vector>
 
 namespace OvXmlLib6 {
@@ -291,12 +293,19 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
     }
     CXmlObjectBase* item = frame.next->GetItem();
     frame.next = frame.next->GetNext();
-    const CElement* child = dynamic_cast<const CElement*>(item);
+    // The sibling's node is needed once this child's subtree is written.
+    detail::Prefetch(frame.next);
+    // Children are nearly always plain elements: the exact type is cheaper to test than a cast.
+    const CElement* child = typeid(*item) == typeid(CElement) ? static_cast<const CElement*>(item)
+                                                              : dynamic_cast<const CElement*>(item);
     if (child == nullptr) {
       // An item of another class writes itself.
       CXmlObjectBase::ToXml_Int(item, writer, false, item->GetNamespace().c_str(), context, flag);
       continue;
     }
+    // The collections are reached after the start tag, which the writer takes a while to form.
+    detail::Prefetch(child->m_attributes.get());
+    detail::Prefetch(child->m_children.get());
     child->WriteStart(writer, false, context);
     stack.push_back(Frame{child->m_children ? child->m_children->GetHead() : nullptr});
   }

@@ -2,6 +2,7 @@
 
 #include "DeferredRelease.h"
 #include "OvXmlLib6/core/Exceptions.h"
+#include "xml/Prefetch.h"
 
 namespace OvXmlLib6 {
 
@@ -174,6 +175,7 @@ void CXmlCollection::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* 
 void CXmlCollection::AttributesToXml_Int(CXmlWriter* writer,
                                          const CXmlSerializationContext& context) const {
   for (CNode* node = m_head; node != nullptr; node = node->m_next) {
+    detail::Prefetch(node->m_next);
     CXmlObjectBase::AttributesToXml_Int(node->m_item, writer, context);
   }
 }

@@ -12,7 +12,10 @@ constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace
 constexpr std::string_view kXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
 constexpr char kCDataStart[] = "<![CDATA[";
 
-std::string_view View(const char* text) { return text != nullptr ? text : std::string_view(); }
+// Most namespaces passed for attributes are empty: those cost no call to strlen.
+std::string_view View(const char* text) {
+  return text != nullptr && *text != '\0' ? std::string_view(text) : std::string_view();
+}
 
 // The bytes the escaping loop stops at: the terminating zero and the characters it replaces.
 struct EscapeTable {
@@ -244,7 +247,7 @@ void CXmlTextWriter::WriteText(const char* text, int /*itemType*/) {
   if (text == nullptr || *text == '\0') return;
   CloseStartTag();
   // Text kept as a CDATA section when it was read goes back out unchanged.
-  if (std::strncmp(text, kCDataStart, sizeof kCDataStart - 1) == 0) {
+  if (*text == '<' && std::strncmp(text, kCDataStart, sizeof kCDataStart - 1) == 0) {
     Put(text, std::strlen(text));
   } else {
     PutEscaped(text);
