@@ -303,9 +303,10 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
       CXmlObjectBase::ToXml_Int(item, writer, false, item->GetNamespace().c_str(), context, flag);
       continue;
     }
-    // The collections are reached after the start tag, which the writer takes a while to form.
-    detail::Prefetch(child->m_attributes.get());
-    detail::Prefetch(child->m_children.get());
+    // The rest of the child and its collections are loaded together rather than one by one.
+    detail::PrefetchObject(child);
+    detail::PrefetchObject(child->m_attributes.get());
+    detail::PrefetchObject(child->m_children.get());
     child->WriteStart(writer, false, context);
     stack.push_back(Frame{child->m_children ? child->m_children->GetHead() : nullptr});
   }

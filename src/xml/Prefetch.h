@@ -6,6 +6,9 @@
 #ifndef OVXMLLIB6_SRC_XML_PREFETCH_H
 #define OVXMLLIB6_SRC_XML_PREFETCH_H
 
+#include <cstddef>
+#include <cstdint>
+
 namespace OvXmlLib6 {
 namespace detail {
 
@@ -15,6 +18,22 @@ inline void Prefetch(const void* address) {
 #else
   (void)address;
 #endif
+}
+
+// Every cache line of the `size` bytes at `address`; nothing for null. The addresses are formed
+// as integers, so a range that reaches past the object is harmless.
+inline void PrefetchRange(const void* address, std::size_t size) {
+  if (address == nullptr) return;
+  constexpr std::uintptr_t kLine = 64;
+  const std::uintptr_t start = reinterpret_cast<std::uintptr_t>(address);
+  for (std::uintptr_t line = start & ~(kLine - 1); line < start + size; line += kLine) {
+    Prefetch(reinterpret_cast<const void*>(line));
+  }
+}
+
+template <class T>
+inline void PrefetchObject(const T* object) {
+  PrefetchRange(object, sizeof(T));
 }
 
 }  // namespace detail

@@ -161,13 +161,11 @@ void CXmlTextWriter::CheckAttributeAllowed(const char* what) {
   if (!context->IsStartTagOpen()) throw COvException("Attributes must be added before elements");
 }
 
-const std::string& CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared) {
+std::string_view CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared) {
   // The xml and xmlns namespaces are bound by XML itself and must not be declared again.
-  static const std::string kXml = "xml";
-  static const std::string kXmlns = "xmlns";
   declared = false;
-  if (ns == kXmlNamespace) return kXml;
-  if (ns == kXmlnsNamespace) return kXmlns;
+  if (ns == kXmlNamespace) return "xml";
+  if (ns == kXmlnsNamespace) return "xmlns";
   if (const std::string* prefix = FindPrefix(ns)) return *prefix;
   declared = true;
   return Bind(ns, GeneratePrefix());
@@ -191,9 +189,8 @@ void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
   Put('<');
   if (!uri.empty() && uri != context->GetDefaultNamespace()) {
     bool declared = false;
-    const std::string& prefix = PrefixFor(uri, declared);
-    context->SetName(prefix, name);
-    Put(context->GetQualifiedName());
+    const std::string_view prefix = PrefixFor(uri, declared);
+    Put(SetElementName(prefix, name));
     if (declared) {
       Put(" xmlns:", 7);
       Put(prefix);
@@ -202,8 +199,7 @@ void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
       Put('"');
     }
   } else {
-    context->SetName(name);
-    Put(name.data(), name.size());
+    Put(SetElementName(name));
   }
   if (parent == nullptr) {
     if (!GetPendingDefaultNamespace().empty()) {
@@ -260,7 +256,7 @@ void CXmlTextWriter::PutAttribute(std::string_view localName, std::string_view n
   Put(' ');
   if (!ns.empty()) {
     bool declared = false;
-    const std::string& prefix = PrefixFor(ns, declared);
+    const std::string_view prefix = PrefixFor(ns, declared);
     if (declared) {
       Put("xmlns:", 6);
       Put(prefix);
@@ -293,7 +289,7 @@ void CXmlTextWriter::WriteXsiType(const char* typeName, const char* typeNamespac
   m_scratch.clear();
   if (!uri.empty() && uri != GetCurrentContext()->GetDefaultNamespace()) {
     bool declared = false;
-    const std::string& prefix = PrefixFor(uri, declared);
+    const std::string_view prefix = PrefixFor(uri, declared);
     if (declared) {
       Put(" xmlns:", 7);
       Put(prefix);

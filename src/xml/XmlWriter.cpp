@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace OvXmlLib6 {
@@ -13,25 +14,27 @@ std::string_view View(const char* text) { return text != nullptr ? text : std::s
 // ---------------------------------------------------------------------------------------------
 // CXmlWriterContext
 
-CXmlWriter::CXmlWriterContext::CXmlWriterContext()
+CXmlWriter::CXmlWriterContext::CXmlWriterContext(const CXmlWriter* writer)
     : CInstanceMonitor("CXmlWriterContext"),
       m_childCount(0),
       m_startTagOpen(false),
       m_depth(0),
       m_parent(nullptr),
       m_defaultNamespace(&m_ownDefaultNamespace),
+      m_writer(writer),
+      m_nameOffset(0),
+      m_nameLength(0),
       m_prefixLength(0),
       m_localNameOffset(0),
       m_bindingBase(0) {}
 
 CXmlWriter::CXmlWriterContext::~CXmlWriterContext() = default;
 
-void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent, std::size_t bindingBase) {
+void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent) {
   m_childCount = 0;
   m_startTagOpen = true;
   m_parent = parent;
-  m_bindingBase = bindingBase;
-  m_qualifiedName.clear();
+  m_nameLength = 0;
   m_prefixLength = 0;
   m_localNameOffset = 0;
   if (parent != nullptr) {
@@ -44,28 +47,17 @@ void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent, std::size_t
   }
 }
 
-void CXmlWriter::CXmlWriterContext::SetName(std::string_view localName) {
-  m_qualifiedName.assign(localName.data(), localName.size());
-  m_prefixLength = 0;
-  m_localNameOffset = 0;
-}
-
-void CXmlWriter::CXmlWriterContext::SetName(std::string_view prefix, std::string_view localName) {
-  const std::size_t length = prefix.size() + 1 + localName.size();
-  m_qualifiedName.resize(length);
-  char* out = &m_qualifiedName[0];
-  std::memcpy(out, prefix.data(), prefix.size());
-  out[prefix.size()] = ':';
-  std::memcpy(out + prefix.size() + 1, localName.data(), localName.size());
-  m_prefixLength = prefix.size();
-  m_localNameOffset = prefix.size() + 1;
-}
-
 // ---------------------------------------------------------------------------------------------
 // CXmlWriter
 
 CXmlWriter::CXmlWriter(const char* className)
-    : CInstanceMonitor(className), m_current(nullptr), m_openCount(0), m_bindingCount(0) {}
+    : CInstanceMonitor(className),
+      m_current(nullptr),
+      m_openCount(0),
+      m_bindingCount(0),
+      m_names(new char[256]),
+      m_namesLength(0),
+      m_namesCapacity(256) {}
 
 CXmlWriter::~CXmlWriter() = default;
 
@@ -94,11 +86,16 @@ void CXmlWriter::AddNamespace(const char* prefix, const char* ns) {
 
 CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext() {
   if (m_openCount == m_contexts.size()) {
-    m_contexts.emplace_back(new CXmlWriterContext());
+    m_contexts.emplace_back(new CXmlWriterContext(this));
   }
   CXmlWriterContext* context = m_contexts[m_openCount].get();
-  if (m_current == nullptr) m_bindingCount = 0;
-  context->Start(m_current, m_bindingCount);
+  if (m_current == nullptr) {
+    m_bindingCount = 0;
+    m_namesLength = 0;
+  }
+  context->Start(m_current);
+  context->m_bindingBase = m_bindingCount;
+  context->m_nameOffset = m_namesLength;
   ++m_openCount;
   m_current = context;
   if (context->m_parent == nullptr) {
@@ -115,19 +112,61 @@ void CXmlWriter::PopContext() {
   if (context == nullptr) return;
   m_current = context->m_parent;
   m_bindingCount = context->m_bindingBase;
+  m_namesLength = context->m_nameOffset;
   context->m_parent = nullptr;
   context->m_defaultNamespace = &context->m_ownDefaultNamespace;
   --m_openCount;
 }
 
+char* CXmlWriter::ReserveName(std::size_t length) {
+  if (length > m_namesCapacity - m_namesLength) {
+    const std::size_t capacity = std::max(2 * m_namesCapacity, m_namesLength + length);
+    std::unique_ptr<char[]> names(new char[capacity]);
+    std::memcpy(names.get(), m_names.get(), m_namesLength);
+    m_names = std::move(names);
+    m_namesCapacity = capacity;
+  }
+  return m_names.get() + m_namesLength;
+}
+
+std::string_view CXmlWriter::SetElementName(std::string_view localName) {
+  CXmlWriterContext* context = m_current;
+  m_namesLength = context->m_nameOffset;
+  char* out = ReserveName(localName.size());
+  std::memcpy(out, localName.data(), localName.size());
+  m_namesLength += localName.size();
+  context->m_nameLength = localName.size();
+  context->m_prefixLength = 0;
+  context->m_localNameOffset = 0;
+  return std::string_view(out, localName.size());
+}
+
+std::string_view CXmlWriter::SetElementName(std::string_view prefix, std::string_view localName) {
+  CXmlWriterContext* context = m_current;
+  m_namesLength = context->m_nameOffset;
+  const std::size_t length = prefix.size() + 1 + localName.size();
+  char* out = ReserveName(length);
+  std::memcpy(out, prefix.data(), prefix.size());
+  out[prefix.size()] = ':';
+  std::memcpy(out + prefix.size() + 1, localName.data(), localName.size());
+  m_namesLength += length;
+  context->m_nameLength = length;
+  context->m_prefixLength = prefix.size();
+  context->m_localNameOffset = prefix.size() + 1;
+  return std::string_view(out, length);
+}
+
+namespace {
+bool SameText(const std::string& a, std::string_view b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), b.size()) == 0;
+}
+}  // namespace
+
 const std::string* CXmlWriter::FindPrefix(std::string_view ns) const {
   // The innermost binding of the namespace wins; scopes hold few bindings.
   for (std::size_t i = m_bindingCount; i-- > 0;) {
     const Binding& binding = m_bindings[i];
-    if (binding.ns.size() == ns.size() &&
-        std::memcmp(binding.ns.data(), ns.data(), ns.size()) == 0) {
-      return &binding.prefix;
-    }
+    if (SameText(binding.ns, ns)) return &binding.prefix;
   }
   return nullptr;
 }
@@ -135,14 +174,14 @@ const std::string* CXmlWriter::FindPrefix(std::string_view ns) const {
 bool CXmlWriter::IsInScope(std::size_t index) const {
   const std::string& ns = m_bindings[index].ns;
   for (std::size_t i = index + 1; i < m_bindingCount; ++i) {
-    if (m_bindings[i].ns == ns) return false;
+    if (SameText(m_bindings[i].ns, ns)) return false;
   }
   return true;
 }
 
 bool CXmlWriter::IsPrefixBound(std::string_view prefix) const {
   for (std::size_t i = 0; i < m_bindingCount; ++i) {
-    if (m_bindings[i].prefix == prefix && IsInScope(i)) return true;
+    if (SameText(m_bindings[i].prefix, prefix) && IsInScope(i)) return true;
   }
   return false;
 }
@@ -151,7 +190,7 @@ const std::string& CXmlWriter::Bind(std::string_view ns, std::string_view prefix
   // A namespace the element has bound already takes the new prefix in place.
   for (std::size_t i = m_current->m_bindingBase; i < m_bindingCount; ++i) {
     Binding& binding = m_bindings[i];
-    if (binding.ns == ns) {
+    if (SameText(binding.ns, ns)) {
       binding.prefix.assign(prefix.data(), prefix.size());
       return binding.prefix;
     }
@@ -167,6 +206,7 @@ const std::string& CXmlWriter::Bind(std::string_view ns, std::string_view prefix
 std::string CXmlWriter::GeneratePrefix() const {
   // Two letters for the first 676 names, as AA to ZZ; a scope with more bindings than that goes on
   // with three letters (AAA, ...) and so on, so every generated prefix stays a valid name.
+  char name[24];
   for (std::size_t n = 0;; ++n) {
     std::size_t index = n;
     std::size_t width = 2;
@@ -176,14 +216,14 @@ std::string CXmlWriter::GeneratePrefix() const {
       ++width;
       count *= 26;
     }
-    std::string name(width, 'A');
     for (std::size_t i = width; i-- > 0;) {
       name[i] = static_cast<char>('A' + index % 26);
       index /= 26;
     }
     // Each candidate that is taken is bound to a distinct namespace, so this ends after at most
     // one more candidate than the scope has bindings.
-    if (!IsPrefixBound(name)) return name;
+    const std::string_view candidate(name, width);
+    if (!IsPrefixBound(candidate)) return std::string(candidate);
   }
 }
 

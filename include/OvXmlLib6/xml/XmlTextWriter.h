@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace OvXmlLib6 {
 
@@ -50,7 +51,7 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
 
  private:
   void Put(const char* text, std::size_t length) { m_stream->Append(text, length); }
-  void Put(const std::string& text) { m_stream->Append(text.data(), text.size()); }
+  void Put(std::string_view text) { m_stream->Append(text.data(), text.size()); }
   void Put(char c) { m_stream->Append(c); }
   void PutLineEnd() { m_stream->Append(m_lineEnd.data(), m_lineEnd.size()); }
   void PutIndent(std::int32_t depth);
@@ -62,7 +63,8 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   void CheckAttributeAllowed(const char* what);
   // The prefix bound to `ns` in the current scope; a new one is generated and bound when there is
   // none, and `declared` is set.
-  const std::string& PrefixFor(std::string_view ns, bool& declared);
+  // The view is valid until the next binding.
+  std::string_view PrefixFor(std::string_view ns, bool& declared);
   void PutAttribute(std::string_view localName, std::string_view ns, const char* value);
   void FlushIfNeeded() {
     if (m_stream->GetLength() >= CTextStream::kFlushThreshold) m_stream->FlushBuffer();

@@ -28,7 +28,7 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // The state of one open element.
   class OVXML_API CXmlWriterContext : private CInstanceMonitor {
    public:
-    CXmlWriterContext();
+    explicit CXmlWriterContext(const CXmlWriter* writer);
     CXmlWriterContext(const CXmlWriterContext&) = delete;
     CXmlWriterContext& operator=(const CXmlWriterContext&) = delete;
     virtual ~CXmlWriterContext();
@@ -38,30 +38,22 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
     std::int32_t GetDepth() const { return m_depth; }
     CXmlWriterContext* GetParent() const { return m_parent; }
     const std::string& GetDefaultNamespace() const { return *m_defaultNamespace; }
-    // The name the start tag was written with: "prefix:local" or "local".
-    const std::string& GetQualifiedName() const { return m_qualifiedName; }
-    std::string_view GetLocalName() const {
-      return std::string_view(m_qualifiedName).substr(m_localNameOffset);
-    }
+    // The name the start tag was written with: "prefix:local" or "local". Valid while the element
+    // is open.
+    std::string_view GetQualifiedName() const;
+    std::string_view GetLocalName() const;
     // The prefix the start tag was written with; empty when it has none.
-    std::string_view GetPrefix() const {
-      return std::string_view(m_qualifiedName.data(), m_prefixLength);
-    }
+    std::string_view GetPrefix() const;
 
-    // For writers: counts a child element, records that the start tag was closed, and keeps the
-    // name the start tag was written with, so the end tag repeats it whatever is bound later.
+    // For writers: counts a child element and records that the start tag was closed.
     void AddChild() { ++m_childCount; }
     void MarkStartTagClosed() { m_startTagOpen = false; }
-    void SetName(std::string_view localName);
-    // With a prefix, even an empty one, the name is kept as "prefix:local".
-    void SetName(std::string_view prefix, std::string_view localName);
 
    private:
     friend class CXmlWriter;
 
     // Sets the context up for a new element; `parent` is null for the document element.
-    // `bindingBase` is the number of the writer's bindings in scope before the element.
-    void Start(CXmlWriterContext* parent, std::size_t bindingBase);
+    void Start(CXmlWriterContext* parent);
 
     std::int32_t m_childCount;
     bool m_startTagOpen;
@@ -71,8 +63,10 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
     // each of which outlives this context, so elements inherit it without a copy.
     const std::string* m_defaultNamespace;
     std::string m_ownDefaultNamespace;
-    // Kept with the context, which is reused, so that names rarely allocate.
-    std::string m_qualifiedName;
+    const CXmlWriter* m_writer;
+    // The qualified name is kept in the writer's stack of names, from m_nameOffset on.
+    std::size_t m_nameOffset;
+    std::size_t m_nameLength;
     std::size_t m_prefixLength;
     std::size_t m_localNameOffset;
     // The writer's bindings below this index belong to the ancestors.
@@ -132,6 +126,10 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   const std::string& Bind(std::string_view ns, std::string_view prefix);
   // The first of AA, AB, ..., AZ, BA, ... that no namespace in the current scope is bound to.
   std::string GeneratePrefix() const;
+  // Keeps the current element's name for its end tag: "prefix:local" when there is a prefix (even
+  // an empty one), else "local". Returns the name kept.
+  std::string_view SetElementName(std::string_view localName);
+  std::string_view SetElementName(std::string_view prefix, std::string_view localName);
 
   const std::string& GetPendingDefaultNamespace() const { return m_pendingDefaultNamespace; }
   const PrefixMap& GetPendingDeclarations() const { return m_pendingDeclarations; }
@@ -144,6 +142,8 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
 
   // True when binding `index` is not overridden by a later binding of the same namespace.
   bool IsInScope(std::size_t index) const;
+  // Room for `length` more bytes on the stack of names.
+  char* ReserveName(std::size_t length);
 
   std::string m_pendingDefaultNamespace;
   CXmlWriterContext* m_current;
@@ -156,7 +156,24 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // use; the rest keep their storage for the next elements.
   std::vector<Binding> m_bindings;
   std::size_t m_bindingCount;
+  // The qualified names of the open elements, one after the other.
+  std::unique_ptr<char[]> m_names;
+  std::size_t m_namesLength;
+  std::size_t m_namesCapacity;
 };
+
+inline std::string_view CXmlWriter::CXmlWriterContext::GetQualifiedName() const {
+  return std::string_view(m_writer->m_names.get() + m_nameOffset, m_nameLength);
+}
+
+inline std::string_view CXmlWriter::CXmlWriterContext::GetLocalName() const {
+  return std::string_view(m_writer->m_names.get() + m_nameOffset + m_localNameOffset,
+                          m_nameLength - m_localNameOffset);
+}
+
+inline std::string_view CXmlWriter::CXmlWriterContext::GetPrefix() const {
+  return std::string_view(m_writer->m_names.get() + m_nameOffset, m_prefixLength);
+}
 
 }  // namespace OvXmlLib6
 
