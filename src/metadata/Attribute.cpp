@@ -43,12 +43,16 @@ std::string CAttribute::GetTargetNamespace() const { return std::string(); }
 
 void CAttribute::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,
                            const CXmlSerializationContext& /*context*/, bool /*flag*/) const {
-  writer->WriteAttribute(m_name.c_str(), m_namespace.c_str(), m_value.c_str());
+  writer->WriteAttribute(std::string_view(m_name.c_str(), m_name.size()),
+                         std::string_view(m_namespace.c_str(), m_namespace.size()),
+                         std::string_view(m_value.c_str(), m_value.size()));
 }
 
 void CAttribute::AttributesToXml_Int(CXmlWriter* writer,
                                      const CXmlSerializationContext& /*context*/) const {
-  writer->WriteAttribute(m_name.c_str(), m_namespace.c_str(), m_value.c_str());
+  writer->WriteAttribute(std::string_view(m_name.c_str(), m_name.size()),
+                         std::string_view(m_namespace.c_str(), m_namespace.size()),
+                         std::string_view(m_value.c_str(), m_value.size()));
 }
 
 CXmlElement* CAttribute::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* /*current*/,

@@ -262,7 +262,9 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
     const std::string defaultNamespace = context.GetDefaultNamespaceURI();
     if (!defaultNamespace.empty()) writer->SetDefaultNamespace(defaultNamespace.c_str());
   }
-  writer->WriteStartElement(m_name.c_str(), m_namespace.c_str());
+  // The lengths are passed on, so the writer need not measure the strings again.
+  writer->WriteStartElement(std::string_view(m_name.c_str(), m_name.size()),
+                            std::string_view(m_namespace.c_str(), m_namespace.size()));
   if (isRoot) {
     CSmartPtr<CAttributeCol> extra = context.GetAdditionalRootAttributes();
     if (extra) CXmlObjectBase::AttributesToXml_Int(extra.get(), writer, context);
@@ -272,7 +274,7 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
     const std::string schema = context.GetInLineSchema();
     if (!schema.empty()) writer->WriteRawLine(schema.c_str());
   }
-  if (!m_text.empty()) writer->WriteText(m_text.c_str());
+  if (!m_text.empty()) writer->WriteText(std::string_view(m_text.c_str(), m_text.size()));
 }
 
 void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,

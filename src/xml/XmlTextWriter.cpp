@@ -4,6 +4,10 @@
 
 #include <cstring>
 
+#if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
+#include <emmintrin.h>
+#endif
+
 namespace OvXmlLib6 {
 
 namespace {
@@ -17,14 +21,55 @@ std::string_view View(const char* text) {
   return text != nullptr && *text != '\0' ? std::string_view(text) : std::string_view();
 }
 
-// The bytes the escaping loop stops at: the terminating zero and the characters it replaces.
+// The bytes the escaping stops at: the characters it replaces or drops, and NUL, which ends a
+// text as it would a C string. A line feed only needs replacing when the line end is CR LF.
 struct EscapeTable {
   bool stop[256] = {};
-  constexpr EscapeTable() {
-    for (unsigned char c : {'\0', '&', '<', '>', '"', '\n', '\r'}) stop[c] = true;
+  constexpr explicit EscapeTable(bool lineFeed) {
+    for (unsigned char c : {'\0', '&', '<', '>', '"', '\r'}) stop[c] = true;
+    stop[static_cast<unsigned char>('\n')] = lineFeed;
   }
 };
-constexpr EscapeTable kEscape;
+constexpr EscapeTable kEscapeLf(false);
+constexpr EscapeTable kEscapeCrLf(true);
+
+// The first byte in [p, end) that `stops` marks, or `end`. `lineFeed` tells whether the table
+// marks the line feed, for the vector scan, which tests the same bytes 16 at a time.
+const char* FindStop(const char* p, const char* end, const bool* stops, bool lineFeed) {
+#if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
+  if (end - p >= 16) {
+    const __m128i amp = _mm_set1_epi8('&');
+    const __m128i lt = _mm_set1_epi8('<');
+    const __m128i gt = _mm_set1_epi8('>');
+    const __m128i quot = _mm_set1_epi8('"');
+    const __m128i cr = _mm_set1_epi8('\r');
+    const __m128i lf = _mm_set1_epi8(lineFeed ? '\n' : '\0');
+    const __m128i nul = _mm_setzero_si128();
+    do {
+      const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+      const __m128i hit =
+          _mm_or_si128(_mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, amp), _mm_cmpeq_epi8(v, lt)),
+                                    _mm_or_si128(_mm_cmpeq_epi8(v, gt), _mm_cmpeq_epi8(v, quot))),
+                       _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, cr), _mm_cmpeq_epi8(v, lf)),
+                                    _mm_cmpeq_epi8(v, nul)));
+      const int mask = _mm_movemask_epi8(hit);
+      if (mask != 0) return p + __builtin_ctz(static_cast<unsigned>(mask));
+      p += 16;
+    } while (end - p >= 16);
+  }
+#else
+  (void)lineFeed;
+#endif
+  while (end - p >= 4) {
+    if (stops[static_cast<unsigned char>(p[0])]) return p;
+    if (stops[static_cast<unsigned char>(p[1])]) return p + 1;
+    if (stops[static_cast<unsigned char>(p[2])]) return p + 2;
+    if (stops[static_cast<unsigned char>(p[3])]) return p + 3;
+    p += 4;
+  }
+  while (p != end && !stops[static_cast<unsigned char>(*p)]) ++p;
+  return p;
+}
 
 const char* LineEndFor(EOLType type) {
   switch (type) {
@@ -41,6 +86,7 @@ const char* LineEndFor(EOLType type) {
 CXmlTextWriter::CXmlTextWriter(CTextStream* stream)
     : CXmlWriter("CXmlTextWriter"),
       m_lineEnd("\n"),
+      m_escapeStops(kEscapeLf.stop),
       m_eolType(EOLType_LF),
       m_formatted(true),
       m_stream(stream) {
@@ -63,6 +109,7 @@ void CXmlTextWriter::Close() {
 
 void CXmlTextWriter::SetEOLType(EOLType type) {
   m_lineEnd = LineEndFor(type);
+  m_escapeStops = type == EOLType_CRLF ? kEscapeCrLf.stop : kEscapeLf.stop;
   m_eolType = type;
 }
 
@@ -95,30 +142,17 @@ void CXmlTextWriter::PutIndent(std::int32_t depth) {
   }
 }
 
-void CXmlTextWriter::PutEscaped(const char* text) {
-  if (text == nullptr) return;
-  const char* run = text;
-  const char* p = text;
+void CXmlTextWriter::PutEscaped(std::string_view text) {
+  if (text.empty()) return;
+  const bool lineFeed = m_eolType == EOLType_CRLF;
+  const char* p = text.data();
+  const char* const end = p + text.size();
   for (;;) {
-    // Plain bytes are only scanned here, four at a time, and copied as one run below.
-    for (;;) {
-      if (kEscape.stop[static_cast<unsigned char>(p[0])]) break;
-      if (kEscape.stop[static_cast<unsigned char>(p[1])]) {
-        p += 1;
-        break;
-      }
-      if (kEscape.stop[static_cast<unsigned char>(p[2])]) {
-        p += 2;
-        break;
-      }
-      if (kEscape.stop[static_cast<unsigned char>(p[3])]) {
-        p += 3;
-        break;
-      }
-      p += 4;
-    }
-    if (p != run) Put(run, static_cast<std::size_t>(p - run));
-    switch (*p) {
+    // Plain bytes are only scanned, and copied as one run.
+    const char* stop = FindStop(p, end, m_escapeStops, lineFeed);
+    if (stop != p) Put(p, static_cast<std::size_t>(stop - p));
+    if (stop == end) return;
+    switch (*stop) {
       case '\0':
         return;
       case '&':
@@ -134,13 +168,13 @@ void CXmlTextWriter::PutEscaped(const char* text) {
         Put("&quot;", 6);
         break;
       case '\n':
-        // The line-end string always matches a valid type: SetEOLType refuses any other.
+        // Only stopped at for CR LF line ends.
         PutLineEnd();
         break;
       default:  // '\r' is dropped; line feeds carry the line end
         break;
     }
-    run = ++p;
+    p = stop + 1;
   }
 }
 
@@ -172,9 +206,11 @@ std::string_view CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared) 
 }
 
 void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
-  const std::string_view name = View(localName);
+  WriteStartElement(View(localName), View(ns));
+}
+
+void CXmlTextWriter::WriteStartElement(std::string_view name, std::string_view uri) {
   if (name.empty()) throw COvInvalidParamException("An element's local name must not be empty");
-  const std::string_view uri = View(ns);
   CXmlWriterContext* parent = GetCurrentContext();
   if (parent != nullptr) {
     parent->AddChild();
@@ -195,7 +231,7 @@ void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
       Put(" xmlns:", 7);
       Put(prefix);
       Put("=\"", 2);
-      PutEscaped(ns);
+      PutEscaped(uri);
       Put('"');
     }
   } else {
@@ -239,12 +275,20 @@ void CXmlTextWriter::WriteEndElement() {
   FlushIfNeeded();
 }
 
-void CXmlTextWriter::WriteText(const char* text, int /*itemType*/) {
+void CXmlTextWriter::WriteText(const char* text, int itemType) {
   if (text == nullptr || *text == '\0') return;
+  WriteText(std::string_view(text), itemType);
+}
+
+void CXmlTextWriter::WriteText(std::string_view text, int /*itemType*/) {
+  if (text.empty() || text[0] == '\0') return;
   CloseStartTag();
   // Text kept as a CDATA section when it was read goes back out unchanged.
-  if (*text == '<' && std::strncmp(text, kCDataStart, sizeof kCDataStart - 1) == 0) {
-    Put(text, std::strlen(text));
+  if (text[0] == '<' && text.size() >= sizeof kCDataStart - 1 &&
+      std::memcmp(text.data(), kCDataStart, sizeof kCDataStart - 1) == 0) {
+    const void* nul = std::memchr(text.data(), '\0', text.size());
+    if (nul != nullptr) text = text.substr(0, static_cast<const char*>(nul) - text.data());
+    Put(text);
   } else {
     PutEscaped(text);
   }
@@ -252,7 +296,7 @@ void CXmlTextWriter::WriteText(const char* text, int /*itemType*/) {
 }
 
 void CXmlTextWriter::PutAttribute(std::string_view localName, std::string_view ns,
-                                  const char* value) {
+                                  std::string_view value) {
   Put(' ');
   if (!ns.empty()) {
     bool declared = false;
@@ -261,7 +305,7 @@ void CXmlTextWriter::PutAttribute(std::string_view localName, std::string_view n
       Put("xmlns:", 6);
       Put(prefix);
       Put("=\"", 2);
-      PutEscaped(ns.data());
+      PutEscaped(ns);
       Put("\" ", 2);
     }
     Put(prefix);
@@ -275,11 +319,17 @@ void CXmlTextWriter::PutAttribute(std::string_view localName, std::string_view n
 }
 
 void CXmlTextWriter::WriteAttribute(const char* localName, const char* ns, const char* value,
-                                    int /*itemType*/) {
+                                    int itemType) {
+  WriteAttribute(View(localName), View(ns), View(value), itemType);
+}
+
+void CXmlTextWriter::WriteAttribute(std::string_view localName, std::string_view ns,
+                                    std::string_view value, int /*itemType*/) {
   CheckAttributeAllowed("attribute");
-  const std::string_view name = View(localName);
-  if (name.empty()) throw COvInvalidParamException("An attribute's local name must not be empty");
-  PutAttribute(name, View(ns), value);
+  if (localName.empty()) {
+    throw COvInvalidParamException("An attribute's local name must not be empty");
+  }
+  PutAttribute(localName, ns, value);
 }
 
 void CXmlTextWriter::WriteXsiType(const char* typeName, const char* typeNamespace,
@@ -294,14 +344,14 @@ void CXmlTextWriter::WriteXsiType(const char* typeName, const char* typeNamespac
       Put(" xmlns:", 7);
       Put(prefix);
       Put("=\"", 2);
-      PutEscaped(typeNamespace);
+      PutEscaped(uri);
       Put("\" ", 2);
     }
     m_scratch = prefix;
     m_scratch += ':';
   }
   m_scratch += View(typeName);
-  PutAttribute("type", kSchemaInstanceNamespace, m_scratch.c_str());
+  PutAttribute("type", kSchemaInstanceNamespace, m_scratch);
 }
 
 void CXmlTextWriter::WriteComment(const char* text) {
@@ -312,7 +362,7 @@ void CXmlTextWriter::WriteComment(const char* text) {
     if (m_formatted) PutLineEnd();
   }
   Put("<!--", 4);
-  PutEscaped(text);
+  PutEscaped(View(text));
   Put("-->", 3);
   PutLineEnd();
   FlushIfNeeded();

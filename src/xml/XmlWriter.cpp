@@ -84,6 +84,20 @@ void CXmlWriter::AddNamespace(const char* prefix, const char* ns) {
   Bind(View(ns), View(prefix));
 }
 
+void CXmlWriter::WriteStartElement(std::string_view localName, std::string_view ns) {
+  WriteStartElement(std::string(localName).c_str(), std::string(ns).c_str());
+}
+
+void CXmlWriter::WriteText(std::string_view text, int itemType) {
+  WriteText(std::string(text).c_str(), itemType);
+}
+
+void CXmlWriter::WriteAttribute(std::string_view localName, std::string_view ns,
+                                std::string_view value, int itemType) {
+  WriteAttribute(std::string(localName).c_str(), std::string(ns).c_str(),
+                 std::string(value).c_str(), itemType);
+}
+
 CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext() {
   if (m_openCount == m_contexts.size()) {
     m_contexts.emplace_back(new CXmlWriterContext(this));

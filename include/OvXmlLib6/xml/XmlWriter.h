@@ -101,6 +101,14 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // Writes the attribute xsi:type with the type's qualified name.
   virtual void WriteXsiType(const char* typeName, const char* typeNamespace, int itemType = 0) = 0;
 
+  // The same calls for strings whose lengths are known, which spares the writer measuring them
+  // again. As above, a text or value ends at a NUL byte inside it; names are taken as they are.
+  // The base copies the strings and calls the forms above.
+  virtual void WriteStartElement(std::string_view localName, std::string_view ns);
+  virtual void WriteText(std::string_view text, int itemType = 0);
+  virtual void WriteAttribute(std::string_view localName, std::string_view ns,
+                              std::string_view value, int itemType = 0);
+
   // The innermost open element, or null.
   CXmlWriterContext* GetCurrentContext() const { return m_current; }
 
