@@ -262,9 +262,15 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
     const std::string defaultNamespace = context.GetDefaultNamespaceURI();
     if (!defaultNamespace.empty()) writer->SetDefaultNamespace(defaultNamespace.c_str());
   }
-  // The lengths are passed on, so the writer need not measure the strings again.
+  // The first attribute, the text and the first child are requested now, so that they load while
+  // the start tag is written. The lengths are passed on: the writer need not measure the strings.
+  const CXmlCollection::CNode* firstChild = m_children ? m_children->GetHead() : nullptr;
+  detail::Prefetch(firstChild);
+  if (m_attributes) detail::Prefetch(m_attributes->GetHead());
+  detail::Prefetch(m_text.c_str());
   writer->WriteStartElement(std::string_view(m_name.c_str(), m_name.size()),
                             std::string_view(m_namespace.c_str(), m_namespace.size()));
+  if (firstChild != nullptr) detail::PrefetchRange(firstChild->GetItem(), sizeof(CElement));
   if (isRoot) {
     CSmartPtr<CAttributeCol> extra = context.GetAdditionalRootAttributes();
     if (extra) CXmlObjectBase::AttributesToXml_Int(extra.get(), writer, context);
@@ -294,9 +300,11 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
       continue;
     }
     CXmlObjectBase* item = frame.next->GetItem();
-    frame.next = frame.next->GetNext();
-    // The sibling's node is needed once this child's subtree is written.
-    detail::Prefetch(frame.next);
+    const CXmlCollection::CNode* sibling = frame.next->GetNext();
+    frame.next = sibling;
+    // The sibling's node is needed once this child's subtree is written; its item is requested
+    // once the node has had the child's start tag to arrive.
+    detail::Prefetch(sibling);
     // Children are nearly always plain elements: the exact type is cheaper to test than a cast.
     const CElement* child = typeid(*item) == typeid(CElement) ? static_cast<const CElement*>(item)
                                                               : dynamic_cast<const CElement*>(item);
@@ -310,6 +318,7 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
     detail::PrefetchObject(child->m_attributes.get());
     detail::PrefetchObject(child->m_children.get());
     child->WriteStart(writer, false, context);
+    if (sibling != nullptr) detail::PrefetchRange(sibling->GetItem(), sizeof(CElement));
     stack.push_back(Frame{child->m_children ? child->m_children->GetHead() : nullptr});
   }
 }
