@@ -200,7 +200,8 @@ std::string_view CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared) 
   declared = false;
   if (ns == kXmlNamespace) return "xml";
   if (ns == kXmlnsNamespace) return "xmlns";
-  if (const std::string* prefix = FindPrefix(ns)) return *prefix;
+  std::string_view prefix;
+  if (FindPrefix(ns, prefix)) return prefix;
   declared = true;
   return Bind(ns, GeneratePrefix());
 }

@@ -1,6 +1,7 @@
 #include "OvXmlLib6/xml/XmlWriter.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "xml/Bytes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -26,7 +27,8 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const CXmlWriter* writer)
       m_nameLength(0),
       m_prefixLength(0),
       m_localNameOffset(0),
-      m_bindingBase(0) {}
+      m_bindingBase(0),
+      m_bindingTextBase(0) {}
 
 CXmlWriter::CXmlWriterContext::~CXmlWriterContext() = default;
 
@@ -51,13 +53,10 @@ void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent) {
 // CXmlWriter
 
 CXmlWriter::CXmlWriter(const char* className)
-    : CInstanceMonitor(className),
-      m_current(nullptr),
-      m_openCount(0),
-      m_bindingCount(0),
-      m_names(new char[256]),
-      m_namesLength(0),
-      m_namesCapacity(256) {}
+    : CInstanceMonitor(className), m_current(nullptr), m_openCount(0), m_bindingCount(0) {
+  m_names.Reserve(256);
+  m_bindingText.Reserve(256);
+}
 
 CXmlWriter::~CXmlWriter() = default;
 
@@ -105,11 +104,13 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext() {
   CXmlWriterContext* context = m_contexts[m_openCount].get();
   if (m_current == nullptr) {
     m_bindingCount = 0;
-    m_namesLength = 0;
+    m_bindingText.length = 0;
+    m_names.length = 0;
   }
   context->Start(m_current);
   context->m_bindingBase = m_bindingCount;
-  context->m_nameOffset = m_namesLength;
+  context->m_bindingTextBase = m_bindingText.length;
+  context->m_nameOffset = m_names.length;
   ++m_openCount;
   m_current = context;
   if (context->m_parent == nullptr) {
@@ -126,95 +127,110 @@ void CXmlWriter::PopContext() {
   if (context == nullptr) return;
   m_current = context->m_parent;
   m_bindingCount = context->m_bindingBase;
-  m_namesLength = context->m_nameOffset;
+  m_bindingText.length = context->m_bindingTextBase;
+  m_names.length = context->m_nameOffset;
   context->m_parent = nullptr;
   context->m_defaultNamespace = &context->m_ownDefaultNamespace;
   --m_openCount;
 }
 
-char* CXmlWriter::ReserveName(std::size_t length) {
-  if (length > m_namesCapacity - m_namesLength) {
-    const std::size_t capacity = std::max(2 * m_namesCapacity, m_namesLength + length);
-    std::unique_ptr<char[]> names(new char[capacity]);
-    std::memcpy(names.get(), m_names.get(), m_namesLength);
-    m_names = std::move(names);
-    m_namesCapacity = capacity;
+char* CXmlWriter::CharStack::Reserve(std::size_t more) {
+  if (more > capacity - length) {
+    const std::size_t grown = std::max(2 * capacity, length + more);
+    std::unique_ptr<char[]> bigger(new char[grown]);
+    if (length != 0) std::memcpy(bigger.get(), data.get(), length);
+    data = std::move(bigger);
+    capacity = grown;
   }
-  return m_names.get() + m_namesLength;
+  return data.get() + length;
+}
+
+std::size_t CXmlWriter::CharStack::Push(std::string_view text) {
+  char* out = Reserve(text.size());
+  detail::CopyBytes(out, text.data(), text.size());
+  const std::size_t offset = length;
+  length += text.size();
+  return offset;
 }
 
 std::string_view CXmlWriter::SetElementName(std::string_view localName) {
   CXmlWriterContext* context = m_current;
-  m_namesLength = context->m_nameOffset;
-  char* out = ReserveName(localName.size());
-  std::memcpy(out, localName.data(), localName.size());
-  m_namesLength += localName.size();
+  m_names.length = context->m_nameOffset;
+  m_names.Push(localName);
   context->m_nameLength = localName.size();
   context->m_prefixLength = 0;
   context->m_localNameOffset = 0;
-  return std::string_view(out, localName.size());
+  return m_names.View(context->m_nameOffset, localName.size());
 }
 
 std::string_view CXmlWriter::SetElementName(std::string_view prefix, std::string_view localName) {
   CXmlWriterContext* context = m_current;
-  m_namesLength = context->m_nameOffset;
+  m_names.length = context->m_nameOffset;
   const std::size_t length = prefix.size() + 1 + localName.size();
-  char* out = ReserveName(length);
-  std::memcpy(out, prefix.data(), prefix.size());
+  char* out = m_names.Reserve(length);
+  detail::CopyBytes(out, prefix.data(), prefix.size());
   out[prefix.size()] = ':';
-  std::memcpy(out + prefix.size() + 1, localName.data(), localName.size());
-  m_namesLength += length;
+  detail::CopyBytes(out + prefix.size() + 1, localName.data(), localName.size());
+  m_names.length += length;
   context->m_nameLength = length;
   context->m_prefixLength = prefix.size();
   context->m_localNameOffset = prefix.size() + 1;
   return std::string_view(out, length);
 }
 
-namespace {
-bool SameText(const std::string& a, std::string_view b) {
-  return a.size() == b.size() && std::memcmp(a.data(), b.data(), b.size()) == 0;
-}
-}  // namespace
-
-const std::string* CXmlWriter::FindPrefix(std::string_view ns) const {
+bool CXmlWriter::FindPrefix(std::string_view ns, std::string_view& prefix) const {
   // The innermost binding of the namespace wins; scopes hold few bindings.
   for (std::size_t i = m_bindingCount; i-- > 0;) {
     const Binding& binding = m_bindings[i];
-    if (SameText(binding.ns, ns)) return &binding.prefix;
+    if (binding.nsLength == ns.size() &&
+        detail::SameBytes(m_bindingText.data.get() + binding.ns, ns.data(), ns.size())) {
+      prefix = BindingPrefix(binding);
+      return true;
+    }
   }
-  return nullptr;
+  return false;
 }
 
 bool CXmlWriter::IsInScope(std::size_t index) const {
-  const std::string& ns = m_bindings[index].ns;
+  const std::string_view ns = BindingNamespace(m_bindings[index]);
   for (std::size_t i = index + 1; i < m_bindingCount; ++i) {
-    if (SameText(m_bindings[i].ns, ns)) return false;
+    if (BindingNamespace(m_bindings[i]) == ns) return false;
   }
   return true;
 }
 
 bool CXmlWriter::IsPrefixBound(std::string_view prefix) const {
   for (std::size_t i = 0; i < m_bindingCount; ++i) {
-    if (SameText(m_bindings[i].prefix, prefix) && IsInScope(i)) return true;
+    const Binding& binding = m_bindings[i];
+    if (binding.prefixLength == prefix.size() &&
+        detail::SameBytes(m_bindingText.data.get() + binding.prefix, prefix.data(),
+                          prefix.size()) &&
+        IsInScope(i)) {
+      return true;
+    }
   }
   return false;
 }
 
-const std::string& CXmlWriter::Bind(std::string_view ns, std::string_view prefix) {
-  // A namespace the element has bound already takes the new prefix in place.
+std::string_view CXmlWriter::Bind(std::string_view ns, std::string_view prefix) {
+  // A namespace the element has bound already takes the new prefix in place; the old prefix's
+  // bytes stay unused on the stack until the element ends.
   for (std::size_t i = m_current->m_bindingBase; i < m_bindingCount; ++i) {
     Binding& binding = m_bindings[i];
-    if (SameText(binding.ns, ns)) {
-      binding.prefix.assign(prefix.data(), prefix.size());
-      return binding.prefix;
+    if (BindingNamespace(binding) == ns) {
+      binding.prefix = m_bindingText.Push(prefix);
+      binding.prefixLength = prefix.size();
+      return BindingPrefix(binding);
     }
   }
   if (m_bindingCount == m_bindings.size()) m_bindings.emplace_back();
   Binding& binding = m_bindings[m_bindingCount];
-  binding.ns.assign(ns.data(), ns.size());
-  binding.prefix.assign(prefix.data(), prefix.size());
+  binding.ns = m_bindingText.Push(ns);
+  binding.nsLength = ns.size();
+  binding.prefix = m_bindingText.Push(prefix);
+  binding.prefixLength = prefix.size();
   ++m_bindingCount;
-  return binding.prefix;
+  return BindingPrefix(binding);
 }
 
 std::string CXmlWriter::GeneratePrefix() const {

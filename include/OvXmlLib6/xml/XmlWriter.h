@@ -69,8 +69,10 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
     std::size_t m_nameLength;
     std::size_t m_prefixLength;
     std::size_t m_localNameOffset;
-    // The writer's bindings below this index belong to the ancestors.
+    // The writer's bindings below this index, and their text below m_bindingTextBase, belong to
+    // the ancestors.
     std::size_t m_bindingBase;
+    std::size_t m_bindingTextBase;
   };
 
   CXmlWriter(const CXmlWriter&) = delete;
@@ -125,13 +127,15 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // Closes the current context, dropping its bindings, and makes its parent current.
   void PopContext();
 
-  // The prefix bound to `ns` in the current element's scope, or null.
-  const std::string* FindPrefix(std::string_view ns) const;
+  // Sets `prefix` to the prefix bound to `ns` in the current element's scope and returns true, or
+  // returns false when there is none. The view is valid until the next binding.
+  bool FindPrefix(std::string_view ns, std::string_view& prefix) const;
   // True when some namespace in the current element's scope is bound to `prefix`.
   bool IsPrefixBound(std::string_view prefix) const;
   // Binds `prefix` to `ns` in the current element's scope, in place of a binding of `ns` that
-  // the element already has, and returns the stored prefix. An element must be open.
-  const std::string& Bind(std::string_view ns, std::string_view prefix);
+  // the element already has, and returns the stored prefix (valid until the next binding). An
+  // element must be open.
+  std::string_view Bind(std::string_view ns, std::string_view prefix);
   // The first of AA, AB, ..., AZ, BA, ... that no namespace in the current scope is bound to.
   std::string GeneratePrefix() const;
   // Keeps the current element's name for its end tag: "prefix:local" when there is a prefix (even
@@ -143,15 +147,36 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   const PrefixMap& GetPendingDeclarations() const { return m_pendingDeclarations; }
 
  private:
-  struct Binding {
-    std::string ns;
-    std::string prefix;
+  // A growing byte array used as a stack: text is pushed at the end and dropped back to a mark.
+  struct CharStack {
+    std::unique_ptr<char[]> data;
+    std::size_t length = 0;
+    std::size_t capacity = 0;
+    // Room for `more` bytes after the current end.
+    char* Reserve(std::size_t more);
+    // Pushes `text` and returns its offset.
+    std::size_t Push(std::string_view text);
+    std::string_view View(std::size_t offset, std::size_t size) const {
+      return std::string_view(data.get() + offset, size);
+    }
   };
 
+  // A namespace bound to a prefix: where each is kept in m_bindingText.
+  struct Binding {
+    std::size_t ns;
+    std::size_t nsLength;
+    std::size_t prefix;
+    std::size_t prefixLength;
+  };
+
+  std::string_view BindingNamespace(const Binding& binding) const {
+    return m_bindingText.View(binding.ns, binding.nsLength);
+  }
+  std::string_view BindingPrefix(const Binding& binding) const {
+    return m_bindingText.View(binding.prefix, binding.prefixLength);
+  }
   // True when binding `index` is not overridden by a later binding of the same namespace.
   bool IsInScope(std::size_t index) const;
-  // Room for `length` more bytes on the stack of names.
-  char* ReserveName(std::size_t length);
 
   std::string m_pendingDefaultNamespace;
   CXmlWriterContext* m_current;
@@ -161,26 +186,25 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   std::size_t m_openCount;
   // The bindings in scope of the open elements, outermost first: each element's own bindings
   // follow its ancestors', and go when it ends. Only the first m_bindingCount entries are in
-  // use; the rest keep their storage for the next elements.
+  // use. Their text is kept in one stack as well, so binding allocates nothing once warm.
   std::vector<Binding> m_bindings;
   std::size_t m_bindingCount;
+  CharStack m_bindingText;
   // The qualified names of the open elements, one after the other.
-  std::unique_ptr<char[]> m_names;
-  std::size_t m_namesLength;
-  std::size_t m_namesCapacity;
+  CharStack m_names;
 };
 
 inline std::string_view CXmlWriter::CXmlWriterContext::GetQualifiedName() const {
-  return std::string_view(m_writer->m_names.get() + m_nameOffset, m_nameLength);
+  return std::string_view(m_writer->m_names.data.get() + m_nameOffset, m_nameLength);
 }
 
 inline std::string_view CXmlWriter::CXmlWriterContext::GetLocalName() const {
-  return std::string_view(m_writer->m_names.get() + m_nameOffset + m_localNameOffset,
+  return std::string_view(m_writer->m_names.data.get() + m_nameOffset + m_localNameOffset,
                           m_nameLength - m_localNameOffset);
 }
 
 inline std::string_view CXmlWriter::CXmlWriterContext::GetPrefix() const {
-  return std::string_view(m_writer->m_names.get() + m_nameOffset, m_prefixLength);
+  return std::string_view(m_writer->m_names.data.get() + m_nameOffset, m_prefixLength);
 }
 
 }  // namespace OvXmlLib6
