@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 
+#include <cstdint>
 #include <cstring>
 
 #if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
@@ -33,33 +34,72 @@ struct EscapeTable {
 constexpr EscapeTable kEscapeLf(false);
 constexpr EscapeTable kEscapeCrLf(true);
 
-// The first byte in [p, end) that `stops` marks, or `end`. `lineFeed` tells whether the table
-// marks the line feed, for the vector scan, which tests the same bytes 16 at a time.
-const char* FindStop(const char* p, const char* end, const bool* stops, bool lineFeed) {
 #if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
-  if (end - p >= 16) {
-    const __m128i amp = _mm_set1_epi8('&');
-    const __m128i lt = _mm_set1_epi8('<');
-    const __m128i gt = _mm_set1_epi8('>');
-    const __m128i quot = _mm_set1_epi8('"');
-    const __m128i cr = _mm_set1_epi8('\r');
-    const __m128i lf = _mm_set1_epi8(lineFeed ? '\n' : '\0');
-    const __m128i nul = _mm_setzero_si128();
-    do {
-      const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-      const __m128i hit =
-          _mm_or_si128(_mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, amp), _mm_cmpeq_epi8(v, lt)),
-                                    _mm_or_si128(_mm_cmpeq_epi8(v, gt), _mm_cmpeq_epi8(v, quot))),
-                       _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, cr), _mm_cmpeq_epi8(v, lf)),
-                                    _mm_cmpeq_epi8(v, nul)));
-      const int mask = _mm_movemask_epi8(hit);
-      if (mask != 0) return p + __builtin_ctz(static_cast<unsigned>(mask));
-      p += 16;
-    } while (end - p >= 16);
+#define OVXML_ESCAPE_SSE2 1
+
+// Bit i is set when byte i of `v` is one the escaping stops at; `lineFeed` holds line feeds when
+// they are such bytes and zeros otherwise.
+inline unsigned StopMask(__m128i v, __m128i lineFeed) {
+  const __m128i hit = _mm_or_si128(
+      _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('&')),
+                                _mm_cmpeq_epi8(v, _mm_set1_epi8('<'))),
+                   _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('>')),
+                                _mm_cmpeq_epi8(v, _mm_set1_epi8('"')))),
+      _mm_or_si128(
+          _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('\r')), _mm_cmpeq_epi8(v, lineFeed)),
+          _mm_cmpeq_epi8(v, _mm_setzero_si128())));
+  return static_cast<unsigned>(_mm_movemask_epi8(hit));
+}
+
+inline const char* FirstSet(const char* p, unsigned mask) { return p + __builtin_ctz(mask); }
+#endif
+
+// The first byte in [p, end) that `stops` marks, or `end`; `begin` (at most p) is where the text
+// starts. With SSE2 the bytes are tested 16 at a time, and a shorter rest with loads that overlap
+// bytes tested before (of the text, never outside it); `lineFeed` tells whether the table marks
+// the line feed.
+const char* FindStop(const char* begin, const char* p, const char* end, const bool* stops,
+                     bool lineFeed) {
+#if OVXML_ESCAPE_SSE2
+  const __m128i lf = _mm_set1_epi8(lineFeed ? '\n' : '\0');
+  while (end - p >= 16) {
+    const unsigned mask = StopMask(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), lf);
+    if (mask != 0) return FirstSet(p, mask);
+    p += 16;
+  }
+  const std::size_t rest = static_cast<std::size_t>(end - p);
+  if (rest == 0) return end;
+  if (end - begin >= 16) {
+    // The text's last 16 bytes; the bits of those before p are shifted out.
+    const unsigned mask =
+        StopMask(_mm_loadu_si128(reinterpret_cast<const __m128i*>(end - 16)), lf) >> (16 - rest);
+    return mask != 0 ? FirstSet(p, mask) : end;
+  }
+  if (rest >= 8) {
+    // Two loads of 8 bytes, the second ending at `end`, cover the rest.
+    std::uint64_t first;
+    std::uint64_t last;
+    std::memcpy(&first, p, 8);
+    std::memcpy(&last, end - 8, 8);
+    const unsigned mask =
+        StopMask(_mm_set_epi64x(static_cast<long long>(last), static_cast<long long>(first)), lf);
+    if ((mask & 0xFFu) != 0) return FirstSet(p, mask & 0xFFu);
+    return mask != 0 ? FirstSet(end - 8, mask >> 8) : end;
+  }
+  if (rest >= 4) {
+    std::uint32_t first;
+    std::uint32_t last;
+    std::memcpy(&first, p, 4);
+    std::memcpy(&last, end - 4, 4);
+    // The upper bytes are zeros, which test as NUL: only the low 8 bits count.
+    const unsigned mask =
+        StopMask(_mm_set_epi32(0, 0, static_cast<int>(last), static_cast<int>(first)), lf) & 0xFFu;
+    if ((mask & 0xFu) != 0) return FirstSet(p, mask & 0xFu);
+    return mask != 0 ? FirstSet(end - 4, mask >> 4) : end;
   }
 #else
+  (void)begin;
   (void)lineFeed;
-#endif
   while (end - p >= 4) {
     if (stops[static_cast<unsigned char>(p[0])]) return p;
     if (stops[static_cast<unsigned char>(p[1])]) return p + 1;
@@ -67,6 +107,7 @@ const char* FindStop(const char* p, const char* end, const bool* stops, bool lin
     if (stops[static_cast<unsigned char>(p[3])]) return p + 3;
     p += 4;
   }
+#endif
   while (p != end && !stops[static_cast<unsigned char>(*p)]) ++p;
   return p;
 }
@@ -149,7 +190,7 @@ void CXmlTextWriter::PutEscaped(std::string_view text) {
   const char* const end = p + text.size();
   for (;;) {
     // Plain bytes are only scanned, and copied as one run.
-    const char* stop = FindStop(p, end, m_escapeStops, lineFeed);
+    const char* stop = FindStop(text.data(), p, end, m_escapeStops, lineFeed);
     if (stop != p) Put(p, static_cast<std::size_t>(stop - p));
     if (stop == end) return;
     switch (*stop) {

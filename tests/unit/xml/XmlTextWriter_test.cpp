@@ -128,9 +128,9 @@ TEST(CXmlTextWriter, EscapesTextAttributesAndComments) {
             "<r>\r\n1\r\n2</r>\r\n");
 }
 
-// Escaping scans long runs 16 bytes at a time and the rest byte by byte: a character to replace
-// must be found at any offset, in text and attribute values, for either line end.
-TEST(CXmlTextWriter, EscapesAtEveryOffsetOfLongText) {
+// Escaping tests 16 bytes at a time and shorter rests with overlapping loads: a character to
+// replace must be found at any offset of any length, in text and values, for either line end.
+TEST(CXmlTextWriter, EscapesAtEveryOffsetAndLength) {
   const auto reference = [](const std::string& text, const std::string& eol) {
     std::string out;
     for (char c : text) {
@@ -161,22 +161,26 @@ TEST(CXmlTextWriter, EscapesAtEveryOffsetOfLongText) {
   const std::string plain = "abcdefghijklmnopqrstuvwxyz0123456789ABCDEFGHIJ\xC3\xA9";
   for (EOLType eol : {EOLType_LF, EOLType_CRLF}) {
     for (char special : {'&', '<', '>', '"', '\n', '\r'}) {
-      for (std::size_t at = 0; at < plain.size(); ++at) {
-        std::string text = plain;
-        text[at] = special;
-        text += special;  // and one at the very end
-        const std::string out = Write([&](CXmlTextWriter& w) {
-          w.SetFormatted(false);
-          w.SetEOLType(eol);
-          w.WriteStartElement("r", "");
-          w.WriteAttribute(std::string_view("a"), std::string_view(), std::string_view(text));
-          w.WriteText(std::string_view(text));
-          w.WriteText(text.c_str());
-          w.WriteEndElement();
-        });
-        const std::string escaped = reference(text, eol == EOLType_CRLF ? "\r\n" : "\n");
-        ASSERT_EQ(out, "<r a=\"" + escaped + "\">" + escaped + escaped + "</r>")
-            << "special " << int(special) << " at " << at;
+      // Every length up to three vectors, with the character at every offset.
+      for (std::size_t length = 1; length <= plain.size(); ++length) {
+        for (std::size_t at = 0; at < length; ++at) {
+          std::string text = plain.substr(0, length);
+          text[at] = special;
+          const std::string out = Write([&](CXmlTextWriter& w) {
+            w.SetFormatted(false);
+            w.SetEOLType(eol);
+            w.WriteStartElement("r", "");
+            w.WriteAttribute(std::string_view("a"), std::string_view(), std::string_view(text));
+            w.WriteText(std::string_view(text));
+            w.WriteText((text + special).c_str());  // and one at the very end
+            w.WriteEndElement();
+          });
+          const std::string eolText = eol == EOLType_CRLF ? "\r\n" : "\n";
+          const std::string escaped = reference(text, eolText);
+          ASSERT_EQ(out, "<r a=\"" + escaped + "\">" + escaped +
+                             reference(text + special, eolText) + "</r>")
+              << "special " << int(special) << " at " << at << " of " << length;
+        }
       }
     }
   }
