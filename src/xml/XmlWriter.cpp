@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 
 namespace OvXmlLib6 {
 
@@ -146,11 +147,17 @@ char* CXmlWriter::CharStack::Reserve(std::size_t more) {
 }
 
 std::size_t CXmlWriter::CharStack::Push(std::string_view text) {
+  // Text taken from this stack itself (a prefix bound before, say) is found again after growing.
+  const char* from = text.data();
+  const bool own = data != nullptr && std::less_equal<const char*>()(data.get(), from) &&
+                   std::less<const char*>()(from, data.get() + length);
+  const std::size_t offset = own ? static_cast<std::size_t>(from - data.get()) : 0;
   char* out = Reserve(text.size());
-  detail::CopyBytes(out, text.data(), text.size());
-  const std::size_t offset = length;
+  if (own) from = data.get() + offset;
+  detail::CopyBytes(out, from, text.size());
+  const std::size_t start = length;
   length += text.size();
-  return offset;
+  return start;
 }
 
 std::string_view CXmlWriter::SetElementName(std::string_view localName) {
@@ -166,16 +173,14 @@ std::string_view CXmlWriter::SetElementName(std::string_view localName) {
 std::string_view CXmlWriter::SetElementName(std::string_view prefix, std::string_view localName) {
   CXmlWriterContext* context = m_current;
   m_names.length = context->m_nameOffset;
+  m_names.Push(prefix);
+  m_names.Push(std::string_view(":", 1));
+  m_names.Push(localName);
   const std::size_t length = prefix.size() + 1 + localName.size();
-  char* out = m_names.Reserve(length);
-  detail::CopyBytes(out, prefix.data(), prefix.size());
-  out[prefix.size()] = ':';
-  detail::CopyBytes(out + prefix.size() + 1, localName.data(), localName.size());
-  m_names.length += length;
   context->m_nameLength = length;
   context->m_prefixLength = prefix.size();
   context->m_localNameOffset = prefix.size() + 1;
-  return std::string_view(out, length);
+  return m_names.View(context->m_nameOffset, length);
 }
 
 bool CXmlWriter::FindPrefix(std::string_view ns, std::string_view& prefix) const {

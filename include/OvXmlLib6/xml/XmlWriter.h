@@ -154,7 +154,7 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
     std::size_t capacity = 0;
     // Room for `more` bytes after the current end.
     char* Reserve(std::size_t more);
-    // Pushes `text` and returns its offset.
+    // Pushes `text`, which may lie in this stack, and returns its offset.
     std::size_t Push(std::string_view text);
     std::string_view View(std::size_t offset, std::size_t size) const {
       return std::string_view(data.get() + offset, size);

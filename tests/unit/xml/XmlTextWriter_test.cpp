@@ -304,6 +304,20 @@ TEST(CXmlTextWriter, InnerBindingsHideOuterOnesUntilTheElementEnds) {
   });
   EXPECT_NE(out.find("<AA:element59" + std::string(59, 'x') + "/></element58"), std::string::npos);
   EXPECT_NE(out.find("</AA:element1x></element0>"), std::string::npos);
+
+  // A child may be named with a view of its parent's name, kept by the writer, while the storage
+  // of the names grows.
+  const std::string name(100, 'n');
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.WriteStartElement(std::string(100, 'n').c_str(), "");
+              for (int i = 0; i < 5; ++i) {
+                w.WriteStartElement(w.GetCurrentContext()->GetLocalName(), std::string_view());
+              }
+              for (int i = 0; i < 6; ++i) w.WriteEndElement();
+            }),
+            "<" + name + "><" + name + "><" + name + "><" + name + "><" + name + "><" + name +
+                "/></" + name + "></" + name + "></" + name + "></" + name + "></" + name + ">");
 }
 
 TEST(CXmlTextWriter, GeneratesPrefixesPastAZ) {
