@@ -173,10 +173,19 @@ std::string_view CXmlWriter::SetElementName(std::string_view localName) {
 std::string_view CXmlWriter::SetElementName(std::string_view prefix, std::string_view localName) {
   CXmlWriterContext* context = m_current;
   m_names.length = context->m_nameOffset;
-  m_names.Push(prefix);
-  m_names.Push(std::string_view(":", 1));
-  m_names.Push(localName);
   const std::size_t length = prefix.size() + 1 + localName.size();
+  if (length <= m_names.capacity - m_names.length) {
+    char* out = m_names.data.get() + m_names.length;
+    detail::CopyBytes(out, prefix.data(), prefix.size());
+    out[prefix.size()] = ':';
+    detail::CopyBytes(out + prefix.size() + 1, localName.data(), localName.size());
+    m_names.length += length;
+  } else {
+    // Growing frees the storage a name taken from the writer lies in; Push finds it again.
+    m_names.Push(prefix);
+    m_names.Push(std::string_view(":", 1));
+    m_names.Push(localName);
+  }
   context->m_nameLength = length;
   context->m_prefixLength = prefix.size();
   context->m_localNameOffset = prefix.size() + 1;
