@@ -60,7 +60,7 @@ inline const char* FirstSet(const char* p, unsigned mask) { return p + __builtin
 // the line feed.
 const char* FindStop(const char* begin, const char* p, const char* end, const bool* stops,
                      bool lineFeed) {
-#if OVXML_ESCAPE_SSE2
+#if defined(OVXML_ESCAPE_SSE2)
   const __m128i lf = _mm_set1_epi8(lineFeed ? '\n' : '\0');
   while (end - p >= 16) {
     const unsigned mask = StopMask(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), lf);
