@@ -7,8 +7,10 @@
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 #include "core/ObjectReader.h"
+#include "xml/BinaryTextStream.h"
 
 #include <memory>
+#include <string_view>
 
 namespace OvXmlLib6 {
 
@@ -52,15 +54,22 @@ std::string CXmlObjectBase::ToXml(bool includeDocumentHeader, bool formatted, EO
                                   const CXmlSerializationContext& context) const {
   CTextStream stream(XmlEncoding_UTF8);
   WriteDocument(stream, includeDocumentHeader, formatted, eolType, context);
-  return std::string(stream.GetText(), stream.GetLength());
+  // The text is returned as it is, in the internal code page; the blocks are copied straight into
+  // the result rather than merged first.
+  const CStringBuffer& buffer = stream.GetBuffer();
+  std::string text;
+  text.reserve(buffer.GetLength());
+  for (std::size_t i = 0, blocks = buffer.GetBlockCount(); i < blocks; ++i) {
+    const std::string_view block = buffer.GetBlock(i);
+    text.append(block.data(), block.size());
+  }
+  return text;
 }
 
 CBinaryData CXmlObjectBase::ToXmlStream(bool includeDocumentHeader, bool formatted,
                                         XmlEncoding encoding, EOLType eolType,
                                         const CXmlSerializationContext& context,
                                         CompressionType compression) const {
-  CTextStream text(encoding);
-  WriteDocument(text, includeDocumentHeader, formatted, eolType, context);
   CBinaryStream bytes;
   bytes.Begin();
   // UTF-16 text starts with the byte-order mark, as the file stream writes it, so the bytes are
@@ -69,7 +78,9 @@ CBinaryData CXmlObjectBase::ToXmlStream(bool includeDocumentHeader, bool formatt
     bytes.Append(static_cast<unsigned char>(0xFF));
     bytes.Append(static_cast<unsigned char>(0xFE));
   }
-  bytes.Append(text.GetEncodedText());
+  // The text is converted into `bytes` as the writer flushes it.
+  detail::CBinaryTextStream text(encoding, bytes);
+  WriteDocument(text, includeDocumentHeader, formatted, eolType, context);
   bytes.Finish();
   if (compression != CompressionType_None) bytes.Compress(compression);
   return bytes.GetData();

@@ -39,12 +39,16 @@ std::string CAttribute::GetTargetNamespace() const { return std::string(); }
 
 void CAttribute::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,
                            const CXmlSerializationContext& /*context*/, bool /*flag*/) const {
-  writer->WriteAttribute(GetElementName().c_str(), m_namespace.c_str(), m_value.c_str());
+  writer->WriteAttribute(std::string_view(GetElementName()),
+                         std::string_view(m_namespace.c_str(), m_namespace.size()),
+                         std::string_view(m_value.c_str(), m_value.size()));
 }
 
 void CAttribute::AttributesToXml_Int(CXmlWriter* writer,
                                      const CXmlSerializationContext& /*context*/) const {
-  writer->WriteAttribute(GetElementName().c_str(), m_namespace.c_str(), m_value.c_str());
+  writer->WriteAttribute(std::string_view(GetElementName()),
+                         std::string_view(m_namespace.c_str(), m_namespace.size()),
+                         std::string_view(m_value.c_str(), m_value.size()));
 }
 
 CXmlElement* CAttribute::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* /*current*/,

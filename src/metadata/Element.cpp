@@ -9,6 +9,7 @@
 #include "metadata/ChildList.h"
 #include "metadata/ElementReader.h"
 #include "metadata/NameCache.h"
+#include "xml/Prefetch.h"
 #include "xml/TreeStore.h"
 
 #include <cstring>
@@ -302,7 +303,16 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
     const std::string defaultNamespace = context.GetDefaultNamespaceURI();
     if (!defaultNamespace.empty()) writer->SetDefaultNamespace(defaultNamespace.c_str());
   }
-  writer->WriteStartElement(GetElementName().c_str(), m_namespace.c_str());
+  // The attributes and the text are requested now, so that they load while the start tag is
+  // written. The lengths are passed on: the writer need not measure the strings.
+  if (m_attributeRecords != nullptr) {
+    detail::Prefetch(m_attributeRecords->begin());
+  } else if (m_attributes) {
+    detail::Prefetch(m_attributes->GetHead());
+  }
+  detail::Prefetch(m_text.c_str());
+  writer->WriteStartElement(std::string_view(GetElementName()),
+                            std::string_view(m_namespace.c_str(), m_namespace.size()));
   if (isRoot) {
     CSmartPtr<CAttributeCol> extra = context.GetAdditionalRootAttributes();
     if (extra) CXmlObjectBase::AttributesToXml_Int(extra.get(), writer, context);
@@ -311,14 +321,15 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
     CXmlObjectBase::AttributesToXml_Int(m_attributes.get(), writer, context);
   } else if (m_attributeRecords != nullptr) {
     for (const detail::CAttributeRecords::Record& record : *m_attributeRecords) {
-      writer->WriteAttribute(record.name.c_str(), record.ns.c_str(), record.value.c_str());
+      writer->WriteAttribute(std::string_view(record.name.str()), std::string_view(record.ns.str()),
+                             std::string_view(record.value));
     }
   }
   if (isRoot) {
     const std::string schema = context.GetInLineSchema();
     if (!schema.empty()) writer->WriteRawLine(schema.c_str());
   }
-  if (!m_text.empty()) writer->WriteText(m_text.c_str());
+  if (!m_text.empty()) writer->WriteText(std::string_view(m_text.c_str(), m_text.size()));
 }
 
 void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
@@ -338,13 +349,19 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
         end = element->m_childList->end();
       }
     }
+    // The next child; the one after it is requested, as it is needed once this child's subtree
+    // has been written.
     CXmlObjectBase* Next() {
       if (node != nullptr) {
         CXmlObjectBase* item = node->GetItem();
         node = node->GetNext();
+        detail::Prefetch(node);
         return item;
       }
-      return next != end ? *next++ : nullptr;
+      if (next == end) return nullptr;
+      CXmlObjectBase* item = *next++;
+      if (next != end) detail::Prefetch(*next);
+      return item;
     }
   };
   std::vector<Frame> stack;
@@ -365,6 +382,8 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
       CXmlObjectBase::ToXml_Int(item, writer, false, item->GetNamespace().c_str(), context, flag);
       continue;
     }
+    // The rest of the child is loaded in one go rather than field by field.
+    detail::PrefetchObject(child);
     child->WriteStart(writer, false, context);
     stack.emplace_back(child);
   }

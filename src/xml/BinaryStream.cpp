@@ -32,6 +32,14 @@ void CBinaryStream::Append(const std::string& bytes) {
                 static_cast<std::uint32_t>(bytes.size()));
 }
 
+void CBinaryStream::Append(const CBinaryData& bytes) {
+  if (m_data.GetLength() == 0) {
+    m_data = bytes;
+  } else {
+    m_data.Append(bytes);
+  }
+}
+
 void CBinaryStream::Compress(CompressionType type) {
   if (type != CompressionType_GZip && type != CompressionType_ZLib) return;
   m_data = detail::Deflate(m_data.GetData(), m_data.GetLength(), type);

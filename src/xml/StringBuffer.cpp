@@ -12,8 +12,6 @@ CStringBuffer::CStringBuffer(std::uint32_t blockSize)
       m_end(nullptr),
       m_fullLength(0) {}
 
-CStringBuffer::~CStringBuffer() { Clear(); }
-
 void CStringBuffer::NewBlock(std::size_t capacity) {
   // Make room in the lists first (doubling), so that nothing can throw once the new block is
   // allocated.
@@ -22,8 +20,8 @@ void CStringBuffer::NewBlock(std::size_t capacity) {
   if (m_blockLengths.size() == m_blockLengths.capacity()) {
     m_blockLengths.reserve(std::max<std::size_t>(16, 2 * m_blockLengths.size()));
   }
-  // Zero-filled, so the byte after the text is always a terminating zero.
-  char* block = new char[capacity + 1]();
+  // One byte more than the text, for the terminating zero GetText writes.
+  char* block = new char[capacity + 1];
   if (m_current != nullptr) {
     const std::size_t used = static_cast<std::size_t>(m_pos - m_current);
     m_blockLengths.push_back(used);
@@ -70,13 +68,26 @@ const char* CStringBuffer::GetText() {
 }
 
 void CStringBuffer::Clear() {
-  for (char* block : m_blocks) delete[] block;
+  // The block being filled is kept when it has the usual size, so a buffer that is filled and
+  // emptied over and over (a stream flushed as it is written) allocates nothing after the start.
+  char* keep = nullptr;
+  if (m_current != nullptr && static_cast<std::size_t>(m_end - m_current) == m_blockSize) {
+    keep = m_current;
+  }
+  for (char* block : m_blocks) {
+    if (block != keep) delete[] block;
+  }
   m_blocks.clear();
   m_blockLengths.clear();
   m_fullLength = 0;
-  m_current = nullptr;
-  m_pos = nullptr;
-  m_end = nullptr;
+  m_current = keep;
+  m_pos = keep;
+  m_end = keep != nullptr ? keep + m_blockSize : nullptr;
+  if (keep != nullptr) m_blocks.push_back(keep);
+}
+
+CStringBuffer::~CStringBuffer() {
+  for (char* block : m_blocks) delete[] block;
 }
 
 }  // namespace OvXmlLib6

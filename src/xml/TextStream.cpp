@@ -9,14 +9,26 @@
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
+#include <emmintrin.h>
+#endif
+
 namespace OvXmlLib6 {
 
 namespace {
 
-// The length of the ASCII run at the start of `text`, tested a word at a time.
+// The length of the ASCII run at the start of `text`, tested 32 bytes at a time where SSE2 is
+// available and a word at a time otherwise.
 std::size_t AsciiRun(const char* text, std::size_t length) {
-  constexpr std::uint64_t kHighBits = 0x8080808080808080ull;
   std::size_t i = 0;
+#if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
+  for (; i + 32 <= length; i += 32) {
+    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i));
+    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i + 16));
+    if (_mm_movemask_epi8(_mm_or_si128(a, b)) != 0) break;
+  }
+#endif
+  constexpr std::uint64_t kHighBits = 0x8080808080808080ull;
   for (; i + 8 <= length; i += 8) {
     std::uint64_t word;
     std::memcpy(&word, text + i, 8);
@@ -104,7 +116,10 @@ CTextStream::CTextStream(XmlEncoding encoding, const char* className)
 
 CTextStream::~CTextStream() = default;
 
-void CTextStream::Begin() { m_buffer.Clear(); }
+void CTextStream::Begin() {
+  m_buffer.Clear();
+  m_carry.clear();
+}
 
 void CTextStream::Finish() {}
 
@@ -123,33 +138,49 @@ void CTextStream::EncodeBuffered(std::string& out) {
     Encode(text.data(), text.size(), out);
     return;
   }
-  // The blocks are converted one after the other, each cut before its last lead byte, which goes
-  // on with the next block. No UTF-8 sequence, and no decoding of a malformed one, reaches across
-  // a lead or ASCII byte, so the result equals converting the merged text, without the copy.
-  const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
   out.reserve(out.size() + (m_encoding == XmlEncoding_UTF8 ? 1 : 2) * m_buffer.GetLength());
   m_carry.clear();
-  for (std::size_t i = 0; i < blocks; ++i) {
-    const std::string_view block = m_buffer.GetBlock(i);
-    std::size_t first = 0;
-    while (first < block.size() && isContinuation(block[first])) ++first;
-    m_carry.append(block.data(), first);
-    if (first == block.size()) continue;
-    if (!m_carry.empty()) {
-      Encode(m_carry.data(), m_carry.size(), out);
-      m_carry.clear();
-    }
-    std::size_t last = block.size() - 1;
-    while (last > first && isContinuation(block[last])) --last;
-    Encode(block.data() + first, last - first, out);
-    m_carry.assign(block.data() + last, block.size() - last);
-  }
+  for (std::size_t i = 0; i < blocks; ++i) EncodeBlock(m_buffer.GetBlock(i), out);
   Encode(m_carry.data(), m_carry.size(), out);
 }
 
+void CTextStream::ConvertAndClear(std::string& out, bool final) {
+  for (std::size_t i = 0, blocks = m_buffer.GetBlockCount(); i < blocks; ++i) {
+    EncodeBlock(m_buffer.GetBlock(i), out);
+  }
+  m_buffer.Clear();
+  if (final) {
+    Encode(m_carry.data(), m_carry.size(), out);
+    m_carry.clear();
+  }
+}
+
+void CTextStream::EncodeBlock(std::string_view block, std::string& out) {
+  // Each block is cut before its last lead byte, which goes on with the next block. No UTF-8
+  // sequence, and no decoding of a malformed one, reaches across a lead or ASCII byte, so the
+  // result equals converting the merged text, without the copy.
+  const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+  std::size_t first = 0;
+  while (first < block.size() && isContinuation(block[first])) ++first;
+  m_carry.append(block.data(), first);
+  if (first == block.size()) return;
+  if (!m_carry.empty()) {
+    Encode(m_carry.data(), m_carry.size(), out);
+    m_carry.clear();
+  }
+  std::size_t last = block.size() - 1;
+  while (last > first && isContinuation(block[last])) --last;
+  Encode(block.data() + first, last - first, out);
+  m_carry.assign(block.data() + last, block.size() - last);
+}
+
+bool CTextStream::IsKnownEncoding() const {
+  return m_encoding == XmlEncoding_UTF8 || m_encoding == XmlEncoding_UTF16 ||
+         m_encoding == XmlEncoding_UTF16NoDeclaration;
+}
+
 void CTextStream::Encode(const char* text, std::size_t length, std::string& out) {
-  if (m_encoding != XmlEncoding_UTF8 && m_encoding != XmlEncoding_UTF16 &&
-      m_encoding != XmlEncoding_UTF16NoDeclaration) {
+  if (!IsKnownEncoding()) {
     throw COvException(std::string("Unknown Encoding, select UTF-8 (contact ") +
                        detail::kSupportAddress + " for support)");
   }

@@ -2,7 +2,12 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 
+#include <cstdint>
 #include <cstring>
+
+#if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
+#include <emmintrin.h>
+#endif
 
 namespace OvXmlLib6 {
 
@@ -12,16 +17,100 @@ constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace
 constexpr std::string_view kXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
 constexpr char kCDataStart[] = "<![CDATA[";
 
-std::string_view View(const char* text) { return text != nullptr ? text : std::string_view(); }
+// Most namespaces passed for attributes are empty: those cost no call to strlen.
+std::string_view View(const char* text) {
+  return text != nullptr && *text != '\0' ? std::string_view(text) : std::string_view();
+}
 
-// The bytes the escaping loop stops at: the terminating zero and the characters it replaces.
+// The bytes the escaping stops at: the characters it replaces or drops, and NUL, which ends a
+// text as it would a C string. A line feed only needs replacing when the line end is CR LF.
 struct EscapeTable {
   bool stop[256] = {};
-  constexpr EscapeTable() {
-    for (unsigned char c : {'\0', '&', '<', '>', '"', '\n', '\r'}) stop[c] = true;
+  constexpr explicit EscapeTable(bool lineFeed) {
+    for (unsigned char c : {'\0', '&', '<', '>', '"', '\r'}) stop[c] = true;
+    stop[static_cast<unsigned char>('\n')] = lineFeed;
   }
 };
-constexpr EscapeTable kEscape;
+constexpr EscapeTable kEscapeLf(false);
+constexpr EscapeTable kEscapeCrLf(true);
+
+#if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
+#define OVXML_ESCAPE_SSE2 1
+
+// Bit i is set when byte i of `v` is one the escaping stops at; `lineFeed` holds line feeds when
+// they are such bytes and zeros otherwise.
+inline unsigned StopMask(__m128i v, __m128i lineFeed) {
+  const __m128i hit = _mm_or_si128(
+      _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('&')),
+                                _mm_cmpeq_epi8(v, _mm_set1_epi8('<'))),
+                   _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('>')),
+                                _mm_cmpeq_epi8(v, _mm_set1_epi8('"')))),
+      _mm_or_si128(
+          _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('\r')), _mm_cmpeq_epi8(v, lineFeed)),
+          _mm_cmpeq_epi8(v, _mm_setzero_si128())));
+  return static_cast<unsigned>(_mm_movemask_epi8(hit));
+}
+
+inline const char* FirstSet(const char* p, unsigned mask) { return p + __builtin_ctz(mask); }
+#endif
+
+// The first byte in [p, end) that `stops` marks, or `end`; `begin` (at most p) is where the text
+// starts. With SSE2 the bytes are tested 16 at a time, and a shorter rest with loads that overlap
+// bytes tested before (of the text, never outside it); `lineFeed` tells whether the table marks
+// the line feed.
+const char* FindStop(const char* begin, const char* p, const char* end, const bool* stops,
+                     bool lineFeed) {
+#if defined(OVXML_ESCAPE_SSE2)
+  const __m128i lf = _mm_set1_epi8(lineFeed ? '\n' : '\0');
+  while (end - p >= 16) {
+    const unsigned mask = StopMask(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), lf);
+    if (mask != 0) return FirstSet(p, mask);
+    p += 16;
+  }
+  const std::size_t rest = static_cast<std::size_t>(end - p);
+  if (rest == 0) return end;
+  if (end - begin >= 16) {
+    // The text's last 16 bytes; the bits of those before p are shifted out.
+    const unsigned mask =
+        StopMask(_mm_loadu_si128(reinterpret_cast<const __m128i*>(end - 16)), lf) >> (16 - rest);
+    return mask != 0 ? FirstSet(p, mask) : end;
+  }
+  if (rest >= 8) {
+    // Two loads of 8 bytes, the second ending at `end`, cover the rest.
+    std::uint64_t first;
+    std::uint64_t last;
+    std::memcpy(&first, p, 8);
+    std::memcpy(&last, end - 8, 8);
+    const unsigned mask =
+        StopMask(_mm_set_epi64x(static_cast<long long>(last), static_cast<long long>(first)), lf);
+    if ((mask & 0xFFu) != 0) return FirstSet(p, mask & 0xFFu);
+    return mask != 0 ? FirstSet(end - 8, mask >> 8) : end;
+  }
+  if (rest >= 4) {
+    std::uint32_t first;
+    std::uint32_t last;
+    std::memcpy(&first, p, 4);
+    std::memcpy(&last, end - 4, 4);
+    // The upper bytes are zeros, which test as NUL: only the low 8 bits count.
+    const unsigned mask =
+        StopMask(_mm_set_epi32(0, 0, static_cast<int>(last), static_cast<int>(first)), lf) & 0xFFu;
+    if ((mask & 0xFu) != 0) return FirstSet(p, mask & 0xFu);
+    return mask != 0 ? FirstSet(end - 4, mask >> 4) : end;
+  }
+#else
+  (void)begin;
+  (void)lineFeed;
+  while (end - p >= 4) {
+    if (stops[static_cast<unsigned char>(p[0])]) return p;
+    if (stops[static_cast<unsigned char>(p[1])]) return p + 1;
+    if (stops[static_cast<unsigned char>(p[2])]) return p + 2;
+    if (stops[static_cast<unsigned char>(p[3])]) return p + 3;
+    p += 4;
+  }
+#endif
+  while (p != end && !stops[static_cast<unsigned char>(*p)]) ++p;
+  return p;
+}
 
 const char* LineEndFor(EOLType type) {
   switch (type) {
@@ -38,6 +127,7 @@ const char* LineEndFor(EOLType type) {
 CXmlTextWriter::CXmlTextWriter(CTextStream* stream)
     : CXmlWriter("CXmlTextWriter"),
       m_lineEnd("\n"),
+      m_escapeStops(kEscapeLf.stop),
       m_eolType(EOLType_LF),
       m_formatted(true),
       m_stream(stream) {
@@ -60,6 +150,7 @@ void CXmlTextWriter::Close() {
 
 void CXmlTextWriter::SetEOLType(EOLType type) {
   m_lineEnd = LineEndFor(type);
+  m_escapeStops = type == EOLType_CRLF ? kEscapeCrLf.stop : kEscapeLf.stop;
   m_eolType = type;
 }
 
@@ -92,30 +183,17 @@ void CXmlTextWriter::PutIndent(std::int32_t depth) {
   }
 }
 
-void CXmlTextWriter::PutEscaped(const char* text) {
-  if (text == nullptr) return;
-  const char* run = text;
-  const char* p = text;
+void CXmlTextWriter::PutEscaped(std::string_view text) {
+  if (text.empty()) return;
+  const bool lineFeed = m_eolType == EOLType_CRLF;
+  const char* p = text.data();
+  const char* const end = p + text.size();
   for (;;) {
-    // Plain bytes are only scanned here, four at a time, and copied as one run below.
-    for (;;) {
-      if (kEscape.stop[static_cast<unsigned char>(p[0])]) break;
-      if (kEscape.stop[static_cast<unsigned char>(p[1])]) {
-        p += 1;
-        break;
-      }
-      if (kEscape.stop[static_cast<unsigned char>(p[2])]) {
-        p += 2;
-        break;
-      }
-      if (kEscape.stop[static_cast<unsigned char>(p[3])]) {
-        p += 3;
-        break;
-      }
-      p += 4;
-    }
-    if (p != run) Put(run, static_cast<std::size_t>(p - run));
-    switch (*p) {
+    // Plain bytes are only scanned, and copied as one run.
+    const char* stop = FindStop(text.data(), p, end, m_escapeStops, lineFeed);
+    if (stop != p) Put(p, static_cast<std::size_t>(stop - p));
+    if (stop == end) return;
+    switch (*stop) {
       case '\0':
         return;
       case '&':
@@ -131,13 +209,13 @@ void CXmlTextWriter::PutEscaped(const char* text) {
         Put("&quot;", 6);
         break;
       case '\n':
-        // The line-end string always matches a valid type: SetEOLType refuses any other.
+        // Only stopped at for CR LF line ends.
         PutLineEnd();
         break;
       default:  // '\r' is dropped; line feeds carry the line end
         break;
     }
-    run = ++p;
+    p = stop + 1;
   }
 }
 
@@ -158,22 +236,22 @@ void CXmlTextWriter::CheckAttributeAllowed(const char* what) {
   if (!context->IsStartTagOpen()) throw COvException("Attributes must be added before elements");
 }
 
-const std::string& CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared) {
+std::string_view CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared) {
   // The xml and xmlns namespaces are bound by XML itself and must not be declared again.
-  static const std::string kXml = "xml";
-  static const std::string kXmlns = "xmlns";
   declared = false;
-  if (ns == kXmlNamespace) return kXml;
-  if (ns == kXmlnsNamespace) return kXmlns;
-  CXmlWriterContext* context = GetCurrentContext();
-  if (const std::string* prefix = context->FindPrefix(ns)) return *prefix;
+  if (ns == kXmlNamespace) return "xml";
+  if (ns == kXmlnsNamespace) return "xmlns";
+  std::string_view prefix;
+  if (FindPrefix(ns, prefix)) return prefix;
   declared = true;
-  return context->Bind(ns, GeneratePrefix(*context));
+  return Bind(ns, GeneratePrefix());
 }
 
 void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
-  const std::string_view name = View(localName);
-  if (ns == nullptr) ns = "";
+  WriteStartElement(View(localName), View(ns));
+}
+
+void CXmlTextWriter::WriteStartElement(std::string_view name, std::string_view uri) {
   if (name.empty()) throw COvInvalidParamException("An element's local name must not be empty");
   CXmlWriterContext* parent = GetCurrentContext();
   if (parent != nullptr) {
@@ -184,26 +262,22 @@ void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
       parent->MarkStartTagClosed();
     }
   }
-  CXmlWriterContext* context = PushContext(name);
+  CXmlWriterContext* context = PushContext();
   if (m_formatted) PutIndent(context->GetDepth());
   Put('<');
-  // Compared in one pass: most elements are in the default namespace.
-  if (*ns != '\0' && std::strcmp(ns, context->GetDefaultNamespace().c_str()) != 0) {
+  if (!uri.empty() && uri != context->GetDefaultNamespace()) {
     bool declared = false;
-    const std::string& prefix = PrefixFor(ns, declared);
-    context->SetPrefix(prefix);
-    Put(prefix);
-    Put(':');
-    Put(name.data(), name.size());
+    const std::string_view prefix = PrefixFor(uri, declared);
+    Put(SetElementName(prefix, name));
     if (declared) {
       Put(" xmlns:", 7);
       Put(prefix);
       Put("=\"", 2);
-      PutEscaped(ns);
+      PutEscaped(uri);
       Put('"');
     }
   } else {
-    Put(name.data(), name.size());
+    Put(SetElementName(name));
   }
   if (parent == nullptr) {
     if (!GetPendingDefaultNamespace().empty()) {
@@ -229,28 +303,34 @@ void CXmlTextWriter::WriteEndElement() {
   }
   if (context->IsStartTagOpen()) {
     Put("/>", 2);
-    if (m_formatted) PutLineEnd();
   } else {
     if (m_formatted && context->GetChildCount() > 0) PutIndent(context->GetDepth());
     Put("</", 2);
-    if (!context->GetPrefix().empty()) {
-      Put(context->GetPrefix());
-      Put(':');
-    }
-    Put(context->GetLocalName());
+    // An empty prefix is not repeated: the end tag then has the local name alone.
+    const std::string_view name =
+        context->GetPrefix().empty() ? context->GetLocalName() : context->GetQualifiedName();
+    Put(name.data(), name.size());
     Put('>');
-    if (m_formatted) PutLineEnd();
   }
+  if (m_formatted) PutLineEnd();
   PopContext();
   FlushIfNeeded();
 }
 
-void CXmlTextWriter::WriteText(const char* text, int /*itemType*/) {
+void CXmlTextWriter::WriteText(const char* text, int itemType) {
   if (text == nullptr || *text == '\0') return;
+  WriteText(std::string_view(text), itemType);
+}
+
+void CXmlTextWriter::WriteText(std::string_view text, int /*itemType*/) {
+  if (text.empty() || text[0] == '\0') return;
   CloseStartTag();
   // Text kept as a CDATA section when it was read goes back out unchanged.
-  if (std::strncmp(text, kCDataStart, sizeof kCDataStart - 1) == 0) {
-    Put(text, std::strlen(text));
+  if (text[0] == '<' && text.size() >= sizeof kCDataStart - 1 &&
+      std::memcmp(text.data(), kCDataStart, sizeof kCDataStart - 1) == 0) {
+    const void* nul = std::memchr(text.data(), '\0', text.size());
+    if (nul != nullptr) text = text.substr(0, static_cast<const char*>(nul) - text.data());
+    Put(text);
   } else {
     PutEscaped(text);
   }
@@ -258,16 +338,16 @@ void CXmlTextWriter::WriteText(const char* text, int /*itemType*/) {
 }
 
 void CXmlTextWriter::PutAttribute(std::string_view localName, std::string_view ns,
-                                  const char* value) {
+                                  std::string_view value) {
   Put(' ');
   if (!ns.empty()) {
     bool declared = false;
-    const std::string& prefix = PrefixFor(ns, declared);
+    const std::string_view prefix = PrefixFor(ns, declared);
     if (declared) {
       Put("xmlns:", 6);
       Put(prefix);
       Put("=\"", 2);
-      PutEscaped(ns.data());
+      PutEscaped(ns);
       Put("\" ", 2);
     }
     Put(prefix);
@@ -281,11 +361,17 @@ void CXmlTextWriter::PutAttribute(std::string_view localName, std::string_view n
 }
 
 void CXmlTextWriter::WriteAttribute(const char* localName, const char* ns, const char* value,
-                                    int /*itemType*/) {
+                                    int itemType) {
+  WriteAttribute(View(localName), View(ns), View(value), itemType);
+}
+
+void CXmlTextWriter::WriteAttribute(std::string_view localName, std::string_view ns,
+                                    std::string_view value, int /*itemType*/) {
   CheckAttributeAllowed("attribute");
-  const std::string_view name = View(localName);
-  if (name.empty()) throw COvInvalidParamException("An attribute's local name must not be empty");
-  PutAttribute(name, View(ns), value);
+  if (localName.empty()) {
+    throw COvInvalidParamException("An attribute's local name must not be empty");
+  }
+  PutAttribute(localName, ns, value);
 }
 
 void CXmlTextWriter::WriteXsiType(const char* typeName, const char* typeNamespace,
@@ -295,19 +381,19 @@ void CXmlTextWriter::WriteXsiType(const char* typeName, const char* typeNamespac
   m_scratch.clear();
   if (!uri.empty() && uri != GetCurrentContext()->GetDefaultNamespace()) {
     bool declared = false;
-    const std::string& prefix = PrefixFor(uri, declared);
+    const std::string_view prefix = PrefixFor(uri, declared);
     if (declared) {
       Put(" xmlns:", 7);
       Put(prefix);
       Put("=\"", 2);
-      PutEscaped(typeNamespace);
+      PutEscaped(uri);
       Put("\" ", 2);
     }
     m_scratch = prefix;
     m_scratch += ':';
   }
   m_scratch += View(typeName);
-  PutAttribute("type", kSchemaInstanceNamespace, m_scratch.c_str());
+  PutAttribute("type", kSchemaInstanceNamespace, m_scratch);
 }
 
 void CXmlTextWriter::WriteComment(const char* text) {
@@ -318,7 +404,7 @@ void CXmlTextWriter::WriteComment(const char* text) {
     if (m_formatted) PutLineEnd();
   }
   Put("<!--", 4);
-  PutEscaped(text);
+  PutEscaped(View(text));
   Put("-->", 3);
   PutLineEnd();
   FlushIfNeeded();

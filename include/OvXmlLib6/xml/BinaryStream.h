@@ -28,7 +28,8 @@ class OVXML_API CBinaryStream : private CInstanceMonitor {
   void Append(const unsigned char* bytes, std::uint32_t length) { m_data.Append(bytes, length); }
   void Append(unsigned char byte) { m_data.Append(byte); }
   void Append(const std::string& bytes);
-  void Append(const CBinaryData& bytes) { m_data.Append(bytes); }
+  // Into an empty stream the value is shared, not copied: CBinaryData copies on the next change.
+  void Append(const CBinaryData& bytes);
 
   // The collected bytes.
   const CBinaryData& GetData() const { return m_data; }

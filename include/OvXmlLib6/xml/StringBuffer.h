@@ -67,7 +67,7 @@ class OVXML_API CStringBuffer : private CInstanceMonitor {
     return std::string_view(m_blocks[index], length);
   }
 
-  // Empties the buffer.
+  // Empties the buffer. The block being filled is kept for reuse when it has the usual size.
   void Clear();
 
  private:

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace OvXmlLib6 {
 
@@ -53,6 +54,8 @@ class OVXML_API CTextStream : private CInstanceMonitor {
 
   // The buffered text as it is, in the internal code page, valid until the next change.
   const char* GetText() { return m_buffer.GetText(); }
+  // The buffered text in its blocks, for readers that take it in pieces without merging it.
+  const CStringBuffer& GetBuffer() const { return m_buffer; }
   // The buffered text converted to the encoding: UTF-8 bytes, or UTF-16LE bytes without a
   // byte-order mark. Throws COvException for an unknown encoding.
   std::string GetEncodedText();
@@ -65,11 +68,21 @@ class OVXML_API CTextStream : private CInstanceMonitor {
   void Encode(const char* text, std::size_t length, std::string& out);
   // Appends the whole buffered text to `out`, converted, without merging the blocks first.
   void EncodeBuffered(std::string& out);
+  // Appends the buffered text to `out`, converted, and empties the buffer, for streams that
+  // convert their text piece by piece as it is flushed. The bytes at the end that may begin a
+  // character going on in the next piece are held back until the next call; with `final` they
+  // are converted too. The pieces together convert as the whole text would in one.
+  void ConvertAndClear(std::string& out, bool final);
+  // True for the encodings Encode accepts.
+  bool IsKnownEncoding() const;
 
   CStringBuffer m_buffer;
   XmlEncoding m_encoding;
 
  private:
+  // Converts one block of buffered text after m_carry, holding its last bytes back in m_carry.
+  void EncodeBlock(std::string_view block, std::string& out);
+
   std::unique_ptr<detail::CTextEncoder> m_encoder;  // made on first use
   std::string m_carry;  // the part of a character that spans two blocks, while encoding
 };

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace OvXmlLib6 {
 
@@ -34,6 +35,10 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   void WriteAttribute(const char* localName, const char* ns, const char* value,
                       int itemType = 0) override;
   void WriteXsiType(const char* typeName, const char* typeNamespace, int itemType = 0) override;
+  void WriteStartElement(std::string_view localName, std::string_view ns) override;
+  void WriteText(std::string_view text, int itemType = 0) override;
+  void WriteAttribute(std::string_view localName, std::string_view ns, std::string_view value,
+                      int itemType = 0) override;
 
   // EOLType_CRLF writes "\r\n", EOLType_LF "\n"; any other value throws "Invalid EOL type." and
   // leaves the setting as it was.
@@ -50,25 +55,27 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
 
  private:
   void Put(const char* text, std::size_t length) { m_stream->Append(text, length); }
-  void Put(const std::string& text) { m_stream->Append(text.data(), text.size()); }
+  void Put(std::string_view text) { m_stream->Append(text.data(), text.size()); }
   void Put(char c) { m_stream->Append(c); }
   void PutLineEnd() { m_stream->Append(m_lineEnd.data(), m_lineEnd.size()); }
   void PutIndent(std::int32_t depth);
-  // Escapes a NUL-terminated text; plain runs are copied in bulk.
-  void PutEscaped(const char* text);
-  void PutEscaped(const std::string& text) { PutEscaped(text.c_str()); }
+  // Escapes the text up to its end or a NUL byte; plain runs are copied in bulk.
+  void PutEscaped(std::string_view text);
   // Closes the current start tag with ">" when it is still open.
   void CloseStartTag();
   void CheckAttributeAllowed(const char* what);
   // The prefix bound to `ns` in the current scope; a new one is generated and bound when there is
   // none, and `declared` is set.
-  const std::string& PrefixFor(std::string_view ns, bool& declared);
-  void PutAttribute(std::string_view localName, std::string_view ns, const char* value);
+  // The view is valid until the next binding.
+  std::string_view PrefixFor(std::string_view ns, bool& declared);
+  void PutAttribute(std::string_view localName, std::string_view ns, std::string_view value);
   void FlushIfNeeded() {
     if (m_stream->GetLength() >= CTextStream::kFlushThreshold) m_stream->FlushBuffer();
   }
 
   std::string m_lineEnd;
+  // The bytes text escaping stops at: a line feed only when it becomes CR LF.
+  const bool* m_escapeStops;
   EOLType m_eolType;
   bool m_formatted;
   CTextStream* m_stream;

@@ -1,14 +1,15 @@
 // CXmlWriter: the output interface that serialization drives with start-element, attribute, text
 // and end-element calls. The writer, not its caller, decides namespace prefixes: it keeps one
-// context per open element with the prefix bindings in scope, shares the parent's bindings until
-// an element declares something of its own, and invents the prefixes AA, AB, ... for namespaces
-// that have none.
+// context per open element and one stack of prefix bindings, to which each element adds its own
+// and from which they go when it ends, and invents the prefixes AA, AB, ... for namespaces that
+// have none.
 #ifndef OVXMLLIB6_XML_XMLWRITER_H
 #define OVXMLLIB6_XML_XMLWRITER_H
 
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -27,57 +28,51 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // The state of one open element.
   class OVXML_API CXmlWriterContext : private CInstanceMonitor {
    public:
-    CXmlWriterContext();
+    explicit CXmlWriterContext(const CXmlWriter* writer);
     CXmlWriterContext(const CXmlWriterContext&) = delete;
     CXmlWriterContext& operator=(const CXmlWriterContext&) = delete;
-    // Frees the prefix map when this context owns it.
     virtual ~CXmlWriterContext();
 
     std::int32_t GetChildCount() const { return m_childCount; }
     bool IsStartTagOpen() const { return m_startTagOpen; }
     std::int32_t GetDepth() const { return m_depth; }
-    const std::string& GetLocalName() const { return m_localName; }
     CXmlWriterContext* GetParent() const { return m_parent; }
     const std::string& GetDefaultNamespace() const { return *m_defaultNamespace; }
+    // The name the start tag was written with: "prefix:local" or "local". Valid while the element
+    // is open.
+    std::string_view GetQualifiedName() const;
+    std::string_view GetLocalName() const;
     // The prefix the start tag was written with; empty when it has none.
-    const std::string& GetPrefix() const { return m_prefix; }
+    std::string_view GetPrefix() const;
 
-    // The prefix bound to `ns` in this scope, or null.
-    const std::string* FindPrefix(std::string_view ns) const;
-    // True when some namespace in scope is bound to `prefix`.
-    bool IsPrefixBound(std::string_view prefix) const;
-    // Binds `prefix` to `ns` in this context, copying the parent's map first if it is shared.
-    const std::string& Bind(std::string_view ns, std::string_view prefix);
-    // Makes this context own its map: a copy of the parent's while it still shares it.
-    void OwnMap();
-
-    // For writers: counts a child element, records that the start tag was closed, and keeps the
-    // prefix the start tag was written with, so the end tag repeats it whatever is bound later.
+    // For writers: counts a child element and records that the start tag was closed.
     void AddChild() { ++m_childCount; }
     void MarkStartTagClosed() { m_startTagOpen = false; }
-    void SetPrefix(std::string_view prefix) { m_prefix.assign(prefix.data(), prefix.size()); }
 
    private:
     friend class CXmlWriter;
 
     // Sets the context up for a new element; `parent` is null for the document element.
-    void Start(CXmlWriterContext* parent, std::string_view localName);
-    // Drops the element's state, freeing the map when owned.
-    void End();
+    void Start(CXmlWriterContext* parent);
 
     std::int32_t m_childCount;
     bool m_startTagOpen;
     std::int32_t m_depth;
-    std::string m_localName;
     CXmlWriterContext* m_parent;
     // The default namespace in scope: a string of this context, of an ancestor or of the writer,
     // each of which outlives this context, so elements inherit it without a copy.
     const std::string* m_defaultNamespace;
     std::string m_ownDefaultNamespace;
-    PrefixMap* m_prefixMap;  // null while nothing is bound in scope
-    bool m_sharesParentMap;
-    bool m_ownsMap;
-    std::string m_prefix;
+    const CXmlWriter* m_writer;
+    // The qualified name is kept in the writer's stack of names, from m_nameOffset on.
+    std::size_t m_nameOffset;
+    std::size_t m_nameLength;
+    std::size_t m_prefixLength;
+    std::size_t m_localNameOffset;
+    // The writer's bindings below this index, and their text below m_bindingTextBase, belong to
+    // the ancestors.
+    std::size_t m_bindingBase;
+    std::size_t m_bindingTextBase;
   };
 
   CXmlWriter(const CXmlWriter&) = delete;
@@ -108,6 +103,14 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // Writes the attribute xsi:type with the type's qualified name.
   virtual void WriteXsiType(const char* typeName, const char* typeNamespace, int itemType = 0) = 0;
 
+  // The same calls for strings whose lengths are known, which spares the writer measuring them
+  // again. As above, a text or value ends at a NUL byte inside it; names are taken as they are.
+  // The base copies the strings and calls the forms above.
+  virtual void WriteStartElement(std::string_view localName, std::string_view ns);
+  virtual void WriteText(std::string_view text, int itemType = 0);
+  virtual void WriteAttribute(std::string_view localName, std::string_view ns,
+                              std::string_view value, int itemType = 0);
+
   // The innermost open element, or null.
   CXmlWriterContext* GetCurrentContext() const { return m_current; }
 
@@ -119,25 +122,90 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   explicit CXmlWriter(const char* className);
 
   // Opens a context for a new element below the current one (or the document element, which takes
-  // the pending default namespace and declarations) and makes it current.
-  CXmlWriterContext* PushContext(std::string_view localName);
-  // Closes the current context and makes its parent current.
+  // the pending default namespace and declarations) and makes it current. The caller names it.
+  CXmlWriterContext* PushContext();
+  // Closes the current context, dropping its bindings, and makes its parent current.
   void PopContext();
 
-  // The first of AA, AB, ..., AZ, BA, ... that no namespace in the context's scope is bound to.
-  static std::string GeneratePrefix(const CXmlWriterContext& context);
+  // Sets `prefix` to the prefix bound to `ns` in the current element's scope and returns true, or
+  // returns false when there is none. The view is valid until the next binding.
+  bool FindPrefix(std::string_view ns, std::string_view& prefix) const;
+  // True when some namespace in the current element's scope is bound to `prefix`.
+  bool IsPrefixBound(std::string_view prefix) const;
+  // Binds `prefix` to `ns` in the current element's scope, in place of a binding of `ns` that
+  // the element already has, and returns the stored prefix (valid until the next binding). An
+  // element must be open.
+  std::string_view Bind(std::string_view ns, std::string_view prefix);
+  // The first of AA, AB, ..., AZ, BA, ... that no namespace in the current scope is bound to.
+  std::string GeneratePrefix() const;
+  // Keeps the current element's name for its end tag: "prefix:local" when there is a prefix (even
+  // an empty one), else "local". Returns the name kept.
+  std::string_view SetElementName(std::string_view localName);
+  std::string_view SetElementName(std::string_view prefix, std::string_view localName);
 
   const std::string& GetPendingDefaultNamespace() const { return m_pendingDefaultNamespace; }
   const PrefixMap& GetPendingDeclarations() const { return m_pendingDeclarations; }
 
  private:
+  // A growing byte array used as a stack: text is pushed at the end and dropped back to a mark.
+  struct CharStack {
+    std::unique_ptr<char[]> data;
+    std::size_t length = 0;
+    std::size_t capacity = 0;
+    // Room for `more` bytes after the current end.
+    char* Reserve(std::size_t more);
+    // Pushes `text`, which may lie in this stack, and returns its offset.
+    std::size_t Push(std::string_view text);
+    std::string_view View(std::size_t offset, std::size_t size) const {
+      return std::string_view(data.get() + offset, size);
+    }
+  };
+
+  // A namespace bound to a prefix: where each is kept in m_bindingText.
+  struct Binding {
+    std::size_t ns;
+    std::size_t nsLength;
+    std::size_t prefix;
+    std::size_t prefixLength;
+  };
+
+  std::string_view BindingNamespace(const Binding& binding) const {
+    return m_bindingText.View(binding.ns, binding.nsLength);
+  }
+  std::string_view BindingPrefix(const Binding& binding) const {
+    return m_bindingText.View(binding.prefix, binding.prefixLength);
+  }
+  // True when binding `index` is not overridden by a later binding of the same namespace.
+  bool IsInScope(std::size_t index) const;
+
   std::string m_pendingDefaultNamespace;
   CXmlWriterContext* m_current;
   PrefixMap m_pendingDeclarations;
   // Contexts are kept for reuse, so elements after the first few allocate nothing.
   std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;
   std::size_t m_openCount;
+  // The bindings in scope of the open elements, outermost first: each element's own bindings
+  // follow its ancestors', and go when it ends. Only the first m_bindingCount entries are in
+  // use. Their text is kept in one stack as well, so binding allocates nothing once warm.
+  std::vector<Binding> m_bindings;
+  std::size_t m_bindingCount;
+  CharStack m_bindingText;
+  // The qualified names of the open elements, one after the other.
+  CharStack m_names;
 };
+
+inline std::string_view CXmlWriter::CXmlWriterContext::GetQualifiedName() const {
+  return std::string_view(m_writer->m_names.data.get() + m_nameOffset, m_nameLength);
+}
+
+inline std::string_view CXmlWriter::CXmlWriterContext::GetLocalName() const {
+  return std::string_view(m_writer->m_names.data.get() + m_nameOffset + m_localNameOffset,
+                          m_nameLength - m_localNameOffset);
+}
+
+inline std::string_view CXmlWriter::CXmlWriterContext::GetPrefix() const {
+  return std::string_view(m_writer->m_names.data.get() + m_nameOffset, m_prefixLength);
+}
 
 }  // namespace OvXmlLib6
 

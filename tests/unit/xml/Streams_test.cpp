@@ -3,6 +3,7 @@
 #include "OvXmlLib6/xml/StringBuffer.h"
 #include "OvXmlLib6/xml/TextStream.h"
 #include "unit/xml/StreamTestSupport.h"
+#include "xml/BinaryTextStream.h"
 #include "xml/Unicode.h"
 
 #include <cerrno>
@@ -94,6 +95,47 @@ TEST(CTextStream, ConvertsAcrossBlockBoundaries) {
     ASSERT_EQ(to8.GetEncodedText(), utf8) << "shift " << shift;
     ASSERT_EQ(to16.GetEncodedText(), utf16) << "shift " << shift;
   }
+}
+
+// ToXmlStream's stream converts at every flush; a character, or a malformed sequence, cut by a
+// flush must still come out as from converting the whole text at once.
+TEST(CBinaryTextStream, ConvertsAcrossFlushes) {
+  const std::string unit =
+      "ab\xE2\x82\xAC\xF0\x9F\x98\x80\xC3\xA9<\xE2\x82>\xFF\x80\x80\x80\x80\xC3";
+  std::string text;
+  while (text.size() < 2 * CStringBuffer::kDefaultBlockSize) text += unit;
+  std::string utf8;
+  std::string utf16;
+  detail::RepairUtf8(text, utf8);
+  detail::Utf8ToUtf16LE(text, utf16);
+  // Pieces of every length up to a unit and a half, so each flush cuts somewhere else; some
+  // flushes cover several blocks, and the buffer's kept block is refilled after each.
+  for (std::size_t piece = 1; piece < unit.size() * 3 / 2; ++piece) {
+    for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16}) {
+      CBinaryStream bytes;
+      detail::CBinaryTextStream stream(encoding, bytes);
+      stream.Begin();
+      for (std::size_t i = 0; i < text.size(); i += piece) {
+        stream.Append(text.substr(i, piece));
+        if ((i / piece) % 3 != 1) stream.FlushBuffer();
+      }
+      stream.Finish();
+      const std::string out(reinterpret_cast<const char*>(bytes.GetData().GetData()),
+                            bytes.GetLength());
+      ASSERT_EQ(out, encoding == XmlEncoding_UTF8 ? utf8 : utf16)
+          << "piece " << piece << " encoding " << encoding;
+    }
+  }
+
+  // An unknown encoding keeps the text until Finish, which fails as converting would.
+  CBinaryStream bytes;
+  detail::CBinaryTextStream unknown(static_cast<XmlEncoding>(0), bytes);
+  unknown.Append(text);
+  unknown.FlushBuffer();
+  EXPECT_EQ(unknown.GetLength(), text.size());
+  EXPECT_EQ(MessageOf([&] { unknown.Finish(); }),
+            "Unknown Encoding, select UTF-8 (contact support@ovxmllib6.org for support)");
+  EXPECT_EQ(bytes.GetLength(), 0u);
 }
 
 TEST(CTextStream, RejectsUnknownEncodingsWhenConverting) {

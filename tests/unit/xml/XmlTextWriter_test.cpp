@@ -128,6 +128,76 @@ TEST(CXmlTextWriter, EscapesTextAttributesAndComments) {
             "<r>\r\n1\r\n2</r>\r\n");
 }
 
+// Escaping tests 16 bytes at a time and shorter rests with overlapping loads: a character to
+// replace must be found at any offset of any length, in text and values, for either line end.
+TEST(CXmlTextWriter, EscapesAtEveryOffsetAndLength) {
+  const auto reference = [](const std::string& text, const std::string& eol) {
+    std::string out;
+    for (char c : text) {
+      switch (c) {
+        case '&':
+          out += "&amp;";
+          break;
+        case '<':
+          out += "&lt;";
+          break;
+        case '>':
+          out += "&gt;";
+          break;
+        case '"':
+          out += "&quot;";
+          break;
+        case '\n':
+          out += eol;
+          break;
+        case '\r':
+          break;
+        default:
+          out += c;
+      }
+    }
+    return out;
+  };
+  const std::string plain = "abcdefghijklmnopqrstuvwxyz0123456789ABCDEFGHIJ\xC3\xA9";
+  for (EOLType eol : {EOLType_LF, EOLType_CRLF}) {
+    for (char special : {'&', '<', '>', '"', '\n', '\r'}) {
+      // Every length up to three vectors, with the character at every offset.
+      for (std::size_t length = 1; length <= plain.size(); ++length) {
+        for (std::size_t at = 0; at < length; ++at) {
+          std::string text = plain.substr(0, length);
+          text[at] = special;
+          const std::string out = Write([&](CXmlTextWriter& w) {
+            w.SetFormatted(false);
+            w.SetEOLType(eol);
+            w.WriteStartElement("r", "");
+            w.WriteAttribute(std::string_view("a"), std::string_view(), std::string_view(text));
+            w.WriteText(std::string_view(text));
+            w.WriteText((text + special).c_str());  // and one at the very end
+            w.WriteEndElement();
+          });
+          const std::string eolText = eol == EOLType_CRLF ? "\r\n" : "\n";
+          const std::string escaped = reference(text, eolText);
+          ASSERT_EQ(out, "<r a=\"" + escaped + "\">" + escaped +
+                             reference(text + special, eolText) + "</r>")
+              << "special " << int(special) << " at " << at << " of " << length;
+        }
+      }
+    }
+  }
+
+  // As with C strings, a text or value given with its length ends at a NUL byte.
+  const std::string withNul("0123456789abcdef<x\0tail&", 25);
+  EXPECT_EQ(Write([&](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.WriteStartElement(std::string_view("r"), std::string_view());
+              w.WriteAttribute(std::string_view("a"), std::string_view(), withNul);
+              w.WriteText(withNul);
+              w.WriteText(std::string("<![CDATA[x\0y", 12));
+              w.WriteEndElement();
+            }),
+            "<r a=\"0123456789abcdef&lt;x\">0123456789abcdef&lt;x<![CDATA[x</r>");
+}
+
 TEST(CXmlTextWriter, DeclaresNestedNamespaces) {
   EXPECT_EQ(Write([](CXmlTextWriter& w) {
               w.SetDefaultNamespace("urn:d");
@@ -199,6 +269,55 @@ TEST(CXmlTextWriter, BindingsInsideElementsAreCopiedOnWrite) {
               w.WriteEndElement();
             }),
             "<AA:r xmlns:AA=\"urn:r\">x</AA:r>");
+}
+
+// Bindings live on one stack: a namespace bound again inside an element hides the outer binding
+// there, which frees the outer prefix for a new namespace, and both come back when it ends.
+TEST(CXmlTextWriter, InnerBindingsHideOuterOnesUntilTheElementEnds) {
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.AddNamespace("AA", "urn:a");
+              w.WriteStartElement("r", "urn:a");
+              w.WriteStartElement("e", "urn:a");
+              w.AddNamespace("p", "urn:a");
+              w.AddNamespace("q", "urn:a");  // the same element binds it again: q replaces p
+              w.WriteAttribute("x", "urn:new", "1");
+              w.WriteStartElement("f", "urn:a");
+              w.WriteEndElement();
+              w.WriteEndElement();
+              w.WriteStartElement("g", "urn:a");
+              w.WriteAttribute("y", "urn:new", "2");
+              w.WriteEndElement();
+              w.WriteEndElement();
+            }),
+            "<AA:r xmlns:AA=\"urn:a\"><AA:e xmlns:AA=\"urn:new\" AA:x=\"1\"><q:f/></AA:e>"
+            "<AA:g xmlns:AB=\"urn:new\" AB:y=\"2\"/></AA:r>");
+
+  // Names of open elements are kept for their end tags however deep and long they get.
+  const std::string out = Write([](CXmlTextWriter& w) {
+    w.SetFormatted(false);
+    for (int i = 0; i < 60; ++i) {
+      w.WriteStartElement(("element" + std::to_string(i) + std::string(i, 'x')).c_str(),
+                          i % 2 == 0 ? "" : "urn:odd");
+    }
+    for (int i = 0; i < 60; ++i) w.WriteEndElement();
+  });
+  EXPECT_NE(out.find("<AA:element59" + std::string(59, 'x') + "/></element58"), std::string::npos);
+  EXPECT_NE(out.find("</AA:element1x></element0>"), std::string::npos);
+
+  // A child may be named with a view of its parent's name, kept by the writer, while the storage
+  // of the names grows.
+  const std::string name(100, 'n');
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.WriteStartElement(std::string(100, 'n').c_str(), "");
+              for (int i = 0; i < 5; ++i) {
+                w.WriteStartElement(w.GetCurrentContext()->GetLocalName(), std::string_view());
+              }
+              for (int i = 0; i < 6; ++i) w.WriteEndElement();
+            }),
+            "<" + name + "><" + name + "><" + name + "><" + name + "><" + name + "><" + name +
+                "/></" + name + "></" + name + "></" + name + "></" + name + "></" + name + ">");
 }
 
 TEST(CXmlTextWriter, GeneratesPrefixesPastAZ) {
