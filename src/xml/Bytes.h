@@ -5,6 +5,8 @@
 #ifndef OVXMLLIB6_SRC_XML_BYTES_H
 #define OVXMLLIB6_SRC_XML_BYTES_H
 
+#include "OvXmlLib6/xml/StringBuffer.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -12,19 +14,7 @@
 namespace OvXmlLib6 {
 namespace detail {
 
-inline void CopyBytes(char* to, const char* from, std::size_t length) {
-  if (length >= 8 && length <= 16) {
-    std::memcpy(to, from, 8);
-    std::memcpy(to + length - 8, from + length - 8, 8);
-  } else if (length >= 4 && length < 8) {
-    std::memcpy(to, from, 4);
-    std::memcpy(to + length - 4, from + length - 4, 4);
-  } else if (length < 4) {
-    for (std::size_t i = 0; i < length; ++i) to[i] = from[i];
-  } else {
-    std::memcpy(to, from, length);
-  }
-}
+// CopyBytes comes with the string buffer, whose inline appends use it.
 
 inline bool SameBytes(const char* a, const char* b, std::size_t length) {
   if (length < 8) {

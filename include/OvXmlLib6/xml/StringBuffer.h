@@ -16,6 +16,27 @@
 
 namespace OvXmlLib6 {
 
+namespace detail {
+
+// Copies `length` bytes. Most appends are a name or a short value: copying those with fixed-size
+// moves saves the call to memcpy; two moves that overlap in the middle cover every length
+// between the sizes.
+inline void CopyBytes(char* to, const char* from, std::size_t length) {
+  if (length >= 8 && length <= 16) {
+    std::memcpy(to, from, 8);
+    std::memcpy(to + length - 8, from + length - 8, 8);
+  } else if (length >= 4 && length < 8) {
+    std::memcpy(to, from, 4);
+    std::memcpy(to + length - 4, from + length - 4, 4);
+  } else if (length < 4) {
+    for (std::size_t i = 0; i < length; ++i) to[i] = from[i];
+  } else {
+    std::memcpy(to, from, length);
+  }
+}
+
+}  // namespace detail
+
 class OVXML_API CStringBuffer : private CInstanceMonitor {
  public:
   static constexpr std::uint32_t kDefaultBlockSize = 4095;
@@ -42,7 +63,7 @@ class OVXML_API CStringBuffer : private CInstanceMonitor {
   // Appends `length` bytes; the common case copies into the current block in place.
   void Append(const char* text, std::size_t length) {
     if (length <= static_cast<std::size_t>(m_end - m_pos)) {
-      CopySmallOrLarge(m_pos, text, length);
+      detail::CopyBytes(m_pos, text, length);
       m_pos += length;
     } else {
       AppendSlow(text, length);
@@ -71,21 +92,6 @@ class OVXML_API CStringBuffer : private CInstanceMonitor {
   void Clear();
 
  private:
-  // Most appends are a name or a short value: copying those with fixed-size moves saves the call
-  // to memcpy. Two moves that overlap in the middle cover every length between the sizes.
-  static void CopySmallOrLarge(char* to, const char* from, std::size_t length) {
-    if (length >= 8 && length <= 16) {
-      std::memcpy(to, from, 8);
-      std::memcpy(to + length - 8, from + length - 8, 8);
-    } else if (length >= 4 && length < 8) {
-      std::memcpy(to, from, 4);
-      std::memcpy(to + length - 4, from + length - 4, 4);
-    } else if (length < 4) {
-      for (std::size_t i = 0; i < length; ++i) to[i] = from[i];
-    } else {
-      std::memcpy(to, from, length);
-    }
-  }
   void AppendSlow(const char* text, std::size_t length);
   void NewBlock(std::size_t capacity);
 
