@@ -139,7 +139,8 @@ class OVXML_API CXmlObjectBase : public IEventSink {
 
   // ---- Input entry points ----
   // Each parses the input into a tree with the context and reads this object from the document
-  // element, replacing the object's content in place. A failure leaves the object partly filled.
+  // element, replacing the object's content in place. A failure may leave the object partly
+  // filled (a CElement, which is read while the document is parsed, is left unchanged).
   virtual void FromXmlFile(const char* fileName, const CXmlSerializationContext& context =
                                                      CXmlSerializationContext::GetDefaultContext());
   virtual void FromXml(const wchar_t* text, const CXmlSerializationContext& context =
