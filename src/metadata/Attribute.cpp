@@ -6,6 +6,7 @@
 #include "OvXmlLib6/xml/XmlWriter.h"
 #include "metadata/AttributeRecords.h"
 #include "metadata/NameCache.h"
+#include "metadata/Restriction.h"
 #include "xml/TreeStore.h"
 
 namespace OvXmlLib6 {
@@ -21,10 +22,9 @@ CAttribute::CAttribute(const char* ns, const char* value, const char* name)
   SetElementName(name);
 }
 
-CAttribute::CAttribute(FromParts, const CSharedString& ns, std::string_view value,
-                       const CSharedString& name)
-    : CInstanceMonitor("CAttribute"), m_namespace(ns), m_value(value) {
-  SetElementName(name);
+CAttribute::CAttribute(FromParts, CSharedString ns, std::string value, CSharedString name)
+    : CInstanceMonitor("CAttribute"), m_namespace(std::move(ns)), m_value(std::move(value)) {
+  SetElementName(std::move(name));
 }
 
 CAttribute::~CAttribute() = default;
@@ -60,7 +60,7 @@ CAttributeCol::CAttributeCol(const char* elementName, const char* restriction,
                              const char* targetNamespace)
     : CXmlCollection(elementName, "", 0, -1),
       CInstanceMonitor("CAttributeCol"),
-      m_restriction(restriction),
+      m_restriction(detail::SharedRestriction(restriction)),
       m_targetNamespace(targetNamespace) {}
 
 CAttributeCol::CAttributeCol(const CSharedString& elementName, const CSharedString& restriction,
@@ -73,7 +73,7 @@ CAttributeCol::CAttributeCol(const CSharedString& elementName, const CSharedStri
 CAttributeCol::~CAttributeCol() = default;
 
 void CAttributeCol::SetNamespaceRestrictions(const char* restriction, const char* targetNamespace) {
-  m_restriction = restriction;
+  m_restriction = detail::SharedRestriction(restriction);
   m_targetNamespace = targetNamespace;
 }
 
@@ -132,14 +132,17 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* parent, CXmlElement* curren
   return current;
 }
 
-void CAttributeCol::ReadAttributesOf(const CXmlElement* element, detail::CNameCache& names) {
+void CAttributeCol::ReadAttributesOf(const CXmlElement* element, detail::CNameCache& names,
+                                     bool checkNamespaces) {
   detail::ReadElementAttributes(
       element,
-      [this](const std::string& ns) {
-        return IsNamespaceValid(ns.c_str(), m_restriction.c_str(), m_targetNamespace.c_str());
+      [this, checkNamespaces](const std::string& ns) {
+        return !checkNamespaces ||
+               IsNamespaceValid(ns.c_str(), m_restriction.c_str(), m_targetNamespace.c_str());
       },
       [this, &names](const std::string& ns, const std::string& name, std::string_view value) {
-        AppendItem(new CAttribute(CAttribute::FromParts{}, names.Get(ns), value, names.Get(name)));
+        AppendItem(new CAttribute(CAttribute::FromParts{}, names.Get(ns), std::string(value),
+                                  names.Get(name)));
       });
 }
 

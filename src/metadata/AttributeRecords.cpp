@@ -1,6 +1,7 @@
 #include "metadata/AttributeRecords.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "core/ObjectMemory.h"
 
 #include <new>
 
@@ -9,7 +10,7 @@ namespace detail {
 
 CAttributeRecords* CAttributeRecords::New(std::size_t capacity) {
   if (capacity == 0) capacity = 1;
-  void* memory = ::operator new(sizeof(CAttributeRecords) + capacity * sizeof(Record));
+  void* memory = AllocateSmall(sizeof(CAttributeRecords) + capacity * sizeof(Record));
   return new (memory) CAttributeRecords(static_cast<std::uint32_t>(capacity));
 }
 
@@ -17,8 +18,9 @@ void CAttributeRecords::Delete(CAttributeRecords* records) noexcept {
   if (records == nullptr) return;
   Record* items = records->Items();
   for (std::uint32_t i = 0; i < records->m_count; ++i) items[i].~Record();
+  const std::size_t size = sizeof(CAttributeRecords) + records->m_capacity * sizeof(Record);
   records->~CAttributeRecords();
-  ::operator delete(records);
+  FreeSmall(records, size);
 }
 
 void CAttributeRecords::Append(const CSharedString& ns, const CSharedString& name,

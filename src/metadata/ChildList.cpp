@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/metadata/Element.h"
+#include "core/ObjectMemory.h"
 #include "metadata/DeferredRelease.h"
 
 #include <cstring>
@@ -20,12 +21,12 @@ void CChildList::Append(CChildList*& list, CElement* element) {
       }
       // Doubling keeps appends cheap; a first list has room for a few children.
       const std::uint32_t capacity = count < 2 ? 4 : count * 2;
-      void* memory = ::operator new(sizeof(CChildList) + capacity * sizeof(CElement*));
+      void* memory = AllocateSmall(sizeof(CChildList) + capacity * sizeof(CElement*));
       CChildList* grown = new (memory) CChildList(capacity);
       if (list != nullptr) {
         std::memcpy(grown->Items(), list->Items(), count * sizeof(CElement*));
         grown->m_count = count;
-        ::operator delete(list);
+        FreeSmall(list, sizeof(CChildList) + list->m_capacity * sizeof(CElement*));
       }
       list = grown;
     } catch (...) {
@@ -43,9 +44,13 @@ void CChildList::Release(CChildList*& list) noexcept {
   if (list == nullptr) return;
   CChildList* released = list;
   list = nullptr;
-  CElement** items = released->Items();
-  for (std::uint32_t i = 0; i < released->m_count; ++i) ReleaseDeferred(items[i]);
-  ::operator delete(released);
+  released->Drop(0);
+}
+
+void CChildList::Drop(std::uint32_t first) noexcept {
+  CElement** items = Items();
+  for (std::uint32_t i = first; i < m_count; ++i) ReleaseDeferred(items[i]);
+  FreeSmall(this, sizeof(CChildList) + m_capacity * sizeof(CElement*));
 }
 
 }  // namespace detail

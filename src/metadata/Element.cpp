@@ -8,7 +8,7 @@
 #include "metadata/AttributeRecords.h"
 #include "metadata/ChildList.h"
 #include "metadata/ElementReader.h"
-#include "metadata/NameCache.h"
+#include "metadata/Restriction.h"
 #include "xml/Prefetch.h"
 #include "xml/TreeStore.h"
 
@@ -21,11 +21,6 @@ namespace OvXmlLib6 {
 namespace {
 
 const char* Safe(const char* s) { return s != nullptr ? s : ""; }
-
-bool IsNamespaceKeyword(const char* ns) {
-  return std::strcmp(ns, "##any") == 0 || std::strcmp(ns, "##other") == 0 ||
-         std::strcmp(ns, "##local") == 0 || std::strcmp(ns, "##targetNamespace") == 0;
-}
 
 void RequireRestriction(const char* restriction, const char* targetNamespace) {
   if (restriction == nullptr) {
@@ -60,7 +55,7 @@ bool SingleNamespaceOf(const std::string& restriction, const std::string& target
 CElement::CElement(const char* name) : CInstanceMonitor("CElement") { Init(name, "", "##any", ""); }
 
 CElement::CElement(const char* name, const char* ns) : CInstanceMonitor("CElement") {
-  if (ns != nullptr && IsNamespaceKeyword(ns)) {
+  if (ns != nullptr && detail::IsNamespaceKeyword(ns)) {
     throw COvInvalidNamespaceException(FormatString("Invalid Namespace [%s]", ns));
   }
   Init(name, ns, "##any", "");
@@ -89,12 +84,12 @@ CElement::~CElement() {
 }
 
 const CSharedString& CElement::ChildCollectionName() {
-  static const CSharedString name("AnyElement");
+  static const CSharedString name = CSharedString::Permanent("AnyElement");
   return name;
 }
 
 const CSharedString& CElement::AttributeCollectionName() {
-  static const CSharedString name("AnyAttribute");
+  static const CSharedString name = CSharedString::Permanent("AnyAttribute");
   return name;
 }
 
@@ -104,7 +99,7 @@ void CElement::Init(const char* name, const char* ns, const char* restriction,
   RequireRestriction(restriction, targetNamespace);
   TestNamespace(Safe(ns), restriction, targetNamespace);
   m_namespace = ns;
-  m_restriction = restriction;
+  m_restriction = detail::SharedRestriction(restriction);
   m_targetNamespace = targetNamespace;
   SetElementName(name);
 }
@@ -130,13 +125,14 @@ CSmartPtr<CAttributeCol> CElement::GetAttributes() const {
   if (!m_attributes) {
     CSmartPtr<CAttributeCol> attributes =
         new CAttributeCol(AttributeCollectionName(), m_restriction, m_targetNamespace);
+    CElement* self = const_cast<CElement*>(this);
     if (m_attributeRecords != nullptr) {
-      for (const detail::CAttributeRecords::Record& record : *m_attributeRecords) {
-        attributes->AppendItem(
-            new CAttribute(CAttribute::FromParts{}, record.ns, record.value, record.name));
+      // The records go with this, so their strings move into the objects.
+      for (detail::CAttributeRecords::Record& record : *self->m_attributeRecords) {
+        attributes->AppendItem(new CAttribute(CAttribute::FromParts{}, std::move(record.ns),
+                                              std::move(record.value), std::move(record.name)));
       }
     }
-    CElement* self = const_cast<CElement*>(this);
     self->m_attributes = attributes;
     detail::CAttributeRecords::Delete(self->m_attributeRecords);
     self->m_attributeRecords = nullptr;
@@ -153,142 +149,42 @@ CSmartPtr<CElementCol> CElement::GetChildElements() const {
   if (!m_children) {
     CSmartPtr<CElementCol> children =
         new CElementCol(ChildCollectionName(), m_restriction, m_targetNamespace, 0, -1);
-    if (m_childList != nullptr) {
-      for (CElement* child : *m_childList) children->AppendItem(child);
-    }
     CElement* self = const_cast<CElement*>(this);
+    // The list's references pass to the collection.
+    detail::CChildList::HandOver(self->m_childList,
+                                 [&children](CElement* child) { children->AdoptItem(child); });
     self->m_children = children;
-    detail::CChildList::Release(self->m_childList);
   }
   return m_children;
 }
 
 void CElement::SetNamespaceRestrictions(const char* restriction, const char* targetNamespace) {
   RequireRestriction(restriction, targetNamespace);
-  m_restriction = restriction;
+  m_restriction = detail::SharedRestriction(restriction);
   m_targetNamespace = targetNamespace;
   if (m_attributes) m_attributes->SetNamespaceRestrictions(m_restriction, m_targetNamespace);
   if (m_children) m_children->SetNamespaceRestrictions(m_restriction, m_targetNamespace);
 }
 
-void CElement::ReadOwnContent(CXmlElement* element, detail::CNameCache& names) {
-  SetElementName(names.Get(element->GetLocalName()));
-  m_namespace = names.Get(element->GetNamespaceURI());
-  // Copied from the tree's storage: GetText would first make a string kept by the document.
-  const std::string_view text = detail::CTreeStore::ElementText(element);
-  m_text.assign(text.data(), text.size());
-  if (detail::CTreeStore::ElementAttributeCount(element) != 0) {
-    GetAttributes()->ReadAttributesOf(element, names);
-  }
-}
-
 CXmlElement* CElement::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* current,
                                    const CXmlSerializationContext& /*context*/, bool /*flag*/) {
-  if (current == nullptr || !IsNamespaceValid(current->GetNamespaceURI().c_str(),
-                                              m_restriction.c_str(), m_targetNamespace.c_str())) {
-    return current;
-  }
-  // Reading replaces the content in place.
-  detail::CAttributeRecords::Delete(m_attributeRecords);
-  m_attributeRecords = nullptr;
-  detail::CChildList::Release(m_childList);
-  if (m_attributes) m_attributes->Clear();
-  if (m_children) m_children->Clear();
-
-  // The subtree is read with an explicit stack instead of recursion, so the depth of the
-  // document costs heap, not stack. Each frame is an element being read, the source element and
-  // the next child of the source still to read. A finished child joins its parent's children;
-  // until then its frame holds it.
-  struct Frame {
-    CSmartPtr<CElement> element;
-    CXmlElement* source;
-    CXmlElement* next;
-  };
-  std::vector<Frame> stack;
-  detail::CNameCache names;
-  ReadOwnContent(current, names);
-  stack.push_back(Frame{this, current, current->GetFirstElement()});
-  while (!stack.empty()) {
-    Frame& frame = stack.back();
-    CXmlElement* child = frame.next;
-    if (child == nullptr) {
-      CSmartPtr<CElement> done = frame.element;
-      stack.pop_back();
-      if (!stack.empty()) stack.back().element->ChildCollection()->AppendItem(done.get());
-      continue;
-    }
-    CElement* element = frame.element.get();
-    CElementCol* children = element->ChildCollection();
-    const std::string& ns = child->GetNamespaceURI();
-    if (!IsNamespaceValid(ns.c_str(), children->m_restriction.c_str(),
-                          children->m_targetNamespace.c_str())) {
-      throw COvValidationException(FormatString("Invalid Element [%s] found in element [%s]",
-                                                child->GetLocalName().c_str(),
-                                                frame.source->GetLocalName().c_str()));
-    }
-    frame.next = child->GetNextSiblingElement();
-    // The namespace was checked above with the restriction the child receives.
-    CSmartPtr<CElement> item =
-        new CElement(ForReading{}, children->m_restriction, children->m_targetNamespace);
-    item->ReadOwnContent(child, names);
-    stack.push_back(Frame{item, child, child->GetFirstElement()});
-  }
-  return current->GetNextSiblingElement();
+  if (current == nullptr) return current;
+  detail::CElementReader reader(*this, detail::CElementReader::Checks::Namespaces);
+  reader.Replay(current);
+  reader.Commit();
+  return reader.Skipped() ? current : current->GetNextSiblingElement();
 }
 
 detail::CObjectReader* CElement::NewObjectReader(const CXmlSerializationContext& /*bindContext*/) {
   if (typeid(*this) != typeid(CElement)) return nullptr;
-  return new detail::CElementReader(*this);
+  return new detail::CElementReader(*this, detail::CElementReader::Checks::Namespaces);
 }
 
 void CElement::CopyXmlElement(const CXmlElement* element) {
   if (element == nullptr) return;
-  // The same walk as reading, without the namespace checks.
-  detail::CAttributeRecords::Delete(m_attributeRecords);
-  m_attributeRecords = nullptr;
-  detail::CChildList::Release(m_childList);
-  CSmartPtr<CAttributeCol> attributes = GetAttributes();
-  CSmartPtr<CElementCol> children = GetChildElements();
-  attributes->Clear();
-  children->Clear();
-  struct Frame {
-    CSmartPtr<CElement> element;
-    const CXmlElement* next;
-  };
-  detail::CNameCache names;
-  auto copyOwn = [&names](CElement* target, const CXmlElement* source) {
-    target->SetElementName(names.Get(source->GetLocalName()));
-    target->m_namespace = names.Get(source->GetNamespaceURI());
-    target->m_text = source->GetText();
-    for (const CXmlAttribute* attribute : source->GetAttributes()) {
-      // A value stops at a NUL byte, as everywhere else attributes are read.
-      const std::string& value = attribute->GetValue();
-      target->GetAttributes()->AppendItem(
-          new CAttribute(CAttribute::FromParts{}, names.Get(attribute->GetNamespaceURI()),
-                         std::string_view(value).substr(0, value.find('\0')),
-                         names.Get(attribute->GetLocalName())));
-    }
-  };
-  std::vector<Frame> stack;
-  copyOwn(this, element);
-  stack.push_back(Frame{this, element->GetFirstElement()});
-  while (!stack.empty()) {
-    Frame& frame = stack.back();
-    const CXmlElement* child = frame.next;
-    if (child == nullptr) {
-      CSmartPtr<CElement> done = frame.element;
-      stack.pop_back();
-      if (!stack.empty()) stack.back().element->GetChildElements()->AppendItem(done.get());
-      continue;
-    }
-    frame.next = child->GetNextSiblingElement();
-    // The copy takes the namespace as it is: the child is made under "##any" and then given the
-    // restriction of its parent.
-    CSmartPtr<CElement> item =
-        new CElement(ForReading{}, frame.element->m_restriction, frame.element->m_targetNamespace);
-    copyOwn(item.get(), child);
-    stack.push_back(Frame{item, child->GetFirstElement()});
-  }
+  detail::CElementReader reader(*this, detail::CElementReader::Checks::None);
+  reader.Replay(element);
+  reader.Commit();
 }
 
 void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
@@ -393,7 +289,7 @@ CElementCol::CElementCol(const char* elementName, const char* restriction,
                          const char* targetNamespace, int minOccurs, int maxOccurs)
     : CXmlCollection(elementName, "", minOccurs, maxOccurs), CInstanceMonitor("CElementCol") {
   RequireRestriction(restriction, targetNamespace);
-  m_restriction = restriction;
+  m_restriction = detail::SharedRestriction(restriction);
   m_targetNamespace = targetNamespace;
 }
 
@@ -408,7 +304,7 @@ CElementCol::~CElementCol() = default;
 
 void CElementCol::SetNamespaceRestrictions(const char* restriction, const char* targetNamespace) {
   RequireRestriction(restriction, targetNamespace);
-  m_restriction = restriction;
+  m_restriction = detail::SharedRestriction(restriction);
   m_targetNamespace = targetNamespace;
 }
 

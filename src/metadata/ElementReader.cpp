@@ -11,8 +11,9 @@
 namespace OvXmlLib6 {
 namespace detail {
 
-CElementReader::CElementReader(CElement& target)
+CElementReader::CElementReader(CElement& target, Checks checks)
     : m_target(target),
+      m_checks(checks),
       m_state(State::Reading),
       m_attributeRestriction(target.m_attributes ? target.m_attributes->m_restriction
                                                  : target.m_restriction),
@@ -24,6 +25,7 @@ CElementReader::CElementReader(CElement& target)
                                       : target.m_targetNamespace) {}
 
 bool CElementReader::ChildNamespaceValid(const std::string& ns) {
+  if (m_checks == Checks::None) return true;
   return m_childVerdicts.Admits(ns, [this](const std::string& uri) {
     return m_target.IsNamespaceValid(uri.c_str(), m_childRestriction.c_str(),
                                      m_childTarget.c_str());
@@ -35,7 +37,7 @@ void CElementReader::ReadRootAttributes(CElement* root, const CXmlElement* sourc
   // They go to the target's own collection in the end, so they are read as objects.
   root->m_attributes = new CAttributeCol(CElement::AttributeCollectionName(),
                                          m_attributeRestriction, m_attributeTarget);
-  root->m_attributes->ReadAttributesOf(source, m_names);
+  root->m_attributes->ReadAttributesOf(source, m_names, m_checks == Checks::Namespaces);
 }
 
 void CElementReader::ReadAttributes(CElement* element, const CXmlElement* source) {
@@ -49,10 +51,12 @@ void CElementReader::ReadAttributes(CElement* element, const CXmlElement* source
       });
 }
 
-void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
+void CElementReader::OnElementStarted(const CXmlElement* source, std::size_t depth) {
   if (m_state != State::Reading) return;
   try {
-    if (depth == 0) {
+    if (depth == 0 && m_checks == Checks::None) {
+      // A copy takes the document element whatever its namespace.
+    } else if (depth == 0) {
       // As reading from a tree: a document element in a namespace the target does not take is
       // not read at all, and that is no error.
       if (!m_target.IsNamespaceValid(source->GetNamespaceURI().c_str(),
@@ -87,7 +91,7 @@ void CElementReader::OnElementStarted(CXmlElement* source, std::size_t depth) {
   }
 }
 
-bool CElementReader::OnElementEnded(CXmlElement* /*source*/, std::size_t /*depth*/,
+bool CElementReader::OnElementEnded(const CXmlElement* /*source*/, std::size_t /*depth*/,
                                     std::string_view text) {
   if (m_state == State::Reading) {
     m_open.back().element->m_text.assign(text.data(), text.size());

@@ -1,13 +1,19 @@
-// CElementReader: reads a document into a CElement tree while the document is parsed. Each
-// element becomes a CElement when its start tag has been read, receives its text at its end tag
-// and is then dropped from the document's tree, so the parse never holds more of the tree than
-// the open elements.
+// CElementReader: the one reader of XML into a CElement tree. It receives the elements of a
+// document in document order as a CDocumentObserver: from the parser while the document is
+// parsed (CElement's entry points), or from a finished tree replayed into it (FromXml_Int on a
+// tree, CopyXmlElement). Each element becomes a CElement when its start tag has been read and
+// receives its text at its end tag; during a parse the element is then dropped from the
+// document's tree, so the parse never holds more of the tree than the open elements.
 //
-// The checks are those of reading from a finished tree and come in the same order: an element's
-// namespace against its parent's child collection, then its attributes, in document order. The
-// first one that fails is kept and thrown by Commit, but only after the whole document has
-// parsed, so that a document that is not well-formed reports that first. Until Commit succeeds
-// the target element is not touched.
+// The checks come in document order: an element's namespace against its parent's child
+// collection, then its attributes. The first one that fails is kept and thrown by Commit, after
+// the whole document has parsed, so that a document that is not well-formed reports that first.
+// Until Commit succeeds the target element is not touched: a failed read leaves it as it was.
+//
+// The restrictions: the document element must satisfy the target's own restriction (else
+// nothing is read, and that is no error); its attributes are checked against the target's
+// attribute collection, everything below it against the target's child collection (each
+// collection's own restriction when the target has one, else the target's).
 #ifndef OVXMLLIB6_SRC_METADATA_ELEMENTREADER_H
 #define OVXMLLIB6_SRC_METADATA_ELEMENTREADER_H
 
@@ -25,11 +31,22 @@ namespace detail {
 
 class CElementReader final : public CObjectReader {
  public:
-  explicit CElementReader(CElement& target);
+  enum class Checks {
+    Namespaces,  // a wildcard read: namespaces are checked against the restrictions
+    None,        // a copy: everything is taken as it is
+  };
 
-  void OnElementStarted(CXmlElement* element, std::size_t depth) override;
-  bool OnElementEnded(CXmlElement* element, std::size_t depth, std::string_view text) override;
+  CElementReader(CElement& target, Checks checks);
+
+  void OnElementStarted(const CXmlElement* element, std::size_t depth) override;
+  bool OnElementEnded(const CXmlElement* element, std::size_t depth,
+                      std::string_view text) override;
+  bool IsDone() const override { return m_state != State::Reading; }
   void Commit() override;
+
+  // After Commit: whether the document element was left unread because the target's
+  // restriction refuses its namespace.
+  bool Skipped() const { return m_state == State::Skipped; }
 
  private:
   enum class State {
@@ -48,11 +65,9 @@ class CElementReader final : public CObjectReader {
   void Fail();
 
   CElement& m_target;
+  const Checks m_checks;
   State m_state;
   std::exception_ptr m_error;
-  // The restrictions the target's collections apply: those of its attribute and child
-  // collections when it has them, else its own. Every element below the document element takes
-  // the child collection's.
   CSharedString m_attributeRestriction;
   CSharedString m_attributeTarget;
   CSharedString m_childRestriction;

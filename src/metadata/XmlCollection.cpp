@@ -2,6 +2,7 @@
 
 #include "DeferredRelease.h"
 #include "OvXmlLib6/core/Exceptions.h"
+#include "core/ObjectMemory.h"
 #include "xml/Prefetch.h"
 
 namespace OvXmlLib6 {
@@ -53,7 +54,7 @@ void CXmlCollection::RequireItem(const CXmlObjectBase* item) {
 void CXmlCollection::InsertBetween(CNode* previous, CNode* next, CXmlObjectBase* item) {
   CNode* node;
   try {
-    node = new CNode(item, previous, next);
+    node = new (detail::AllocateSmall(sizeof(CNode))) CNode(item, previous, next);
   } catch (...) {
     // An item that nobody holds is deleted rather than leaked; a held one keeps its count.
     item->AddRef();
@@ -171,7 +172,8 @@ void CXmlCollection::UnlinkNode(CNode* node) noexcept {
     m_tail = node->m_previous;
   }
   CXmlObjectBase* item = node->m_item;
-  delete node;
+  node->~CNode();
+  detail::FreeSmall(node, sizeof(CNode));
   --m_count;
   detail::ReleaseDeferred(item);
 }
@@ -204,6 +206,23 @@ void CXmlCollection::TakeItemsOf(CXmlCollection& other) {
     AppendItem(other.m_head->m_item);
     other.RemoveNode(other.m_head);
   }
+}
+
+void CXmlCollection::AdoptItem(CXmlObjectBase* item) {
+  CNode* node;
+  try {
+    node = new (detail::AllocateSmall(sizeof(CNode))) CNode(item, m_tail, nullptr);
+  } catch (...) {
+    detail::ReleaseDeferred(item);
+    throw;
+  }
+  if (m_tail != nullptr) {
+    m_tail->m_next = node;
+  } else {
+    m_head = node;
+  }
+  m_tail = node;
+  ++m_count;
 }
 
 void CXmlCollection::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,

@@ -24,11 +24,19 @@ class CDocumentObserver {
 
   // Called once the start tag of `element` has been read, attributes included; the document
   // element has depth 0. The element's text is not known yet.
-  virtual void OnElementStarted(CXmlElement* element, std::size_t depth) = 0;
+  virtual void OnElementStarted(const CXmlElement* element, std::size_t depth) = 0;
   // Called after the end tag with the element's whole text, which the element itself holds
   // only if it stays. Returning true removes the element from the tree and destroys it (the
   // document element is never removed).
-  virtual bool OnElementEnded(CXmlElement* element, std::size_t depth, std::string_view text) = 0;
+  virtual bool OnElementEnded(const CXmlElement* element, std::size_t depth,
+                              std::string_view text) = 0;
+  // True once the observer wants no more elements (Replay stops; a parse goes on regardless).
+  virtual bool IsDone() const { return false; }
+
+  // Reports a finished subtree to the observer as a parse would have, in document order and
+  // without recursion, with `root` at depth 0. Nothing is removed from the tree, whatever the
+  // observer answers.
+  void Replay(const CXmlElement* root);
 
   // Attaches the observer to the next loads of the document (null detaches it).
   static void Attach(CXmlDocument& document, CDocumentObserver* observer);

@@ -41,6 +41,12 @@ class OVXML_API CSharedString {
   }
   ~CSharedString();
 
+  // A string that is never freed, for names made once and used for the life of the process
+  // (descriptor tables, fixed collection names, restriction keywords): its copies share it
+  // without counting references, so they cost no atomic operation to make or destroy. Keep it
+  // in a static object; each call makes a new one.
+  static CSharedString Permanent(std::string_view text);
+
   const std::string& str() const noexcept { return m_block != nullptr ? m_block->text : Empty(); }
   operator const std::string&() const noexcept { return str(); }
   const char* c_str() const noexcept { return str().c_str(); }
@@ -60,8 +66,9 @@ class OVXML_API CSharedString {
 
  private:
   struct Block {
-    explicit Block(std::string_view s) : references(1), text(s) {}
+    Block(std::string_view s, bool isPermanent) : references(1), permanent(isPermanent), text(s) {}
     std::atomic<std::uint32_t> references;
+    const bool permanent;
     const std::string text;
   };
   static const std::string& Empty() noexcept;

@@ -30,6 +30,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace OvXmlLib6 {
 
@@ -196,6 +197,7 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   void SetElementName(const char* name);
   // Shares the name's text: objects made in numbers pass one name to all of them.
   void SetElementName(const CSharedString& name) { m_elementName = name; }
+  void SetElementName(CSharedString&& name) { m_elementName = std::move(name); }
   const CSharedString& SharedElementName() const { return m_elementName; }
   static void SetElementName(CXmlObjectBase* object, const char* name);
 

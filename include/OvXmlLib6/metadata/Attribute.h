@@ -15,6 +15,7 @@
 
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
+#include "OvXmlLib6/core/PooledObject.h"
 #include "OvXmlLib6/core/SmartPtr.h"
 #include "OvXmlLib6/core/XmlObjectBase.h"
 #include "OvXmlLib6/metadata/XmlCollection.h"
@@ -29,7 +30,7 @@ class CElementReader;
 class CNameCache;
 }  // namespace detail
 
-class OVXML_API CAttribute : public CXmlObjectBase, private CInstanceMonitor {
+class OVXML_API CAttribute : public CXmlObjectBase, public CPooledObject, private CInstanceMonitor {
  public:
   // Null strings are taken as empty ones; the arguments come in the order of CAttributeCol::Add.
   CAttribute(const char* ns, const char* value, const char* name);
@@ -63,16 +64,18 @@ class OVXML_API CAttribute : public CXmlObjectBase, private CInstanceMonitor {
   friend class CAttributeCol;
   friend class CElement;
 
-  // For readers: the names are shared, the value copied as it is.
+  // For readers: the names are shared, the value taken as it is.
   struct FromParts {};
-  CAttribute(FromParts, const CSharedString& ns, std::string_view value, const CSharedString& name);
+  CAttribute(FromParts, CSharedString ns, std::string value, CSharedString name);
 
   // The name is the object's element name.
   CSharedString m_namespace;
   std::string m_value;
 };
 
-class OVXML_API CAttributeCol : public CXmlCollection, private CInstanceMonitor {
+class OVXML_API CAttributeCol : public CXmlCollection,
+                                public CPooledObject,
+                                private CInstanceMonitor {
  public:
   using iterator = COvIterator<CAttribute>;
   using const_iterator = COvIterator<CAttribute>;
@@ -121,8 +124,10 @@ class OVXML_API CAttributeCol : public CXmlCollection, private CInstanceMonitor 
 
   void CheckNamespace(const CAttribute* attribute) const;
   // Appends the attributes of the element in document order, each checked first against the
-  // restriction (see FromXml_Int); their names come from the cache.
-  void ReadAttributesOf(const CXmlElement* element, detail::CNameCache& names);
+  // restriction (see FromXml_Int) unless `checkNamespaces` is false; their names come from the
+  // cache.
+  void ReadAttributesOf(const CXmlElement* element, detail::CNameCache& names,
+                        bool checkNamespaces = true);
   void SetNamespaceRestrictions(const CSharedString& restriction,
                                 const CSharedString& targetNamespace);
 

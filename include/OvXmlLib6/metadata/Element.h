@@ -20,6 +20,7 @@
 
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
+#include "OvXmlLib6/core/PooledObject.h"
 #include "OvXmlLib6/core/SmartPtr.h"
 #include "OvXmlLib6/core/XmlObjectBase.h"
 #include "OvXmlLib6/metadata/Attribute.h"
@@ -34,10 +35,9 @@ namespace detail {
 class CAttributeRecords;
 class CChildList;
 class CElementReader;
-class CNameCache;
 }  // namespace detail
 
-class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
+class OVXML_API CElement : public CXmlObjectBase, public CPooledObject, private CInstanceMonitor {
  public:
   // An element in no namespace that admits any content ("##any").
   explicit CElement(const char* name);
@@ -72,8 +72,8 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   void SetNamespaceRestrictions(const char* restriction, const char* targetNamespace);
 
   // Replaces the content of this element with a copy of `element` and its whole subtree: name,
-  // namespace, text, attributes and children, without namespace checks. Null empties nothing
-  // and returns.
+  // namespace, text, attributes and children, without namespace checks; the children take the
+  // restriction of this element's child collection. Null empties nothing and returns.
   void CopyXmlElement(const CXmlElement* element);
 
  protected:
@@ -87,7 +87,7 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   // Reads `current` and its subtree when its namespace satisfies the restriction and returns
   // its next sibling; otherwise returns `current` unchanged. A child element that the child
   // collection refuses throws COvValidationException "Invalid Element [%s] found in element
-  // [%s]".
+  // [%s]"; a failed read leaves the element unchanged.
   CXmlElement* FromXml_Int(CXmlElement* parent, CXmlElement* current,
                            const CXmlSerializationContext& context, bool flag) override;
   // A CElement (not a derived class, which may read differently) is read while the document is
@@ -104,7 +104,7 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   friend class detail::CElementReader;
 
   // For reading: a child element made under its parent's restriction, whose namespace the
-  // reader has already checked against it. The name and namespace are set by ReadOwnContent.
+  // reader has already checked against it. The reader sets the name and namespace.
   struct ForReading {};
   CElement(ForReading, const CSharedString& restriction, const CSharedString& targetNamespace);
 
@@ -113,8 +113,6 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   static const CSharedString& ChildCollectionName();
   static const CSharedString& AttributeCollectionName();
   CElementCol* ChildCollection();
-  // Reads the name, namespace, text and attributes of `element` (not the children).
-  void ReadOwnContent(CXmlElement* element, detail::CNameCache& names);
   // Starts the element on the writer: start tag and attributes (and the root's extras).
   void WriteStart(CXmlWriter* writer, bool isRoot, const CXmlSerializationContext& context) const;
 
@@ -132,7 +130,9 @@ class OVXML_API CElement : public CXmlObjectBase, private CInstanceMonitor {
   detail::CChildList* m_childList = nullptr;
 };
 
-class OVXML_API CElementCol : public CXmlCollection, private CInstanceMonitor {
+class OVXML_API CElementCol : public CXmlCollection,
+                              public CPooledObject,
+                              private CInstanceMonitor {
  public:
   using iterator = COvIterator<CElement>;
   using const_iterator = COvIterator<CElement>;

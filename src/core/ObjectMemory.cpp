@@ -1,0 +1,127 @@
+#include "core/ObjectMemory.h"
+
+#include "OvXmlLib6/core/PooledObject.h"
+
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+
+// Under AddressSanitizer every object gets its own heap block, so that overruns and uses after
+// free are caught object by object rather than hidden inside a shared block.
+#if defined(__SANITIZE_ADDRESS__)
+#define OVXML_POOL_PASS_THROUGH 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define OVXML_POOL_PASS_THROUGH 1
+#endif
+#endif
+
+namespace OvXmlLib6 {
+namespace detail {
+
+namespace {
+
+constexpr std::size_t kBlockSize = 16 * 1024;
+constexpr std::size_t kGrain = alignof(std::max_align_t);
+
+// Each block starts with the count of its live objects. While a thread still cuts objects from
+// the block, the count carries a large bias and the objects cut so far are not yet added, so
+// that deletions on any thread can never bring it to zero early; when the thread moves on it
+// adds what it cut and removes the bias in one step. Whoever brings the count to zero frees the
+// block.
+struct alignas(kGrain) BlockHeader {
+  std::atomic<std::int64_t> live;
+};
+constexpr std::int64_t kBias = std::int64_t{1} << 40;
+
+void FreeBlock(BlockHeader* block) noexcept {
+  block->~BlockHeader();
+  std::free(block);
+}
+
+// The block a thread is filling. Plain data, so that it stays usable while the thread's other
+// thread-local objects are destroyed.
+struct Filling {
+  BlockHeader* block;
+  char* next;
+  char* end;
+  std::int64_t cut;
+  bool exiting;
+};
+thread_local Filling t_filling{nullptr, nullptr, nullptr, 0, false};
+
+void Retire(Filling& filling) noexcept {
+  BlockHeader* block = filling.block;
+  if (block == nullptr) return;
+  const std::int64_t change = filling.cut - kBias;
+  filling.block = nullptr;
+  filling.next = filling.end = nullptr;
+  filling.cut = 0;
+  if (block->live.fetch_add(change, std::memory_order_acq_rel) + change == 0) FreeBlock(block);
+}
+
+// Hands the block back when the thread ends; later allocations on the thread (from destructors
+// of other thread-local objects) each retire their block at once.
+struct ThreadExit {
+  bool armed = false;
+  ~ThreadExit() {
+    t_filling.exiting = true;
+    Retire(t_filling);
+  }
+};
+thread_local ThreadExit t_exit;
+
+void StartBlock(Filling& filling) {
+  Retire(filling);
+  void* memory = std::aligned_alloc(kBlockSize, kBlockSize);
+  if (memory == nullptr) throw std::bad_alloc();
+  filling.block = new (memory) BlockHeader{{kBias}};
+  filling.next = static_cast<char*>(memory) + sizeof(BlockHeader);
+  filling.end = static_cast<char*>(memory) + kBlockSize;
+  if (!filling.exiting) t_exit.armed = true;  // registers the thread-exit hand-back
+}
+
+}  // namespace
+
+void* AllocateSmall(std::size_t size) {
+#ifdef OVXML_POOL_PASS_THROUGH
+  return ::operator new(size);
+#else
+  if (size > kMaxPooledObjectSize) return ::operator new(size);
+  const std::size_t rounded = (size + kGrain - 1) & ~(kGrain - 1);
+  Filling& filling = t_filling;
+  if (static_cast<std::size_t>(filling.end - filling.next) < rounded) StartBlock(filling);
+  void* memory = filling.next;
+  filling.next += rounded;
+  ++filling.cut;
+  if (filling.exiting) Retire(filling);
+  return memory;
+#endif
+}
+
+void FreeSmall(void* memory, std::size_t size) noexcept {
+#ifdef OVXML_POOL_PASS_THROUGH
+  (void)size;
+  ::operator delete(memory);
+#else
+  if (memory == nullptr) return;
+  if (size > kMaxPooledObjectSize) {
+    ::operator delete(memory);
+    return;
+  }
+  auto* block = reinterpret_cast<BlockHeader*>(reinterpret_cast<std::uintptr_t>(memory) &
+                                               ~std::uintptr_t{kBlockSize - 1});
+  if (block->live.fetch_sub(1, std::memory_order_acq_rel) == 1) FreeBlock(block);
+#endif
+}
+
+}  // namespace detail
+
+void* CPooledObject::operator new(std::size_t size) { return detail::AllocateSmall(size); }
+
+void CPooledObject::operator delete(void* memory, std::size_t size) noexcept {
+  detail::FreeSmall(memory, size);
+}
+
+}  // namespace OvXmlLib6
