@@ -61,12 +61,33 @@ void Retire(Filling& filling) noexcept {
   if (block->live.fetch_add(change, std::memory_order_acq_rel) + change == 0) FreeBlock(block);
 }
 
+// Deletions on one thread come in runs from the same block (objects made together die
+// together), so a thread counts its deletions per block and takes them off the block's count in
+// one step when it meets another block. The block cannot go meanwhile: the count still includes
+// the objects counted here.
+struct Freeing {
+  BlockHeader* block;
+  std::int64_t count;
+};
+thread_local Freeing t_freeing{nullptr, 0};
+
+void Settle(Freeing& freeing) noexcept {
+  BlockHeader* block = freeing.block;
+  if (block == nullptr) return;
+  const std::int64_t count = freeing.count;
+  freeing.block = nullptr;
+  freeing.count = 0;
+  if (block->live.fetch_sub(count, std::memory_order_acq_rel) == count) FreeBlock(block);
+}
+
 // Hands the block back when the thread ends; later allocations on the thread (from destructors
-// of other thread-local objects) each retire their block at once.
+// of other thread-local objects) each retire their block at once, and later deletions settle at
+// once.
 struct ThreadExit {
   bool armed = false;
   ~ThreadExit() {
     t_filling.exiting = true;
+    Settle(t_freeing);
     Retire(t_filling);
   }
 };
@@ -112,7 +133,18 @@ void FreeSmall(void* memory, std::size_t size) noexcept {
   }
   auto* block = reinterpret_cast<BlockHeader*>(reinterpret_cast<std::uintptr_t>(memory) &
                                                ~std::uintptr_t{kBlockSize - 1});
-  if (block->live.fetch_sub(1, std::memory_order_acq_rel) == 1) FreeBlock(block);
+  Freeing& freeing = t_freeing;
+  if (freeing.block != block) {
+    Settle(freeing);
+    freeing.block = block;
+    if (t_filling.exiting) {
+      freeing.count = 1;
+      Settle(freeing);
+      return;
+    }
+    t_exit.armed = true;  // registers the thread-exit settling
+  }
+  ++freeing.count;
 #endif
 }
 

@@ -54,10 +54,10 @@ CSharedString& CSharedString::operator=(std::string_view text) {
 CSharedString::~CSharedString() { Release(); }
 
 void CSharedString::Release() noexcept {
-  if (m_block != nullptr && !m_block->permanent &&
-      m_block->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-    delete m_block;
-  }
+  // A permanent block is never freed; the pointer stays, so that leak checkers still see the
+  // block reachable from a static string after its destruction.
+  if (m_block == nullptr || m_block->permanent) return;
+  if (m_block->references.fetch_sub(1, std::memory_order_acq_rel) == 1) delete m_block;
   m_block = nullptr;
 }
 

@@ -119,7 +119,7 @@ void CElement::SetText(const char* text) {
   FireOnChangeText();
 }
 
-CSmartPtr<CAttributeCol> CElement::GetAttributes() const {
+const CSmartPtr<CAttributeCol>& CElement::GetAttributes() const {
   // Made on first use: most elements of a large document have no attributes, and an element
   // object is copied in every read.
   if (!m_attributes) {
@@ -145,7 +145,7 @@ CElementCol* CElement::ChildCollection() {
   return m_children.get();
 }
 
-CSmartPtr<CElementCol> CElement::GetChildElements() const {
+const CSmartPtr<CElementCol>& CElement::GetChildElements() const {
   if (!m_children) {
     CSmartPtr<CElementCol> children =
         new CElementCol(ChildCollectionName(), m_restriction, m_targetNamespace, 0, -1);

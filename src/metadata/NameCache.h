@@ -9,6 +9,7 @@
 #define OVXMLLIB6_SRC_METADATA_NAMECACHE_H
 
 #include "OvXmlLib6/core/SharedString.h"
+#include "core/SharedNames.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -23,7 +24,7 @@ class CNameCache {
     // The low bits of an address into the name records carry little information.
     Entry& entry = m_entries[(reinterpret_cast<std::uintptr_t>(&interned) >> 4) % kEntries];
     if (entry.key != &interned) {
-      entry.value = CSharedString(interned);
+      entry.value = SharedName(interned);
       entry.key = &interned;
     }
     return entry.value;

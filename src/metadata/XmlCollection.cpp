@@ -24,6 +24,10 @@ CXmlCollection::CXmlCollection(const CSharedString& elementName, const CSharedSt
       m_count(0) {}
 
 CXmlCollection::~CXmlCollection() {
+  if (!HasEventListeners()) {
+    while (m_head != nullptr) UnlinkNode(m_head);
+    return;
+  }
   while (m_head != nullptr) {
     // A destructor cannot pass on a listener's exception: the node goes regardless.
     try {

@@ -40,11 +40,11 @@ class OVXML_API CAttribute : public CXmlObjectBase, public CPooledObject, privat
 
   CXmlObjectBase* GetBase() override { return this; }
 
-  std::string GetName() const { return GetElementName(); }
+  const std::string& GetName() const { return GetElementName(); }
   void SetName(const char* name);
   std::string GetNamespace() const override { return m_namespace; }
   void SetNamespace(const char* ns);
-  std::string GetValue() const { return m_value; }
+  const std::string& GetValue() const { return m_value; }
   void SetValue(const char* value);
 
  protected:

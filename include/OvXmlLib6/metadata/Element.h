@@ -56,15 +56,16 @@ class OVXML_API CElement : public CXmlObjectBase, public CPooledObject, private 
 
   CXmlObjectBase* GetBase() override { return this; }
 
-  std::string GetName() const { return GetElementName(); }
+  const std::string& GetName() const { return GetElementName(); }
   void SetName(const char* name);
   std::string GetNamespace() const override { return m_namespace; }
   void SetNamespace(const char* ns);
-  std::string GetText() const { return m_text; }
+  const std::string& GetText() const { return m_text; }
   void SetText(const char* text);
 
-  CSmartPtr<CAttributeCol> GetAttributes() const;
-  CSmartPtr<CElementCol> GetChildElements() const;
+  // The collections are made on first request and then stay with the element.
+  const CSmartPtr<CAttributeCol>& GetAttributes() const;
+  const CSmartPtr<CElementCol>& GetChildElements() const;
 
   const std::string& GetNamespaceRestriction() const { return m_restriction.str(); }
   const std::string& GetRestrictionTargetNamespace() const { return m_targetNamespace.str(); }
