@@ -253,6 +253,12 @@ TEST(CElement, AFailedReadLeavesTheElementAsItWas) {
   // A document that is not well-formed reports that, even after a refused element.
   const std::string message = MessageOf([&] { element->FromXml("<x xmlns:t='urn:t'><t:z/><y>"); });
   EXPECT_NE(message.find("at line 1"), std::string::npos) << message;
+  // Read from a finished tree, the same refusal leaves it alone too.
+  CXmlDocument document;
+  document.LoadXml("<w><x xmlns:t='urn:t'><y/><t:z/></x></w>");
+  ExpectThrowMessage<COvValidationException>(
+      [&] { element->FromXmlElement(document.GetDocumentElement()); },
+      "Invalid Element [z] found in element [x]");
   EXPECT_EQ(element->ToXml(false, false, EOLType_LF), before);
   EXPECT_TRUE(recorder.events.empty());
 
