@@ -34,8 +34,6 @@ class CAttributeRecords {
   // Appends a record; the block must have room for it.
   void Append(const CSharedString& ns, const CSharedString& name, std::string_view value);
 
-  Record* begin() { return Items(); }
-  Record* end() { return Items() + m_count; }
   const Record* begin() const { return Items(); }
   const Record* end() const { return Items() + m_count; }
   std::size_t Count() const { return m_count; }

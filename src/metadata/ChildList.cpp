@@ -44,13 +44,9 @@ void CChildList::Release(CChildList*& list) noexcept {
   if (list == nullptr) return;
   CChildList* released = list;
   list = nullptr;
-  released->Drop(0);
-}
-
-void CChildList::Drop(std::uint32_t first) noexcept {
-  CElement** items = Items();
-  for (std::uint32_t i = first; i < m_count; ++i) ReleaseDeferred(items[i]);
-  FreeSmall(this, sizeof(CChildList) + m_capacity * sizeof(CElement*));
+  CElement** items = released->Items();
+  for (std::uint32_t i = 0; i < released->m_count; ++i) ReleaseDeferred(items[i]);
+  FreeSmall(released, sizeof(CChildList) + released->m_capacity * sizeof(CElement*));
 }
 
 }  // namespace detail

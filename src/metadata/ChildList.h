@@ -21,10 +21,6 @@ class CChildList {
   // Releases every element, without recursing into their own children, and frees the list;
   // `list` becomes null.
   static void Release(CChildList*& list) noexcept;
-  // Hands each element's reference to `take`, in order, and frees the list; `list` becomes null.
-  // If `take` throws, the elements not yet handed over are released.
-  template <typename Take>
-  static void HandOver(CChildList*& list, Take take);
 
   CElement* const* begin() const { return Items(); }
   CElement* const* end() const { return Items() + m_count; }
@@ -32,8 +28,6 @@ class CChildList {
 
  private:
   explicit CChildList(std::uint32_t capacity) : m_count(0), m_capacity(capacity) {}
-  // Releases the elements from index `first` on and frees the list.
-  void Drop(std::uint32_t first) noexcept;
   CElement** Items() { return reinterpret_cast<CElement**>(this + 1); }
   CElement* const* Items() const { return reinterpret_cast<CElement* const*>(this + 1); }
 
@@ -42,21 +36,6 @@ class CChildList {
 };
 
 static_assert(sizeof(CChildList) % alignof(CElement*) == 0, "the items follow the header");
-
-template <typename Take>
-void CChildList::HandOver(CChildList*& list, Take take) {
-  CChildList* handed = list;
-  list = nullptr;
-  if (handed == nullptr) return;
-  std::uint32_t next = 0;
-  try {
-    while (next < handed->m_count) take(handed->Items()[next++]);
-  } catch (...) {
-    handed->Drop(next);
-    throw;
-  }
-  handed->Drop(handed->m_count);
-}
 
 }  // namespace detail
 }  // namespace OvXmlLib6

@@ -127,13 +127,13 @@ const CSmartPtr<CAttributeCol>& CElement::GetAttributes() const {
         new CAttributeCol(AttributeCollectionName(), m_restriction, m_targetNamespace);
     CElement* self = const_cast<CElement*>(this);
     if (m_attributeRecords != nullptr) {
-      // The records go with this, so their strings move into the objects.
-      for (detail::CAttributeRecords::Record& record : *self->m_attributeRecords) {
-        attributes->AppendItem(new CAttribute(CAttribute::FromParts{}, std::move(record.ns),
-                                              std::move(record.value), std::move(record.name)));
+      // Copied, not moved: if memory runs out half-way, the records are still whole.
+      for (const detail::CAttributeRecords::Record& record : *m_attributeRecords) {
+        attributes->AppendItem(
+            new CAttribute(CAttribute::FromParts{}, record.ns, record.value, record.name));
       }
     }
-    self->m_attributes = attributes;
+    self->m_attributes = std::move(attributes);
     detail::CAttributeRecords::Delete(self->m_attributeRecords);
     self->m_attributeRecords = nullptr;
   }
@@ -150,10 +150,13 @@ const CSmartPtr<CElementCol>& CElement::GetChildElements() const {
     CSmartPtr<CElementCol> children =
         new CElementCol(ChildCollectionName(), m_restriction, m_targetNamespace, 0, -1);
     CElement* self = const_cast<CElement*>(this);
-    // The list's references pass to the collection.
-    detail::CChildList::HandOver(self->m_childList,
-                                 [&children](CElement* child) { children->AdoptItem(child); });
-    self->m_children = children;
+    // The list lets its elements go only once the collection holds them all: if memory runs
+    // out half-way, the element keeps its children.
+    if (m_childList != nullptr) {
+      for (CElement* child : *m_childList) children->AppendItem(child);
+    }
+    detail::CChildList::Release(self->m_childList);
+    self->m_children = std::move(children);
   }
   return m_children;
 }

@@ -212,23 +212,6 @@ void CXmlCollection::TakeItemsOf(CXmlCollection& other) {
   }
 }
 
-void CXmlCollection::AdoptItem(CXmlObjectBase* item) {
-  CNode* node;
-  try {
-    node = new (detail::AllocateSmall(sizeof(CNode))) CNode(item, m_tail, nullptr);
-  } catch (...) {
-    detail::ReleaseDeferred(item);
-    throw;
-  }
-  if (m_tail != nullptr) {
-    m_tail->m_next = node;
-  } else {
-    m_head = node;
-  }
-  m_tail = node;
-  ++m_count;
-}
-
 void CXmlCollection::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,
                                const CXmlSerializationContext& context, bool flag) const {
   const std::string ns = GetNamespace();

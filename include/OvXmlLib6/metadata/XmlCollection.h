@@ -84,9 +84,6 @@ class OVXML_API CXmlCollection : public CXmlCollectionBase {
   // Appends the items of `other` in order and empties it, each move with the events of both
   // lists; when neither has listeners the nodes themselves change lists.
   void TakeItemsOf(CXmlCollection& other);
-  // Appends an item whose reference the caller hands over, without events: for a collection
-  // that nobody can observe yet. If memory runs out, the reference is released.
-  void AdoptItem(CXmlObjectBase* item);
 
   // Writes the items in order; each item writes its own element.
   void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* ns,
