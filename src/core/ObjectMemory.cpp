@@ -20,6 +20,7 @@
 namespace OvXmlLib6 {
 namespace detail {
 
+#ifndef OVXML_POOL_PASS_THROUGH
 namespace {
 
 constexpr std::size_t kBlockSize = 16 * 1024;
@@ -104,6 +105,7 @@ void StartBlock(Filling& filling) {
 }
 
 }  // namespace
+#endif
 
 void* AllocateSmall(std::size_t size) {
 #ifdef OVXML_POOL_PASS_THROUGH
