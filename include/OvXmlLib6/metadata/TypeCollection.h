@@ -5,6 +5,9 @@
 // Reading takes every consecutive child element whose name matches the collection's element name
 // and namespace and hands its text to AddFromString; the first element that does not match ends
 // the run without error. Writing checks the count, then writes one element per value.
+//
+// detail::CValueCol<Value>, below, holds the values of every typed collection and is the one
+// place where they are inserted and removed, with the events that go with it.
 #ifndef OVXMLLIB6_METADATA_TYPECOLLECTION_H
 #define OVXMLLIB6_METADATA_TYPECOLLECTION_H
 
