@@ -12,9 +12,9 @@ CdatetimeBaseCol::CdatetimeBaseCol(ItemType itemType, const char* elementName, c
                                    const char* maxExclusive, int totalDigits,
                                    CWhitespaceUtils::WhitespaceRule whitespaceRule,
                                    const char* format)
-    : CXmlTypeCollection(itemType, elementName, ns, minOccurs, maxOccurs, pattern, minLength,
-                         maxLength, minInclusive, maxInclusive, minExclusive, maxExclusive,
-                         totalDigits, whitespaceRule, format) {}
+    : CValueCol(itemType, elementName, ns, minOccurs, maxOccurs, pattern, minLength, maxLength,
+                minInclusive, maxInclusive, minExclusive, maxExclusive, totalDigits, whitespaceRule,
+                format) {}
 
 CdatetimeBaseCol::CdatetimeBaseCol(const CdatetimeBaseCol& other) = default;
 CdatetimeBaseCol& CdatetimeBaseCol::operator=(const CdatetimeBaseCol& other) = default;
@@ -22,33 +22,13 @@ CdatetimeBaseCol::~CdatetimeBaseCol() = default;
 
 void CdatetimeBaseCol::Add(const CDateTime& value) { AddAt(GetCount(), value); }
 
-CDateTime CdatetimeBaseCol::Item(int index) const {
-  CheckIndex(index, GetCount());
-  return m_values[index];
-}
+CDateTime CdatetimeBaseCol::Item(int index) const { return ValueAt(index); }
 
-void CdatetimeBaseCol::Remove(int index) {
-  BeginRemove(index, GetCount());
-  m_values.erase(m_values.begin() + index);
-  EndRemove(index);
-}
-
-void CdatetimeBaseCol::Clear() {
-  if (!HasEventListeners()) {
-    // Nobody sees the single removals: drop the values at once rather than one by one.
-    m_values.clear();
-    return;
-  }
-  while (!m_values.empty()) Remove(0);
-}
-
-std::string CdatetimeBaseCol::ItemText(int index) const { return ItemToString(m_values[index]); }
+std::string CdatetimeBaseCol::ItemText(int index) const { return ItemToString(ValueAt(index)); }
 
 void CdatetimeBaseCol::BaseAddAt(int index, const CDateTime& value) {
-  CDateTime copy(value);
-  BeginInsert(index, GetCount(), &copy);
-  m_values.insert(m_values.begin() + index, copy);
-  EndInsert(&m_values[index]);
+  // The member has checked the kind and the facets already.
+  InsertValue(index, value, nullptr);
 }
 
 void CdatetimeBaseCol::CheckKindAndFacets(const CDateTime& value, CDateTime::DTType kind,

@@ -1,9 +1,6 @@
 #include "OvXmlLib6/metadata/TypedCollections.h"
 
-#include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/Conversions.h"
-
-#include <utility>
 
 namespace OvXmlLib6 {
 namespace detail {
@@ -56,9 +53,9 @@ CPrimitiveCol<Traits>::CPrimitiveCol(const char* elementName, const char* ns, in
                                      const char* maxExclusive, int totalDigits,
                                      CWhitespaceUtils::WhitespaceRule whitespaceRule,
                                      const char* format)
-    : CXmlTypeCollection(Traits::kItemType, elementName, ns, minOccurs, maxOccurs, pattern,
-                         minLength, maxLength, minInclusive, maxInclusive, minExclusive,
-                         maxExclusive, totalDigits, whitespaceRule, format) {}
+    : CValueCol<Value>(Traits::kItemType, elementName, ns, minOccurs, maxOccurs, pattern, minLength,
+                       maxLength, minInclusive, maxInclusive, minExclusive, maxExclusive,
+                       totalDigits, whitespaceRule, format) {}
 
 template <class Traits>
 CPrimitiveCol<Traits>::CPrimitiveCol(const CPrimitiveCol& other) = default;
@@ -68,47 +65,18 @@ template <class Traits>
 CPrimitiveCol<Traits>::~CPrimitiveCol() = default;
 
 template <class Traits>
-void CPrimitiveCol<Traits>::AddAt(int index, const Value& value) {
-  // The listeners see the caller's value; a copy is taken before anything can change it.
-  Value copy(value);
-  BeginInsert(index, GetCount(), &copy);
-  Traits::Check(GetRestrictions(), GetCollectionElementName().c_str(), copy);
-  m_values.insert(m_values.begin() + index, copy);
-  EndInsert(&copy);
-}
-
-template <class Traits>
-typename CPrimitiveCol<Traits>::Value CPrimitiveCol<Traits>::Item(int index) const {
-  CheckIndex(index, GetCount());
-  return m_values[index];
-}
-
-template <class Traits>
-void CPrimitiveCol<Traits>::Remove(int index) {
-  BeginRemove(index, GetCount());
-  m_values.erase(m_values.begin() + index);
-  EndRemove(index);
-}
-
-template <class Traits>
-void CPrimitiveCol<Traits>::Clear() {
-  if (!HasEventListeners()) {
-    // Nobody sees the single removals, so the values go at once instead of one by one from
-    // the front, which would cost quadratic time.
-    m_values.clear();
-    return;
-  }
-  while (!m_values.empty()) Remove(0);
+void CPrimitiveCol<Traits>::CheckFacets(const CXmlTypeCollection& collection, const Value& value) {
+  Traits::Check(collection.GetRestrictions(), collection.GetCollectionElementName().c_str(), value);
 }
 
 template <class Traits>
 void CPrimitiveCol<Traits>::AddFromString(const std::string& text) {
-  Add(Traits::FromString(text, GetWhitespaceRule()));
+  Add(Traits::FromString(text, this->GetWhitespaceRule()));
 }
 
 template <class Traits>
 std::string CPrimitiveCol<Traits>::ItemText(int index) const {
-  return Traits::ToString(m_values[index], GetFormat());
+  return Traits::ToString(this->ValueAt(index), this->GetFormat());
 }
 
 #define OVXML_INSTANTIATE_PRIMITIVE_COL(Tag) template class CPrimitiveCol<Tag##ColTraits>;

@@ -3,8 +3,10 @@
 //
 // Each accepts only values of its own kind: adding a CDateTime of another type throws
 // COvInvalidParamException "Dates added to this collection must be of type dt_date" (dt_dateTime,
-// dt_time, dt_gMonthDay, dt_gYearMonth), before the facet check and before any event. The rest
-// behaves as the other typed collections (TypedCollections.h).
+// dt_time, dt_gMonthDay, dt_gYearMonth). The kind and the facets are checked before the add
+// event and the index check; a value refused by them sends no event. The rest, including what
+// the events' data points to, is as for the other typed collections (detail::CValueCol in
+// TypeCollection.h).
 #ifndef OVXMLLIB6_METADATA_DATETIMECOLLECTIONS_H
 #define OVXMLLIB6_METADATA_DATETIMECOLLECTIONS_H
 
@@ -14,24 +16,20 @@
 #include "OvXmlLib6/types/DateTime.h"
 
 #include <string>
-#include <vector>
 
 namespace OvXmlLib6 {
 
-class OVXML_API CdatetimeBaseCol : public CXmlTypeCollection {
- public:
-  using const_iterator = std::vector<CDateTime>::const_iterator;
+namespace detail {
+extern template class CValueCol<CDateTime>;
+}  // namespace detail
 
+class OVXML_API CdatetimeBaseCol : public detail::CValueCol<CDateTime> {
+ public:
   virtual void Add(const CDateTime& value);
+  // Each member checks the value's kind and facets, then calls BaseAddAt.
   virtual void AddAt(int index, const CDateTime& value) = 0;
   // A copy of the value at the index.
   virtual CDateTime Item(int index) const;
-  void Remove(int index) override;
-  void Clear() override;
-  int GetCount() const override { return static_cast<int>(m_values.size()); }
-
-  const_iterator begin() const { return m_values.begin(); }
-  const_iterator end() const { return m_values.end(); }
 
  protected:
   CdatetimeBaseCol(ItemType itemType, const char* elementName, const char* ns, int minOccurs,
@@ -48,14 +46,11 @@ class OVXML_API CdatetimeBaseCol : public CXmlTypeCollection {
   std::string ItemText(int index) const override;
 
   // Inserts after the kind and facet checks of the member: the add event, the index check, the
-  // insertion, then the add-complete and change events.
+  // insertion, then the add-complete and change events (detail::CValueCol::InsertValue).
   void BaseAddAt(int index, const CDateTime& value);
   // The kind check and the date facet check that every member makes before BaseAddAt.
   void CheckKindAndFacets(const CDateTime& value, CDateTime::DTType kind,
                           const char* kindName) const;
-
- private:
-  std::vector<CDateTime> m_values;
 };
 
 #define OVXML_DECLARE_DATETIME_COL(Tag)                                                 \

@@ -10,10 +10,12 @@
 //
 // Every class has the same members, shown with Ci4Col (value type std::int32_t): Add(value),
 // AddAt(index, value), Item(index), Remove(index), Clear(), GetCount(), begin()/end().
-// AddAt sends the add event first and then refuses an index outside 0 to GetCount() with
+// AddAt sends the add event first, then refuses an index outside 0 to GetCount() with
 // COvInvalidParamException "Index out of range", then checks the facets; Item and Remove refuse
-// a bad index with "Index %d is out of range, use 0 - %d". The remove events carry the real index.
-// A failed AddAt leaves the values unchanged.
+// a bad index with "Index %d is out of range, use 0 - %d". A failed AddAt leaves the values
+// unchanged. The events and what their data points to are described at detail::CValueCol
+// (TypeCollection.h): add points to the value being added, add complete to the value as stored
+// (valid while the collection is unchanged), the remove events to the real index.
 //
 // The date and time kinds (CdateCol, CdatetimeCol, CtimeCol, CmonthDayCol, CyearMonthCol) are in
 // DateTimeCollections.h.
@@ -70,25 +72,38 @@ OVXML_DECLARE_COL_TRAITS(integer, CBigInteger);
 
 #undef OVXML_DECLARE_COL_TRAITS
 
-// The whole behaviour of a typed collection over its vector of values; the named classes below
+#define OVXML_EXTERN_VALUE_COL(Value) extern template class CValueCol<Value>
+OVXML_EXTERN_VALUE_COL(CBinaryData);
+OVXML_EXTERN_VALUE_COL(std::int8_t);
+OVXML_EXTERN_VALUE_COL(std::int16_t);
+OVXML_EXTERN_VALUE_COL(std::int32_t);
+OVXML_EXTERN_VALUE_COL(std::int64_t);
+OVXML_EXTERN_VALUE_COL(std::uint8_t);
+OVXML_EXTERN_VALUE_COL(std::uint16_t);
+OVXML_EXTERN_VALUE_COL(std::uint32_t);
+OVXML_EXTERN_VALUE_COL(std::uint64_t);
+OVXML_EXTERN_VALUE_COL(float);
+OVXML_EXTERN_VALUE_COL(double);
+OVXML_EXTERN_VALUE_COL(CDateTimeSpan);
+OVXML_EXTERN_VALUE_COL(std::string);
+OVXML_EXTERN_VALUE_COL(bool);
+OVXML_EXTERN_VALUE_COL(CDecimal);
+OVXML_EXTERN_VALUE_COL(CBigInteger);
+#undef OVXML_EXTERN_VALUE_COL
+
+// A typed collection of one of the types above: the values and their events are CValueCol's;
+// this adds the conversions and the facet check, after the index check. The named classes below
 // only choose the traits and the default whitespace rule. Instantiated once in the library for
 // each traits type.
 template <class Traits>
-class OVXML_API CPrimitiveCol : public CXmlTypeCollection {
+class OVXML_API CPrimitiveCol : public CValueCol<typename Traits::Value> {
  public:
   using Value = typename Traits::Value;
-  using const_iterator = typename std::vector<Value>::const_iterator;
 
-  void Add(const Value& value) { AddAt(GetCount(), value); }
-  void AddAt(int index, const Value& value);
+  void Add(const Value& value) { AddAt(this->GetCount(), value); }
+  void AddAt(int index, const Value& value) { this->InsertValue(index, value, &CheckFacets); }
   // A copy of the value at the index.
-  Value Item(int index) const;
-  void Remove(int index) override;
-  void Clear() override;
-  int GetCount() const override { return static_cast<int>(m_values.size()); }
-
-  const_iterator begin() const { return m_values.begin(); }
-  const_iterator end() const { return m_values.end(); }
+  Value Item(int index) const { return this->ValueAt(index); }
 
  protected:
   CPrimitiveCol(const char* elementName, const char* ns, int minOccurs, int maxOccurs,
@@ -104,7 +119,7 @@ class OVXML_API CPrimitiveCol : public CXmlTypeCollection {
   std::string ItemText(int index) const override;
 
  private:
-  std::vector<Value> m_values;
+  static void CheckFacets(const CXmlTypeCollection& collection, const Value& value);
 };
 
 #define OVXML_EXTERN_PRIMITIVE_COL(Tag) extern template class CPrimitiveCol<Tag##ColTraits>

@@ -64,7 +64,11 @@ class OVXML_API CXmlCollectionBase : public CXmlObjectBase {
                            const CXmlSerializationContext& context) const override;
 
   // Each calls every listener, in the order in which it was added, with this collection as the
-  // source.
+  // source. In every collection the add event's data is the item (object lists) or value (typed
+  // collections) about to be added, and the add-complete event's data is the item or value as
+  // the collection now holds it: a listener may keep that pointer only while the collection is
+  // unchanged. The remove events' data points to the index: -1 for the object lists, the real
+  // index for the typed collections.
   void FireOnCollectionChange();
   void FireOnCollectionAdd(void* item);
   void FireOnCollectionAddComplete(void* item);

@@ -11,6 +11,7 @@
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 #include "unit/TestSupport.h"
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -57,7 +58,9 @@ class CItem : public CXmlObjectBase {
   CXmlObjectBase* m_base = nullptr;
 };
 
-// Records every event as a line: "add", "addComplete", "change", "remove -1", ...
+// Records every event as a line: "add", "addComplete", "change", "remove -1", ... With
+// `describe` set, the add lines also show what their data points to ("add 7"). With
+// `refuseAdds` set, the recorder throws on each add event, after recording it.
 class CRecorder : public IEventSink {
  public:
   void OnEvent(CXmlObjectBase* source, MsgType type, void* data) override {
@@ -67,11 +70,16 @@ class CRecorder : public IEventSink {
     std::string line = kNames[type];
     if (type == MsgType_CollectionRemove || type == MsgType_CollectionRemoveComplete) {
       line += " " + std::to_string(*static_cast<int*>(data));
+    } else if (type != MsgType_CollectionChange && describe) {
+      line += " " + describe(data);
     }
     events.push_back(line);
+    if (type == MsgType_CollectionAdd && refuseAdds) throw COvException("refused by a listener");
   }
   std::vector<std::string> events;
   CXmlObjectBase* lastSource = nullptr;
+  std::function<std::string(void*)> describe;
+  bool refuseAdds = false;
 };
 
 // Lets a test reach the protected reading and writing of any bound object.
