@@ -3,11 +3,20 @@
 #include "OvXmlLib6/core/Exceptions.h"
 
 #include <algorithm>
+#include <memory>
+#include <vector>
 
 namespace OvXmlLib6 {
 
-CXmlCollectionBase::CXmlCollectionBase()
-    : m_minOccurs(0), m_maxOccurs(-1), m_firing(0), m_listenersRemoved(false) {}
+struct CXmlCollectionBase::CListeners {
+  std::vector<IEventSink*> sinks;
+  // Events in progress; while above 0, removed listeners are only nulled out, so that the
+  // iteration over the vector stays valid, and the vector is compacted afterwards.
+  int firing = 0;
+  bool removed = false;
+};
+
+CXmlCollectionBase::CXmlCollectionBase() : m_listeners(nullptr), m_minOccurs(0), m_maxOccurs(-1) {}
 
 CXmlCollectionBase::CXmlCollectionBase(const char* elementName, const char* ns, int minOccurs,
                                        int maxOccurs)
@@ -17,10 +26,9 @@ CXmlCollectionBase::CXmlCollectionBase(const CSharedString& elementName, const C
                                        int minOccurs, int maxOccurs)
     : m_elementName(elementName),
       m_elementNamespace(ns),
+      m_listeners(nullptr),
       m_minOccurs(minOccurs),
-      m_maxOccurs(maxOccurs),
-      m_firing(0),
-      m_listenersRemoved(false) {
+      m_maxOccurs(maxOccurs) {
   SetElementName(m_elementName);
 }
 
@@ -28,10 +36,9 @@ CXmlCollectionBase::CXmlCollectionBase(const CXmlCollectionBase& other)
     : CXmlObjectBase(other),
       m_elementName(other.m_elementName),
       m_elementNamespace(other.m_elementNamespace),
+      m_listeners(nullptr),
       m_minOccurs(other.m_minOccurs),
-      m_maxOccurs(other.m_maxOccurs),
-      m_firing(0),
-      m_listenersRemoved(false) {}
+      m_maxOccurs(other.m_maxOccurs) {}
 
 CXmlCollectionBase& CXmlCollectionBase::operator=(const CXmlCollectionBase& other) {
   if (this != &other) {
@@ -44,26 +51,42 @@ CXmlCollectionBase& CXmlCollectionBase::operator=(const CXmlCollectionBase& othe
   return *this;
 }
 
-CXmlCollectionBase::~CXmlCollectionBase() = default;
+CXmlCollectionBase::~CXmlCollectionBase() { delete m_listeners; }
 
 void CXmlCollectionBase::AddEventListener(IEventSink* listener) {
-  if (listener != nullptr) m_listeners.push_back(listener);
+  if (listener == nullptr) return;
+  if (m_listeners == nullptr) {
+    std::unique_ptr<CListeners> made(new CListeners());
+    made->sinks.push_back(listener);
+    m_listeners = made.release();
+    return;
+  }
+  m_listeners->sinks.push_back(listener);
 }
 
 void CXmlCollectionBase::RemoveEventListener(IEventSink* listener) {
-  if (m_firing > 0) {
+  if (m_listeners == nullptr) return;
+  std::vector<IEventSink*>& sinks = m_listeners->sinks;
+  if (m_listeners->firing > 0) {
     // An event is being delivered over this vector: blank the entries out instead of erasing
     // them, and compact once the outermost event is done.
-    for (IEventSink*& entry : m_listeners) {
+    for (IEventSink*& entry : sinks) {
       if (entry == listener) {
         entry = nullptr;
-        m_listenersRemoved = true;
+        m_listeners->removed = true;
       }
     }
     return;
   }
-  m_listeners.erase(std::remove(m_listeners.begin(), m_listeners.end(), listener),
-                    m_listeners.end());
+  sinks.erase(std::remove(sinks.begin(), sinks.end(), listener), sinks.end());
+  DropEmptyListeners();
+}
+
+void CXmlCollectionBase::DropEmptyListeners() noexcept {
+  if (m_listeners != nullptr && m_listeners->firing == 0 && m_listeners->sinks.empty()) {
+    delete m_listeners;
+    m_listeners = nullptr;
+  }
 }
 
 void CXmlCollectionBase::ValidateCount(const CXmlSerializationContext& context) const {
@@ -97,26 +120,29 @@ void CXmlCollectionBase::ThrowIndexOutOfRange(int index, int count) {
 
 template <typename Send>
 void CXmlCollectionBase::FireToListeners(Send send) {
-  if (m_listeners.empty()) return;
-  // Ends the event on every path, compacting the vector after the outermost one.
+  if (m_listeners == nullptr) return;
+  // Ends the event on every path, compacting the vector after the outermost one. The block
+  // stays while any event is in progress, so `listeners` remains valid throughout.
+  CListeners& listeners = *m_listeners;
   struct FiringScope {
     CXmlCollectionBase* self;
+    CListeners& listeners;
     ~FiringScope() {
-      if (--self->m_firing == 0 && self->m_listenersRemoved) {
-        self->m_listenersRemoved = false;
-        auto& listeners = self->m_listeners;
-        listeners.erase(
-            std::remove(listeners.begin(), listeners.end(), static_cast<IEventSink*>(nullptr)),
-            listeners.end());
+      if (--listeners.firing == 0 && listeners.removed) {
+        listeners.removed = false;
+        listeners.sinks.erase(std::remove(listeners.sinks.begin(), listeners.sinks.end(),
+                                          static_cast<IEventSink*>(nullptr)),
+                              listeners.sinks.end());
+        self->DropEmptyListeners();
       }
     }
   };
-  ++m_firing;
-  FiringScope scope{this};
+  ++listeners.firing;
+  FiringScope scope{this, listeners};
   // Listeners added during the event are not called for it: the loop stops at today's size.
-  const std::size_t count = m_listeners.size();
+  const std::size_t count = listeners.sinks.size();
   for (std::size_t i = 0; i < count; ++i) {
-    IEventSink* listener = m_listeners[i];
+    IEventSink* listener = listeners.sinks[i];
     if (listener != nullptr) send(listener);
   }
 }

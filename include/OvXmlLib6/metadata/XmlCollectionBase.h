@@ -76,7 +76,7 @@ class OVXML_API CXmlCollectionBase : public CXmlObjectBase {
   void FireOnCollectionRemoveComplete(int index);
 
   // Whether any listener would see an event.
-  bool HasEventListeners() const { return !m_listeners.empty(); }
+  bool HasEventListeners() const { return m_listeners != nullptr; }
 
   // The message "Index %d is out of range, use 0 - %d" of a bad index into `count` items.
   static void ThrowIndexOutOfRange(int index, int count);
@@ -84,16 +84,18 @@ class OVXML_API CXmlCollectionBase : public CXmlObjectBase {
  private:
   template <typename Send>
   void FireToListeners(Send send);
+  // Drops the listener block once it holds no listener and no event is being delivered.
+  void DropEmptyListeners() noexcept;
+
+  // The listeners and the events in progress. Most collections never have a listener, so the
+  // block is made with the first one and goes with the last: an empty collection stays small.
+  struct CListeners;
 
   CSharedString m_elementName;
   CSharedString m_elementNamespace;
-  std::vector<IEventSink*> m_listeners;
+  CListeners* m_listeners;
   std::int32_t m_minOccurs;
   std::int32_t m_maxOccurs;
-  // Events in progress; while above 0, removed listeners are only nulled out, so that the
-  // iteration over the vector stays valid, and the vector is compacted afterwards.
-  int m_firing;
-  bool m_listenersRemoved;
 };
 
 }  // namespace OvXmlLib6
