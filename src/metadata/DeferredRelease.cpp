@@ -1,6 +1,7 @@
 #include "DeferredRelease.h"
 
 #include "OvXmlLib6/core/XmlObjectBase.h"
+#include "xml/Prefetch.h"
 
 #include <vector>
 
@@ -33,6 +34,7 @@ void ReleaseDeferred(CXmlObjectBase* object) noexcept {
   while (!pending.empty()) {
     CXmlObjectBase* next = pending.back();
     pending.pop_back();
+    if (!pending.empty()) Prefetch(pending.back());
     next->Release();
   }
   t_pending = nullptr;

@@ -25,7 +25,14 @@ CXmlCollection::CXmlCollection(const CSharedString& elementName, const CSharedSt
 
 CXmlCollection::~CXmlCollection() {
   if (!HasEventListeners()) {
-    while (m_head != nullptr) UnlinkNode(m_head);
+    // The next node and its item are requested while the current one goes.
+    while (m_head != nullptr) {
+      if (CNode* next = m_head->m_next) {
+        detail::Prefetch(next);
+        detail::Prefetch(next->m_item);
+      }
+      UnlinkNode(m_head);
+    }
     return;
   }
   while (m_head != nullptr) {
