@@ -21,12 +21,12 @@ void CChildList::Append(CChildList*& list, CElement* element) {
       }
       // Doubling keeps appends cheap; a first list has room for a few children.
       const std::uint32_t capacity = count < 2 ? 4 : count * 2;
-      void* memory = AllocateSmall(sizeof(CChildList) + capacity * sizeof(CElement*));
+      void* memory = AllocateSmall(sizeof(CChildList) + capacity * sizeof(CXmlObjectBase*));
       CChildList* grown = new (memory) CChildList(capacity);
       if (list != nullptr) {
-        std::memcpy(grown->Items(), list->Items(), count * sizeof(CElement*));
+        std::memcpy(grown->Items(), list->Items(), count * sizeof(CXmlObjectBase*));
         grown->m_count = count;
-        FreeSmall(list, sizeof(CChildList) + list->m_capacity * sizeof(CElement*));
+        FreeSmall(list, sizeof(CChildList) + list->m_capacity * sizeof(CXmlObjectBase*));
       }
       list = grown;
     } catch (...) {
@@ -44,9 +44,15 @@ void CChildList::Release(CChildList*& list) noexcept {
   if (list == nullptr) return;
   CChildList* released = list;
   list = nullptr;
-  CElement** items = released->Items();
+  CXmlObjectBase** items = released->Items();
   for (std::uint32_t i = 0; i < released->m_count; ++i) ReleaseDeferred(items[i]);
-  FreeSmall(released, sizeof(CChildList) + released->m_capacity * sizeof(CElement*));
+  FreeSmall(released, sizeof(CChildList) + released->m_capacity * sizeof(CXmlObjectBase*));
+}
+
+void CChildList::Free(CChildList*& list) noexcept {
+  if (list == nullptr) return;
+  FreeSmall(list, sizeof(CChildList) + list->m_capacity * sizeof(CXmlObjectBase*));
+  list = nullptr;
 }
 
 }  // namespace detail

@@ -10,6 +10,7 @@
 namespace OvXmlLib6 {
 
 class CElement;
+class CXmlObjectBase;
 
 namespace detail {
 
@@ -21,21 +22,27 @@ class CChildList {
   // Releases every element, without recursing into their own children, and frees the list;
   // `list` becomes null.
   static void Release(CChildList*& list) noexcept;
+  // Frees the list without releasing the elements, whose references the caller has taken over;
+  // `list` becomes null.
+  static void Free(CChildList*& list) noexcept;
 
-  CElement* const* begin() const { return Items(); }
-  CElement* const* end() const { return Items() + m_count; }
+  // The elements, as the bound objects that collections hold.
+  CXmlObjectBase* const* begin() const { return Items(); }
+  CXmlObjectBase* const* end() const { return Items() + m_count; }
   std::size_t Count() const { return m_count; }
 
  private:
   explicit CChildList(std::uint32_t capacity) : m_count(0), m_capacity(capacity) {}
-  CElement** Items() { return reinterpret_cast<CElement**>(this + 1); }
-  CElement* const* Items() const { return reinterpret_cast<CElement* const*>(this + 1); }
+  CXmlObjectBase** Items() { return reinterpret_cast<CXmlObjectBase**>(this + 1); }
+  CXmlObjectBase* const* Items() const {
+    return reinterpret_cast<CXmlObjectBase* const*>(this + 1);
+  }
 
   std::uint32_t m_count;
   std::uint32_t m_capacity;
 };
 
-static_assert(sizeof(CChildList) % alignof(CElement*) == 0, "the items follow the header");
+static_assert(sizeof(CChildList) % alignof(CXmlObjectBase*) == 0, "the items follow the header");
 
 }  // namespace detail
 }  // namespace OvXmlLib6

@@ -150,12 +150,11 @@ const CSmartPtr<CElementCol>& CElement::GetChildElements() const {
     CSmartPtr<CElementCol> children =
         new CElementCol(ChildCollectionName(), m_restriction, m_targetNamespace, 0, -1);
     CElement* self = const_cast<CElement*>(this);
-    // The list lets its elements go only once the collection holds them all: if memory runs
-    // out half-way, the element keeps its children.
+    // The list's references pass to the collection (or, if memory runs out, stay).
     if (m_childList != nullptr) {
-      for (CElement* child : *m_childList) children->AppendItem(child);
+      children->AdoptItems(m_childList->begin(), m_childList->Count());
+      detail::CChildList::Free(self->m_childList);
     }
-    detail::CChildList::Release(self->m_childList);
     self->m_children = std::move(children);
   }
   return m_children;
@@ -238,8 +237,8 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* /*ns*/,
   // whose collection nobody has asked for.
   struct Frame {
     const CXmlCollection::CNode* node;
-    CElement* const* next;
-    CElement* const* end;
+    CXmlObjectBase* const* next;
+    CXmlObjectBase* const* end;
     explicit Frame(const CElement* element) : node(nullptr), next(nullptr), end(nullptr) {
       if (element->m_children) {
         node = element->m_children->GetHead();

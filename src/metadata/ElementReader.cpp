@@ -126,7 +126,7 @@ void CElementReader::Commit() {
   if (m_root->m_childList != nullptr) {
     if (target.m_children) {
       // A collection someone may hold or watch: it receives the children, with its events.
-      for (CElement* child : *m_root->m_childList) target.m_children->AppendItem(child);
+      for (CXmlObjectBase* child : *m_root->m_childList) target.m_children->AppendItem(child);
     } else {
       target.m_childList = m_root->m_childList;
       m_root->m_childList = nullptr;

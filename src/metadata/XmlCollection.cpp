@@ -219,6 +219,39 @@ void CXmlCollection::TakeItemsOf(CXmlCollection& other) {
   }
 }
 
+void CXmlCollection::AdoptItems(CXmlObjectBase* const* items, std::size_t count) {
+  if (count == 0) return;
+  CNode* first = nullptr;
+  CNode* last = nullptr;
+  try {
+    for (std::size_t i = 0; i < count; ++i) {
+      CNode* node = new (detail::AllocateSmall(sizeof(CNode))) CNode(items[i], last, nullptr);
+      if (last != nullptr) {
+        last->m_next = node;
+      } else {
+        first = node;
+      }
+      last = node;
+    }
+  } catch (...) {
+    while (first != nullptr) {
+      CNode* next = first->m_next;
+      first->~CNode();
+      detail::FreeSmall(first, sizeof(CNode));
+      first = next;
+    }
+    throw;
+  }
+  first->m_previous = m_tail;
+  if (m_tail != nullptr) {
+    m_tail->m_next = first;
+  } else {
+    m_head = first;
+  }
+  m_tail = last;
+  m_count += static_cast<std::int32_t>(count);
+}
+
 void CXmlCollection::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*ns*/,
                                const CXmlSerializationContext& context, bool flag) const {
   const std::string ns = GetNamespace();

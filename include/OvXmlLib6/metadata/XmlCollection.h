@@ -84,6 +84,10 @@ class OVXML_API CXmlCollection : public CXmlCollectionBase {
   // Appends the items of `other` in order and empties it, each move with the events of both
   // lists; when neither has listeners the nodes themselves change lists.
   void TakeItemsOf(CXmlCollection& other);
+  // Appends the items, taking over one reference to each from the caller, without events: for a
+  // collection that nobody can observe yet. Every node is made before any is linked, so if
+  // memory runs out nothing changes and the caller keeps its references.
+  void AdoptItems(CXmlObjectBase* const* items, std::size_t count);
 
   // Writes the items in order; each item writes its own element.
   void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* ns,
