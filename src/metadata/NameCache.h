@@ -1,7 +1,7 @@
 // CNameCache: the shared strings of the names a reader copies out of a document. The document
 // interns its names, so one name is one std::string for the whole document; the cache maps the
 // address of that string to one CSharedString, and every object read from the document shares
-// it. Direct-mapped: a collision only costs a new shared string.
+// it.
 //
 // The names must stay where they are while the cache is in use (a document's names do until it
 // is loaded again or destroyed).
@@ -21,22 +21,31 @@ namespace detail {
 class CNameCache {
  public:
   const CSharedString& Get(const std::string& interned) {
-    // The low bits of an address into the name records carry little information.
-    Entry& entry = m_entries[(reinterpret_cast<std::uintptr_t>(&interned) >> 4) % kEntries];
-    if (entry.key != &interned) {
-      entry.value = SharedName(interned);
-      entry.key = &interned;
+    // Four ways per set, so that two names of one document that fall into the same set do not
+    // push each other out on every element.
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(&interned);
+    Entry* set = m_entries + ((address * kMix) >> (8 * sizeof(std::uintptr_t) - kSetBits)) * kWays;
+    for (std::size_t way = 0; way < kWays; ++way) {
+      if (set[way].key == &interned) return set[way].value;
     }
+    Entry& entry = set[m_victim++ % kWays];
+    entry.value = SharedName(interned);
+    entry.key = &interned;
     return entry.value;
   }
 
  private:
-  static constexpr std::size_t kEntries = 256;
+  // Small, as a reader is made per wildcard element read from a tree: a document's vocabulary is
+  // usually a few dozen names, and a miss only costs a look-up in the shared table.
+  static constexpr std::size_t kSetBits = 4;
+  static constexpr std::size_t kWays = 4;
+  static constexpr std::uintptr_t kMix = static_cast<std::uintptr_t>(0x9E3779B97F4A7C15ull);
   struct Entry {
     const std::string* key = nullptr;
     CSharedString value;
   };
-  Entry m_entries[kEntries];
+  Entry m_entries[(std::size_t{1} << kSetBits) * kWays];
+  std::size_t m_victim = 0;
 };
 
 // The verdicts of a namespace restriction on the namespaces of one document, remembered for the
