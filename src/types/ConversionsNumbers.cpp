@@ -30,47 +30,6 @@ bool EndsText(std::string_view t, std::size_t end) { return end == t.size() || t
                                               std::string(text).c_str(), typeName));
 }
 
-struct ScannedInteger {
-  std::uint64_t magnitude = 0;
-  bool negative = false;
-  bool overflow = false;  // the digits exceed 2^64 - 1
-  bool complete = false;  // the text was consumed up to its end or a NUL
-};
-
-// The syntax of strtol: whitespace, one optional sign, decimal digits. Without digits nothing is
-// consumed (the end is the text's start).
-ScannedInteger ScanInteger(std::string_view t) {
-  ScannedInteger r;
-  std::size_t i = 0;
-  const std::size_t n = t.size();
-  while (i < n && IsCSpace(t[i])) ++i;
-  if (i < n && (t[i] == '+' || t[i] == '-')) {
-    r.negative = t[i] == '-';
-    ++i;
-  }
-  const std::size_t firstDigit = i;
-  // v * 10 + d stays below 2^64 while v < kLimit, or v == kLimit and d <= 5; compared with
-  // constants rather than divided, since this loop is the whole cost of a parse.
-  constexpr std::uint64_t kLimit = std::numeric_limits<std::uint64_t>::max() / 10;
-  std::uint64_t v = 0;
-  for (; i < n && IsDigit(t[i]); ++i) {
-    const unsigned d = static_cast<unsigned>(t[i] - '0');
-    if (v > kLimit || (v == kLimit && d > 5)) {
-      r.overflow = true;
-    } else {
-      v = v * 10 + d;
-    }
-  }
-  if (i == firstDigit) {
-    r.negative = false;
-    r.complete = EndsText(t, 0);
-    return r;
-  }
-  r.magnitude = v;
-  r.complete = EndsText(t, i);
-  return r;
-}
-
 // The special words of the real types, matched on the whole text.
 bool SpecialReal(std::string_view t, double& value) {
   if (t == "NaN" || t == "1.#QNAN" || t == "-NAN") {
@@ -160,14 +119,41 @@ void ThrowTooLarge(std::string_view text, const char* typeName) {
                                               std::string(text).c_str(), typeName));
 }
 
+// The syntax of strtol: whitespace, one optional sign, decimal digits. Without digits nothing is
+// consumed (the end is the text's start).
 std::uint64_t ParseInteger(std::string_view t, const IntegerRange& range) {
-  const ScannedInteger r = ScanInteger(t);
-  if (r.overflow || r.magnitude > (r.negative ? range.maxNegative : range.maxPositive)) {
+  const std::size_t n = t.size();
+  std::size_t i = 0;
+  while (i < n && IsCSpace(t[i])) ++i;
+  bool negative = false;
+  if (i < n && (t[i] == '+' || t[i] == '-')) {
+    negative = t[i] == '-';
+    ++i;
+  }
+  const std::size_t firstDigit = i;
+  // v * 10 + d stays below 2^64 while v < kLimit, or v == kLimit and d <= 5; compared with
+  // constants rather than divided, since this loop is the whole cost of a parse.
+  constexpr std::uint64_t kLimit = std::numeric_limits<std::uint64_t>::max() / 10;
+  std::uint64_t v = 0;
+  bool overflow = false;  // the digits exceed 2^64 - 1
+  for (; i < n && IsDigit(t[i]); ++i) {
+    const unsigned d = static_cast<unsigned>(t[i] - '0');
+    if (v > kLimit || (v == kLimit && d > 5)) {
+      overflow = true;
+    } else {
+      v = v * 10 + d;
+    }
+  }
+  if (i == firstDigit) {
+    if (!EndsText(t, 0)) ThrowCannotConvert(t, range.typeName);
+    return 0;
+  }
+  if (overflow || v > (negative ? range.maxNegative : range.maxPositive)) {
     ThrowTooLarge(t, range.typeName);
   }
-  if (!r.complete) ThrowCannotConvert(t, range.typeName);
+  if (!EndsText(t, i)) ThrowCannotConvert(t, range.typeName);
   // Negation in unsigned arithmetic covers the most negative value too.
-  return r.negative ? 0 - r.magnitude : r.magnitude;
+  return negative ? 0 - v : v;
 }
 
 float ParseR4(std::string_view t) {
