@@ -30,6 +30,15 @@ bool EndsText(std::string_view t, std::size_t end) { return end == t.size() || t
                                               std::string(text).c_str(), typeName));
 }
 
+// The position after the prefix of strtol and strtod: C-locale whitespace, one optional sign.
+std::size_t SkipSpaceAndSign(std::string_view t, bool& negative) {
+  std::size_t i = 0;
+  while (i < t.size() && IsCSpace(t[i])) ++i;
+  negative = i < t.size() && t[i] == '-';
+  if (i < t.size() && (t[i] == '+' || negative)) ++i;
+  return i;
+}
+
 // The special words of the real types, matched on the whole text.
 bool SpecialReal(std::string_view t, double& value) {
   if (t == "NaN" || t == "1.#QNAN" || t == "-NAN") {
@@ -49,13 +58,8 @@ bool SpecialReal(std::string_view t, double& value) {
 // wholly such a number; an empty text or a text starting with NUL converts nothing and gives 0.
 bool ScanReal(std::string_view t, double& value) {
   const std::size_t n = t.size();
-  std::size_t i = 0;
-  while (i < n && IsCSpace(t[i])) ++i;
   bool negative = false;
-  if (i < n && (t[i] == '+' || t[i] == '-')) {
-    negative = t[i] == '-';
-    ++i;
-  }
+  std::size_t i = SkipSpaceAndSign(t, negative);
   const std::size_t mantissa = i;
   std::size_t digits = 0;
   // Decimal position of the first significant digit relative to the point, for telling an
@@ -123,13 +127,8 @@ void ThrowTooLarge(std::string_view text, const char* typeName) {
 // consumed (the end is the text's start).
 std::uint64_t ParseInteger(std::string_view t, const IntegerRange& range) {
   const std::size_t n = t.size();
-  std::size_t i = 0;
-  while (i < n && IsCSpace(t[i])) ++i;
   bool negative = false;
-  if (i < n && (t[i] == '+' || t[i] == '-')) {
-    negative = t[i] == '-';
-    ++i;
-  }
+  std::size_t i = SkipSpaceAndSign(t, negative);
   const std::size_t firstDigit = i;
   // v * 10 + d stays below 2^64 while v < kLimit, or v == kLimit and d <= 5; compared with
   // constants rather than divided, since this loop is the whole cost of a parse.

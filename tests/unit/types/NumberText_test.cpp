@@ -172,15 +172,15 @@ const Row kRows[] = {
     {FIAlgorithm_Int, "1 -2", "The value [1 -2] can not be converted to a i4", "00000001FFFFFFFE"},
     {FIAlgorithm_Short, "7\n", "The value [7\n] can not be converted to a i4", "0007"},
     {FIAlgorithm_Int, " ", "The value [ ] can not be converted to a i4", "00000000"},
-    // A failure names the one value of the list.
-    {FIAlgorithm_Short, "1 -32769", "The value [1 -32769] can not be converted to a i4",
-     "The value [-32769] is to large to fit in a i2"},
     {FIAlgorithm_Double, "1.5 ", "The value [1.5 ] can not be converted to a r8",
      "3FF8000000000000"},
     {FIAlgorithm_Boolean, " true",
      "A Boolean Value read from an XML document was invalid [ true]. "
      "Valid values are 'true', 'false', '1', or '0'",
      "38"},
+    // A failure names the one value of the list.
+    {FIAlgorithm_Short, "1 -32769", "The value [1 -32769] can not be converted to a i4",
+     "The value [-32769] is to large to fit in a i2"},
 };
 
 }  // namespace
