@@ -2,8 +2,10 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/fastinfoset/Encodings.h"
-#include "fastinfoset/NumberText.h"
+#include "OvXmlLib6/types/Conversions.h"
 #include "types/Base16And64.h"
+#include "types/CharClass.h"
+#include "types/NumberText.h"
 #include "xml/CharEncoding.h"
 
 #include <cstring>
@@ -13,8 +15,6 @@ namespace OvXmlLib6 {
 namespace detail {
 
 namespace {
-
-using namespace numbertext;
 
 // The names of the algorithms 1 to 10 in their error messages.
 const char* const kAlgorithmNames[] = {"",        "HEXADECIMAL", "BASE64", "SHORT", "INT",  "LONG",
@@ -29,17 +29,15 @@ const std::size_t kUuidLength = 16;
       FormatString("Invalid value for %s byte encoding.", kAlgorithmNames[algorithm]));
 }
 
-bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
 // The whitespace-separated values of a list. A text without any is one empty value, which the
 // conversions give its usual meaning (0 for integers, NaN for reals, an error for booleans).
 std::vector<std::string_view> SplitValues(std::string_view text) {
   std::vector<std::string_view> values;
   std::size_t pos = 0;
   while (pos < text.size()) {
-    while (pos < text.size() && IsSpace(text[pos])) ++pos;
+    while (pos < text.size() && IsXmlSpace(text[pos])) ++pos;
     const std::size_t start = pos;
-    while (pos < text.size() && !IsSpace(text[pos])) ++pos;
+    while (pos < text.size() && !IsXmlSpace(text[pos])) ++pos;
     if (pos > start) values.push_back(text.substr(start, pos - start));
   }
   if (values.empty()) values.push_back(std::string_view());
@@ -82,7 +80,7 @@ void EncodeBase64(std::string_view text, std::string& out) {
   // padding may legitimately decode to nothing.
   if (decoded == 0) {
     for (char c : text) {
-      if (!IsSpace(c) && c != '=') ThrowInvalid(FIAlgorithm_Base64);
+      if (!IsXmlSpace(c) && c != '=') ThrowInvalid(FIAlgorithm_Base64);
     }
   }
 }
@@ -97,7 +95,8 @@ void EncodeBoolean(std::string_view text, std::string& out) {
   unsigned char* data = reinterpret_cast<unsigned char*>(&out[start]);
   data[0] = static_cast<unsigned char>((octets * 8 - bits) << 4);
   for (std::size_t i = 0; i < values.size(); ++i) {
-    if (ParseBoolean(values[i])) {
+    if (CConversions::booleanFromString(std::string(values[i]),
+                                        CWhitespaceUtils::WhitespaceRule_None)) {
       const std::size_t bit = 4 + i;
       data[bit / 8] = static_cast<unsigned char>(data[bit / 8] | (0x80u >> (bit % 8)));
     }
@@ -114,7 +113,7 @@ std::string DecodeBoolean(const unsigned char* p, const unsigned char* limit) {
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t bit = 4 + i;
     if (i > 0) text += ' ';
-    text += FormatBoolean((p[bit / 8] & (0x80u >> (bit % 8))) != 0);
+    text += CConversions::booleanToString((p[bit / 8] & (0x80u >> (bit % 8))) != 0);
   }
   return text;
 }
@@ -131,25 +130,25 @@ std::string DecodeFixedWidth(std::uint32_t algorithm, int width, const unsigned 
     if (!text.empty()) text += ' ';
     switch (algorithm) {
       case FIAlgorithm_Short:
-        text += FormatInteger(static_cast<std::int16_t>(bits));
+        text += CConversions::i2ToString(static_cast<std::int16_t>(bits));
         break;
       case FIAlgorithm_Int:
-        text += FormatInteger(static_cast<std::int32_t>(bits));
+        text += CConversions::i4ToString(static_cast<std::int32_t>(bits));
         break;
       case FIAlgorithm_Long:
-        text += FormatInteger(static_cast<std::int64_t>(bits));
+        text += CConversions::i8ToString(static_cast<std::int64_t>(bits));
         break;
       case FIAlgorithm_Float: {
         const std::uint32_t bits32 = static_cast<std::uint32_t>(bits);
         float value = 0;
         std::memcpy(&value, &bits32, sizeof value);
-        text += FormatReal(value, 7);
+        text += CConversions::r4ToString(value, nullptr);
         break;
       }
       default: {
         double value = 0;
         std::memcpy(&value, &bits, sizeof value);
-        text += FormatReal(value, 16);
+        text += CConversions::r8ToString(value, nullptr);
         break;
       }
     }
@@ -185,28 +184,32 @@ void EncodeAlgorithm(std::uint32_t algorithm, std::string_view text, std::string
       return;
     case FIAlgorithm_Short:
       for (std::string_view value : SplitValues(text)) {
-        PutBigEndian(static_cast<std::uint16_t>(ParseI2(value)), 2, out);
+        const auto i4 = static_cast<std::int32_t>(ParseInteger(value, kI4Range));
+        PutBigEndian(static_cast<std::uint16_t>(NarrowInteger<std::int16_t>(i4, value, "i2")), 2,
+                     out);
       }
       return;
     case FIAlgorithm_Int:
       for (std::string_view value : SplitValues(text)) {
-        PutBigEndian(static_cast<std::uint32_t>(ParseI4(value)), 4, out);
+        PutBigEndian(ParseInteger(value, kI4Range), 4, out);
       }
       return;
     case FIAlgorithm_Long:
-      for (std::string_view value : SplitValues(text)) PutBigEndian(ParseI8OrUi8(value), 8, out);
+      for (std::string_view value : SplitValues(text)) {
+        PutBigEndian(ParseInteger(value, kI8OrUi8Range), 8, out);
+      }
       return;
     case FIAlgorithm_Boolean:
       EncodeBoolean(text, out);
       return;
     case FIAlgorithm_Float:
       for (std::string_view value : SplitValues(text)) {
-        PutBigEndian(FloatBits(static_cast<float>(ParseReal(value, "r4"))), 4, out);
+        PutBigEndian(FloatBits(ParseR4(value)), 4, out);
       }
       return;
     case FIAlgorithm_Double:
       for (std::string_view value : SplitValues(text)) {
-        PutBigEndian(DoubleBits(ParseReal(value, "r8")), 8, out);
+        PutBigEndian(DoubleBits(ParseR8(value)), 8, out);
       }
       return;
     case FIAlgorithm_CDATA: {

@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/Decimal.h"
+#include "types/CharClass.h"
 
 #include <algorithm>
 #include <charconv>
@@ -14,7 +15,7 @@ namespace OvXmlLib6 {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+using detail::IsDigit;
 
 // The characters the plain integer reader accepts; any other sends the text to the decimal
 // reader.

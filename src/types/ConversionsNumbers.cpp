@@ -2,9 +2,11 @@
 // strtol/strtoul/strtod rules (leading whitespace, optional sign, decimal digits, the text ending
 // at its end or at a NUL byte) but are written over string views without the C locale, errno or a
 // terminating NUL; values that a 32-bit C `long` could not hold are refused explicitly with the
-// same messages.
+// same messages. The parsers are shared with the Fast Infoset encoding algorithms (NumberText.h).
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "types/CharClass.h"
+#include "types/NumberText.h"
 #include "types/WhitespaceView.h"
 
 #include <cfloat>
@@ -15,99 +17,26 @@
 #include <string_view>
 
 namespace OvXmlLib6 {
+namespace detail {
 
 namespace {
-
-// isspace() of the C locale.
-bool IsCSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Whether a parse that stopped at `end` consumed the whole text: the C functions' end pointer
 // stands on the terminating NUL or at the string's end.
 bool EndsText(std::string_view t, std::size_t end) { return end == t.size() || t[end] == '\0'; }
 
-[[noreturn]] void ThrowValue(const char* format, std::string_view text) {
-  throw COvInvalidValueException(FormatString(format, std::string(text).c_str()));
+[[noreturn]] void ThrowCannotConvert(std::string_view text, const char* typeName) {
+  throw COvInvalidValueException(FormatString("The value [%s] can not be converted to a %s",
+                                              std::string(text).c_str(), typeName));
 }
 
-struct ScannedInteger {
-  std::uint64_t magnitude = 0;
-  bool negative = false;
-  bool overflow = false;  // the digits exceed 2^64 - 1
-  bool complete = false;  // the text was consumed up to its end or a NUL
-};
-
-// The syntax of strtol: whitespace, one optional sign, decimal digits. Without digits nothing is
-// consumed (the end is the text's start).
-ScannedInteger ScanInteger(std::string_view t) {
-  ScannedInteger r;
+// The position after the prefix of strtol and strtod: C-locale whitespace, one optional sign.
+std::size_t SkipSpaceAndSign(std::string_view t, bool& negative) {
   std::size_t i = 0;
-  const std::size_t n = t.size();
-  while (i < n && IsCSpace(t[i])) ++i;
-  if (i < n && (t[i] == '+' || t[i] == '-')) {
-    r.negative = t[i] == '-';
-    ++i;
-  }
-  const std::size_t firstDigit = i;
-  // v * 10 + d stays below 2^64 while v < kLimit, or v == kLimit and d <= 5; compared with
-  // constants rather than divided, since this loop is the whole cost of a parse.
-  constexpr std::uint64_t kLimit = std::numeric_limits<std::uint64_t>::max() / 10;
-  std::uint64_t v = 0;
-  for (; i < n && IsDigit(t[i]); ++i) {
-    const unsigned d = static_cast<unsigned>(t[i] - '0');
-    if (v > kLimit || (v == kLimit && d > 5)) {
-      r.overflow = true;
-    } else {
-      v = v * 10 + d;
-    }
-  }
-  if (i == firstDigit) {
-    r.negative = false;
-    r.complete = EndsText(t, 0);
-    return r;
-  }
-  r.magnitude = v;
-  r.complete = EndsText(t, i);
-  return r;
-}
-
-template <typename Signed>
-Signed ParseSigned(std::string_view t, const char* tooLarge, const char* invalid) {
-  const ScannedInteger r = ScanInteger(t);
-  const std::uint64_t maxPositive = static_cast<std::uint64_t>(std::numeric_limits<Signed>::max());
-  if (r.overflow || r.magnitude > maxPositive + (r.negative ? 1 : 0)) ThrowValue(tooLarge, t);
-  if (!r.complete) ThrowValue(invalid, t);
-  if (!r.negative) return static_cast<Signed>(r.magnitude);
-  // -magnitude computed in unsigned arithmetic; the minimum's magnitude has no signed positive.
-  return r.magnitude == maxPositive + 1 ? std::numeric_limits<Signed>::min()
-                                        : static_cast<Signed>(-static_cast<Signed>(r.magnitude));
-}
-
-template <typename Unsigned>
-Unsigned ParseUnsigned(std::string_view t, const char* tooLarge, const char* invalid) {
-  const ScannedInteger r = ScanInteger(t);
-  if (r.overflow || r.magnitude > std::numeric_limits<Unsigned>::max()) ThrowValue(tooLarge, t);
-  if (!r.complete) ThrowValue(invalid, t);
-  const Unsigned v = static_cast<Unsigned>(r.magnitude);
-  return r.negative ? static_cast<Unsigned>(Unsigned(0) - v) : v;
-}
-
-template <typename Integer>
-std::string IntegerToString(Integer value) {
-  char buffer[24];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-  return std::string(buffer, result.ptr);
-}
-
-std::int32_t ParseI4(std::string_view t) {
-  return ParseSigned<std::int32_t>(t, "The value [%s] is to large to fit in a i4",
-                                   "The value [%s] can not be converted to a i4");
-}
-
-std::uint32_t ParseUI4(std::string_view t) {
-  return ParseUnsigned<std::uint32_t>(t, "The value [%s] is to large to fit in a ui4",
-                                      "The value [%s] can not be converted to a ui4");
+  while (i < t.size() && IsCSpace(t[i])) ++i;
+  negative = i < t.size() && t[i] == '-';
+  if (i < t.size() && (t[i] == '+' || negative)) ++i;
+  return i;
 }
 
 // The special words of the real types, matched on the whole text.
@@ -127,15 +56,10 @@ bool SpecialReal(std::string_view t, double& value) {
 // The syntax of strtod without its hexadecimal and word forms: whitespace, sign, digits with an
 // optional point (at least one digit), an optional exponent. Returns false when the text is not
 // wholly such a number; an empty text or a text starting with NUL converts nothing and gives 0.
-bool ParseReal(std::string_view t, double& value) {
+bool ScanReal(std::string_view t, double& value) {
   const std::size_t n = t.size();
-  std::size_t i = 0;
-  while (i < n && IsCSpace(t[i])) ++i;
   bool negative = false;
-  if (i < n && (t[i] == '+' || t[i] == '-')) {
-    negative = t[i] == '-';
-    ++i;
-  }
+  std::size_t i = SkipSpaceAndSign(t, negative);
   const std::size_t mantissa = i;
   std::size_t digits = 0;
   // Decimal position of the first significant digit relative to the point, for telling an
@@ -184,6 +108,74 @@ bool ParseReal(std::string_view t, double& value) {
   if (negative) value = -value;
   return true;
 }
+
+double ParseReal(std::string_view t, const char* typeName) {
+  if (t.empty()) return std::numeric_limits<double>::quiet_NaN();
+  double value = 0.0;
+  if (!SpecialReal(t, value) && !ScanReal(t, value)) ThrowCannotConvert(t, typeName);
+  return value;
+}
+
+}  // namespace
+
+void ThrowTooLarge(std::string_view text, const char* typeName) {
+  throw COvInvalidValueException(FormatString("The value [%s] is to large to fit in a %s",
+                                              std::string(text).c_str(), typeName));
+}
+
+// The syntax of strtol: whitespace, one optional sign, decimal digits. Without digits nothing is
+// consumed (the end is the text's start).
+std::uint64_t ParseInteger(std::string_view t, const IntegerRange& range) {
+  const std::size_t n = t.size();
+  bool negative = false;
+  std::size_t i = SkipSpaceAndSign(t, negative);
+  const std::size_t firstDigit = i;
+  // v * 10 + d stays below 2^64 while v < kLimit, or v == kLimit and d <= 5; compared with
+  // constants rather than divided, since this loop is the whole cost of a parse.
+  constexpr std::uint64_t kLimit = std::numeric_limits<std::uint64_t>::max() / 10;
+  std::uint64_t v = 0;
+  bool overflow = false;  // the digits exceed 2^64 - 1
+  for (; i < n && IsDigit(t[i]); ++i) {
+    const unsigned d = static_cast<unsigned>(t[i] - '0');
+    if (v > kLimit || (v == kLimit && d > 5)) {
+      overflow = true;
+    } else {
+      v = v * 10 + d;
+    }
+  }
+  if (i == firstDigit) {
+    if (!EndsText(t, 0)) ThrowCannotConvert(t, range.typeName);
+    return 0;
+  }
+  if (overflow || v > (negative ? range.maxNegative : range.maxPositive)) {
+    ThrowTooLarge(t, range.typeName);
+  }
+  if (!EndsText(t, i)) ThrowCannotConvert(t, range.typeName);
+  // Negation in unsigned arithmetic covers the most negative value too.
+  return negative ? 0 - v : v;
+}
+
+float ParseR4(std::string_view t) {
+  const double value = ParseReal(t, "r4");
+  // Narrowing a finite double beyond the float range is undefined, so the rounding that IEEE
+  // arithmetic would do is spelt out: from half an ulp above FLT_MAX the result is infinite.
+  if (std::isfinite(value) && std::fabs(value) > FLT_MAX) {
+    const double halfUlpAboveMax = static_cast<double>(FLT_MAX) + std::ldexp(1.0, 103);
+    const float limit =
+        std::fabs(value) >= halfUlpAboveMax ? std::numeric_limits<float>::infinity() : FLT_MAX;
+    return value < 0 ? -limit : limit;
+  }
+  return static_cast<float>(value);
+}
+
+double ParseR8(std::string_view t) { return ParseReal(t, "r8"); }
+
+}  // namespace detail
+
+namespace {
+
+using detail::IsCSpace;
+using detail::IsDigit;
 
 // A format for one double: any text, "%%", and at most one conversion e, f, g or a (either case)
 // with flags, a width and a precision given as digits. Anything else (a "*" or another
@@ -243,44 +235,48 @@ int ReadCount(const char* text) {
   return static_cast<int>(negative ? -value : value);
 }
 
+template <typename Integer>
+std::string IntegerToString(Integer value) {
+  char buffer[24];
+  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  return std::string(buffer, result.ptr);
+}
+
+template <typename Integer>
+Integer IntegerFromString(const std::string& s, CWhitespaceUtils::WhitespaceRule rule,
+                          const detail::IntegerRange& range) {
+  std::string scratch;
+  return static_cast<Integer>(detail::ParseInteger(detail::ApplyRuleView(rule, s, scratch), range));
+}
+
 }  // namespace
 
 std::int8_t CConversions::i1FromString(const std::string& s, WhitespaceRule rule) {
-  const std::int32_t v = i4FromString(s, rule);
-  if (v < -128 || v > 127) ThrowValue("The value [%s] is to large to fit in a i1", s);
-  return static_cast<std::int8_t>(v);
+  return detail::NarrowInteger<std::int8_t>(i4FromString(s, rule), s, "i1");
 }
 
 std::string CConversions::i1ToString(std::int8_t value) { return IntegerToString(int{value}); }
 
 std::int16_t CConversions::i2FromString(const std::string& s, WhitespaceRule rule) {
-  const std::int32_t v = i4FromString(s, rule);
-  if (v < -32768 || v > 32767) ThrowValue("The value [%s] is to large to fit in a i2", s);
-  return static_cast<std::int16_t>(v);
+  return detail::NarrowInteger<std::int16_t>(i4FromString(s, rule), s, "i2");
 }
 
 std::string CConversions::i2ToString(std::int16_t value) { return IntegerToString(int{value}); }
 
 std::int32_t CConversions::i4FromString(const std::string& s, WhitespaceRule rule) {
-  std::string scratch;
-  return ParseI4(detail::ApplyRuleView(rule, s, scratch));
+  return IntegerFromString<std::int32_t>(s, rule, detail::kI4Range);
 }
 
 std::string CConversions::i4ToString(std::int32_t value) { return IntegerToString(value); }
 
 std::int64_t CConversions::i8FromString(const std::string& s, WhitespaceRule rule) {
-  std::string scratch;
-  return ParseSigned<std::int64_t>(detail::ApplyRuleView(rule, s, scratch),
-                                   "The value [%s] is to large to fit in a i8",
-                                   "The value [%s] can not be converted to a i8");
+  return IntegerFromString<std::int64_t>(s, rule, detail::kI8Range);
 }
 
 std::string CConversions::i8ToString(std::int64_t value) { return IntegerToString(value); }
 
 std::uint8_t CConversions::ui1FromString(const std::string& s, WhitespaceRule rule) {
-  const std::uint32_t v = ui4FromString(s, rule);
-  if (v > 255) ThrowValue("The value [%s] is to large to fit in a ui1", s);
-  return static_cast<std::uint8_t>(v);
+  return detail::NarrowInteger<std::uint8_t>(ui4FromString(s, rule), s, "ui1");
 }
 
 std::string CConversions::ui1ToString(std::uint8_t value) {
@@ -288,9 +284,7 @@ std::string CConversions::ui1ToString(std::uint8_t value) {
 }
 
 std::uint16_t CConversions::ui2FromString(const std::string& s, WhitespaceRule rule) {
-  const std::uint32_t v = ui4FromString(s, rule);
-  if (v > 65535) ThrowValue("The value [%s] is to large to fit in a ui2", s);
-  return static_cast<std::uint16_t>(v);
+  return detail::NarrowInteger<std::uint16_t>(ui4FromString(s, rule), s, "ui2");
 }
 
 std::string CConversions::ui2ToString(std::uint16_t value) {
@@ -298,38 +292,20 @@ std::string CConversions::ui2ToString(std::uint16_t value) {
 }
 
 std::uint32_t CConversions::ui4FromString(const std::string& s, WhitespaceRule rule) {
-  std::string scratch;
-  return ParseUI4(detail::ApplyRuleView(rule, s, scratch));
+  return IntegerFromString<std::uint32_t>(s, rule, detail::kUi4Range);
 }
 
 std::string CConversions::ui4ToString(std::uint32_t value) { return IntegerToString(value); }
 
 std::uint64_t CConversions::ui8FromString(const std::string& s, WhitespaceRule rule) {
-  std::string scratch;
-  return ParseUnsigned<std::uint64_t>(detail::ApplyRuleView(rule, s, scratch),
-                                      "The value [%s] is to large to fit in a ui8",
-                                      "The value [%s] can not be converted to a ui8");
+  return IntegerFromString<std::uint64_t>(s, rule, detail::kUi8Range);
 }
 
 std::string CConversions::ui8ToString(std::uint64_t value) { return IntegerToString(value); }
 
 float CConversions::r4FromString(const std::string& s, WhitespaceRule rule) {
   std::string scratch;
-  const std::string_view t = detail::ApplyRuleView(rule, s, scratch);
-  double value = 0.0;
-  if (t.empty()) return std::numeric_limits<float>::quiet_NaN();
-  if (!SpecialReal(t, value) && !ParseReal(t, value)) {
-    ThrowValue("The value [%s] can not be converted to a r4", t);
-  }
-  // Narrowing a finite double beyond the float range is undefined, so the rounding that IEEE
-  // arithmetic would do is spelt out: from half an ulp above FLT_MAX the result is infinite.
-  if (std::isfinite(value) && std::fabs(value) > FLT_MAX) {
-    const double halfUlpAboveMax = static_cast<double>(FLT_MAX) + std::ldexp(1.0, 103);
-    const float limit =
-        std::fabs(value) >= halfUlpAboveMax ? std::numeric_limits<float>::infinity() : FLT_MAX;
-    return value < 0 ? -limit : limit;
-  }
-  return static_cast<float>(value);
+  return detail::ParseR4(detail::ApplyRuleView(rule, s, scratch));
 }
 
 std::string CConversions::r4ToString(float value, const char* format) {
@@ -338,13 +314,7 @@ std::string CConversions::r4ToString(float value, const char* format) {
 
 double CConversions::r8FromString(const std::string& s, WhitespaceRule rule) {
   std::string scratch;
-  const std::string_view t = detail::ApplyRuleView(rule, s, scratch);
-  double value = 0.0;
-  if (t.empty()) return std::numeric_limits<double>::quiet_NaN();
-  if (!SpecialReal(t, value) && !ParseReal(t, value)) {
-    ThrowValue("The value [%s] can not be converted to a r8", t);
-  }
-  return value;
+  return detail::ParseR8(detail::ApplyRuleView(rule, s, scratch));
 }
 
 std::string CConversions::r8ToString(double value, const char* format) {

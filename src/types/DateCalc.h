@@ -5,6 +5,7 @@
 #define OVXMLLIB6_SRC_TYPES_DATECALC_H
 
 #include "OvXmlLib6/types/DateTime.h"
+#include "types/CharClass.h"
 
 #include <cstdint>
 
@@ -136,8 +137,6 @@ inline char* WriteDigits(char* out, std::uint64_t value, int width) {
 // Writes "." and the fraction groups that are needed, trailing zeros of the last one dropped;
 // nothing when all three are zero. At most 1 + 3 * 5 characters.
 char* WriteFraction(char* out, unsigned milli, unsigned micro, unsigned nano);
-
-inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 }  // namespace detail
 }  // namespace OvXmlLib6

@@ -1,6 +1,7 @@
 #include "OvXmlLib6/types/Decimal.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "types/CharClass.h"
 
 #include <algorithm>
 #include <charconv>
@@ -22,9 +23,8 @@ constexpr std::int64_t kExponentLimit = 100000;
 // Texts up to this length collect their digits on the stack.
 constexpr std::size_t kStackDigits = 128;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-bool IsWhitespace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+using detail::IsDigit;
+using detail::IsXmlSpace;
 
 int MessagePosition(std::size_t position) {
   return static_cast<int>(
@@ -142,7 +142,7 @@ void CDecimal::Parse(const char* text) {
       negative = false;
     } else if (c == '.' || c == 'e' || c == 'E') {
       break;
-    } else if (!IsWhitespace(c)) {
+    } else if (!IsXmlSpace(c)) {
       ThrowInvalidChar(i, text);
     }
   }
@@ -154,7 +154,7 @@ void CDecimal::Parse(const char* text) {
       const char c = text[i];
       if (IsDigit(c)) {
         digits[count++] = static_cast<char>(c - '0');
-      } else if (!IsWhitespace(c)) {
+      } else if (!IsXmlSpace(c)) {
         break;
       }
     }
@@ -170,7 +170,7 @@ void CDecimal::Parse(const char* text) {
         exponentNegative = true;
       } else if (c == '+') {
         exponentNegative = false;
-      } else if (!IsWhitespace(c)) {
+      } else if (!IsXmlSpace(c)) {
         break;
       }
     }
@@ -179,7 +179,7 @@ void CDecimal::Parse(const char* text) {
       if (IsDigit(c)) {
         exponent = exponent * 10 + (c - '0');
         if (exponent > kExponentLimit) ThrowExponentOutOfRange(i, text);
-      } else if (!IsWhitespace(c)) {
+      } else if (!IsXmlSpace(c)) {
         ThrowInvalidChar(i, text);
       }
     }

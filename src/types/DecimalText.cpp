@@ -1,5 +1,7 @@
 #include "types/DecimalText.h"
 
+#include "types/CharClass.h"
+
 #include <string>
 
 namespace OvXmlLib6 {
@@ -13,8 +15,6 @@ struct Normalised {
   std::string digits;
   long long point = 0;
 };
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool Normalise(std::string_view text, Normalised& out) {
   std::size_t i = 0;

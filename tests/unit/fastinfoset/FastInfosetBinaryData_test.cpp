@@ -36,54 +36,26 @@ std::string DecodeMessage(std::uint32_t algorithm, const char* hex) {
 
 }  // namespace
 
+// The texts of single values, and their failures, are read as the conversions read them
+// (tests/unit/types/NumberText_test.cpp); these tests are about lists and octets.
+
 TEST(CFastInfosetBinaryData, BooleanPacksAFourBitHeaderThenOneBitPerValue) {
-  EXPECT_EQ(Encoded(FIAlgorithm_Boolean, "true"), "38");
-  EXPECT_EQ(Encoded(FIAlgorithm_Boolean, "false"), "30");
   EXPECT_EQ(Encoded(FIAlgorithm_Boolean, "TRUE 0 1"), "1A");
   EXPECT_EQ(Encoded(FIAlgorithm_Boolean, "1 1 1 1 1"), "7F80");
   EXPECT_EQ(Decoded(FIAlgorithm_Boolean, "38"), "true");
   EXPECT_EQ(Decoded(FIAlgorithm_Boolean, "1A"), "true false true");
   EXPECT_EQ(Decoded(FIAlgorithm_Boolean, "7F80"), "true true true true true");
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Boolean, "yes"),
-            "A Boolean Value read from an XML document was invalid [yes]. Valid values are "
-            "'true', 'false', '1', or '0'");
   // More unused bits than the octets hold.
   EXPECT_EQ(DecodeMessage(FIAlgorithm_Boolean, "80"), "Invalid value for BOOLEAN byte encoding.");
   EXPECT_EQ(DecodeMessage(FIAlgorithm_Boolean, "50"), "Invalid value for BOOLEAN byte encoding.");
 }
 
-TEST(CFastInfosetBinaryData, IntegersAreBigEndianTwosComplement) {
-  EXPECT_EQ(Encoded(FIAlgorithm_Short, "1 -2"), "0001FFFE");
-  EXPECT_EQ(Encoded(FIAlgorithm_Short, ""), "0000");
-  EXPECT_EQ(Encoded(FIAlgorithm_Int, "1000"), "000003E8");
-  EXPECT_EQ(Encoded(FIAlgorithm_Int, " +258\n"), "00000102");
-  EXPECT_EQ(Encoded(FIAlgorithm_Long, "-1"), "FFFFFFFFFFFFFFFF");
-  EXPECT_EQ(Encoded(FIAlgorithm_Long, "-9223372036854775808"), "8000000000000000");
-  // Unsigned 64-bit values travel as their two's complement.
-  EXPECT_EQ(Encoded(FIAlgorithm_Long, "18446744073709551615"), "FFFFFFFFFFFFFFFF");
-
+TEST(CFastInfosetBinaryData, IntegersDecodeAsBigEndianTwosComplement) {
   EXPECT_EQ(Decoded(FIAlgorithm_Short, "0001FFFE8000"), "1 -2 -32768");
   EXPECT_EQ(Decoded(FIAlgorithm_Int, "000003E880000000"), "1000 -2147483648");
   EXPECT_EQ(Decoded(FIAlgorithm_Long, "FFFFFFFFFFFFFFFF7FFFFFFFFFFFFFFF"),
             "-1 9223372036854775807");
   EXPECT_EQ(Decoded(FIAlgorithm_Short, ""), "");
-}
-
-TEST(CFastInfosetBinaryData, IntegerTextOutOfRangeOrMalformedIsRejected) {
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Short, "32768"),
-            "The value [32768] is to large to fit in a i2");
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Short, "1 -32769"),
-            "The value [-32769] is to large to fit in a i2");
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Short, "1x"), "The value [1x] can not be converted to a i4");
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Int, "2147483648"),
-            "The value [2147483648] is to large to fit in a i4");
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Int, "-"), "The value [-] can not be converted to a i4");
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Long, "18446744073709551616"),
-            "The value [18446744073709551616] is to large to fit in a i8");
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Long, "-9223372036854775809"),
-            "The value [-9223372036854775809] is to large to fit in a i8");
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Long, "0x10"),
-            "The value [0x10] can not be converted to a i8");
 }
 
 TEST(CFastInfosetBinaryData, OctetCountsThatAreNotWholeValuesAreRejected) {
@@ -98,34 +70,17 @@ TEST(CFastInfosetBinaryData, OctetCountsThatAreNotWholeValuesAreRejected) {
             "Invalid value for UUID byte encoding.");
 }
 
-TEST(CFastInfosetBinaryData, RealsAreIeeeBitsAndPrintInGeneralForm) {
-  EXPECT_EQ(Encoded(FIAlgorithm_Float, "1.5"), "3FC00000");
-  EXPECT_EQ(Encoded(FIAlgorithm_Double, "-2.0"), "C000000000000000");
-  EXPECT_EQ(Encoded(FIAlgorithm_Double, "+.5 5."), "3FE00000000000004014000000000000");
-  EXPECT_EQ(Decoded(FIAlgorithm_Float, "3FC00000"), "1.5");
+TEST(CFastInfosetBinaryData, RealListsDecodeInGeneralForm) {
+  EXPECT_EQ(Decoded(FIAlgorithm_Float, "3FC00000BF800000"), "1.5 -1");
   EXPECT_EQ(Decoded(FIAlgorithm_Double, "C000000000000000"), "-2");
-
   const auto roundTrip = [](std::uint32_t algorithm, const std::string& text) {
     CFastInfosetBinaryData data;
     data.SetAsEncodedString(algorithm, text);
     return data.GetAsString(algorithm);
   };
-  EXPECT_EQ(roundTrip(FIAlgorithm_Float, "0.1"), "0.1");
-  EXPECT_EQ(roundTrip(FIAlgorithm_Double, "0.1"), "0.1");
-  EXPECT_EQ(roundTrip(FIAlgorithm_Double, "1e21"), "1e+21");
   EXPECT_EQ(roundTrip(FIAlgorithm_Double, "NaN -INF INF 1.#QNAN -NAN"), "NaN -INF INF NaN NaN");
-  EXPECT_EQ(roundTrip(FIAlgorithm_Float, ""), "NaN");
-  // Overflow gives an infinity and underflow zero, without error.
   EXPECT_EQ(roundTrip(FIAlgorithm_Double, "1e999 -1e999 1e-999 -0.0000e-999"), "INF -INF 0 -0");
-  EXPECT_EQ(roundTrip(FIAlgorithm_Double, "123456789e-999 0.000000001e999"), "0 INF");
-  EXPECT_EQ(roundTrip(FIAlgorithm_Float, "1e39"), "INF");
-
-  for (const char* bad : {"inf", "+INF", "nan", "1e", "e5", ".", "0x1p3", "1.5f", "--1"}) {
-    EXPECT_EQ(EncodeMessage(FIAlgorithm_Double, bad),
-              std::string("The value [") + bad + "] can not be converted to a r8");
-  }
-  EXPECT_EQ(EncodeMessage(FIAlgorithm_Float, "1,5"),
-            "The value [1,5] can not be converted to a r4");
+  EXPECT_EQ(roundTrip(FIAlgorithm_Float, "+.5 5."), "0.5 5");
 }
 
 TEST(CFastInfosetBinaryData, HexadecimalAndUuidReadHexDigits) {

@@ -1,3 +1,6 @@
+// The number conversions' own cases: whitespace rules, the narrow and unsigned types, the range
+// ends, and printing. The texts that the conversions and the Fast Infoset encodings read alike
+// are in NumberText_test.cpp.
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/Conversions.h"
 #include "unit/TestSupport.h"
@@ -27,29 +30,12 @@ TEST(CConversions, Int32AndNarrowIntegers) {
   EXPECT_EQ(C::i4FromString(" 12 ", kCollapse), 12);
   EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i4FromString(" 12 ", kNone); }),
             "The value [ 12 ] can not be converted to a i4");
-  EXPECT_EQ(C::i4FromString("\t\v-12", kNone), -12);  // strtol skips any C-locale space
-  EXPECT_EQ(C::i4FromString("+7", kNone), 7);
-  EXPECT_EQ(C::i4FromString(std::string("5\0x", 3), kNone), 5);  // the text ends at a NUL
-  EXPECT_EQ(C::i4FromString("-2147483648", kNone), std::numeric_limits<std::int32_t>::min());
   EXPECT_EQ(C::i4FromString("2147483647", kNone), 2147483647);
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i4FromString("2147483648", kNone); }),
-            "The value [2147483648] is to large to fit in a i4");
   EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i4FromString("-2147483649", kNone); }),
             "The value [-2147483649] is to large to fit in a i4");
-  // The range error is reported before the trailing garbage, as strtol does.
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i4FromString("99999999999x", kNone); }),
-            "The value [99999999999x] is to large to fit in a i4");
-  for (const char* bad : {"-", "+", " ", "0x10", "1 2", "12a", "--1"}) {
-    EXPECT_EQ(MessageOf<COvInvalidValueException>([bad] { C::i4FromString(bad, kNone); }),
-              std::string("The value [") + bad + "] can not be converted to a i4");
-  }
   EXPECT_EQ(C::i1FromString("-128", kNone), -128);
   EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i1FromString(" -129", kCollapse); }),
             "The value [ -129] is to large to fit in a i1");  // the text before the rule
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i2FromString("32768", kNone); }),
-            "The value [32768] is to large to fit in a i2");
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i2FromString("x", kNone); }),
-            "The value [x] can not be converted to a i4");
   EXPECT_EQ(C::i1ToString(-5), "-5");
   EXPECT_EQ(C::i2ToString(-32768), "-32768");
   EXPECT_EQ(C::i4ToString(std::numeric_limits<std::int32_t>::min()), "-2147483648");
@@ -67,13 +53,8 @@ TEST(CConversions, UnsignedAnd64BitIntegers) {
             "The value [65536] is to large to fit in a ui2");
   EXPECT_EQ(C::ui2FromString("65535", kNone), 65535);
 
-  EXPECT_EQ(C::i8FromString("-9223372036854775808", kNone),
-            std::numeric_limits<std::int64_t>::min());
-  EXPECT_EQ(
-      MessageOf<COvInvalidValueException>([] { C::i8FromString("9223372036854775808", kNone); }),
-      "The value [9223372036854775808] is to large to fit in a i8");
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::i8FromString("1.5", kNone); }),
-            "The value [1.5] can not be converted to a i8");
+  EXPECT_EQ(C::i8FromString("9223372036854775807", kNone),
+            std::numeric_limits<std::int64_t>::max());
   EXPECT_EQ(C::ui8FromString("18446744073709551615", kNone), 18446744073709551615ull);
   EXPECT_EQ(C::ui8FromString("-1", kNone), 18446744073709551615ull);
   EXPECT_EQ(
@@ -86,31 +67,15 @@ TEST(CConversions, UnsignedAnd64BitIntegers) {
 
 TEST(CConversions, RealsParse) {
   EXPECT_TRUE(std::isnan(C::r8FromString("", kNone)));
-  EXPECT_TRUE(std::isnan(C::r8FromString("1.#QNAN", kNone)));
-  EXPECT_TRUE(std::isnan(C::r8FromString("-NAN", kNone)));
   EXPECT_TRUE(std::isnan(C::r4FromString(" NaN ", kCollapse)));
-  EXPECT_EQ(C::r8FromString("-INF", kNone), -HUGE_VAL);
-  EXPECT_EQ(C::r4FromString("INF", kNone), HUGE_VALF);
-  for (const char* bad : {"+INF", "inf", "nan", "Infinity", "0x10", "1e", "1e+", ".", "-", "1.5 ",
-                          "1,5", "e5", "1.2.3"}) {
-    EXPECT_EQ(MessageOf<COvInvalidValueException>([bad] { C::r8FromString(bad, kNone); }),
-              std::string("The value [") + bad + "] can not be converted to a r8");
-  }
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::r4FromString("x", kNone); }),
-            "The value [x] can not be converted to a r4");
+  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { C::r4FromString(" NaN ", kNone); }),
+            "The value [ NaN ] can not be converted to a r4");
   EXPECT_EQ(C::r8FromString(" +1.5e3", kNone), 1500.0);
-  EXPECT_EQ(C::r8FromString("1.", kNone), 1.0);
-  EXPECT_EQ(C::r8FromString("-.25", kNone), -0.25);
-  EXPECT_EQ(C::r8FromString("1E-2", kNone), 0.01);
   EXPECT_EQ(C::r8FromString("0.1", kNone), 0.1);
-  // Out of range: an infinity or zero with the sign, no error.
-  EXPECT_EQ(C::r8FromString("-1e400", kNone), -HUGE_VAL);
   EXPECT_EQ(C::r8FromString("0.000001e-400", kNone), 0.0);
-  EXPECT_EQ(C::r8FromString("1e999999999999999999", kNone), HUGE_VAL);
-  EXPECT_EQ(C::r8FromString("4.9e-324", kNone), std::numeric_limits<double>::denorm_min());
-  EXPECT_EQ(C::r4FromString("1e39", kNone), HUGE_VALF);
-  EXPECT_EQ(C::r4FromString("-3.4028235e38", kNone), -FLT_MAX);
-  EXPECT_EQ(C::r4FromString("0.1", kNone), 0.1f);
+  // Just above FLT_MAX rounds down to it; from half an ulp above it, to infinity.
+  EXPECT_EQ(C::r4FromString("3.4028235677973362e38", kNone), FLT_MAX);
+  EXPECT_EQ(C::r4FromString("-3.4028235677973366e38", kNone), -HUGE_VALF);
 }
 
 TEST(CConversions, RealsPrint) {
