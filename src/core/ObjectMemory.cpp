@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
+#include <mutex>
 #include <new>
 
 // Under AddressSanitizer every object gets its own heap block, so that overruns and uses after
@@ -24,21 +26,114 @@ namespace detail {
 namespace {
 
 constexpr std::size_t kBlockSize = 16 * 1024;
+constexpr std::size_t kBlocksPerSlab = 64;
 constexpr std::size_t kGrain = alignof(std::max_align_t);
+
+struct Slab;
 
 // Each block starts with the count of its live objects. While a thread still cuts objects from
 // the block, the count carries a large bias and the objects cut so far are not yet added, so
 // that deletions on any thread can never bring it to zero early; when the thread moves on it
-// adds what it cut and removes the bias in one step. Whoever brings the count to zero frees the
-// block.
+// adds what it cut and removes the bias in one step. Whoever brings the count to zero gives the
+// block back to its slab.
 struct alignas(kGrain) BlockHeader {
   std::atomic<std::int64_t> live;
+  Slab* slab;
 };
 constexpr std::int64_t kBias = std::int64_t{1} << 40;
 
+// Blocks come from slabs of 64 (1 MiB), taken from the heap in one aligned piece. One aligned
+// request per block would leave the heap strewn with block-sized holes between other
+// allocations, which later aligned requests cannot use: a long-running process would see its
+// heap grow and every request get slower. A free block goes back to its slab and is handed out
+// again first; a slab whose blocks are all free goes back to the heap, except one kept to spare
+// the next request. Slabs change hands only once per block, so one lock serves every thread.
+struct Slab {
+  Slab* previous;  // in the list of slabs with free blocks
+  Slab* next;
+  char* memory;
+  void* freeBlocks;  // each free block holds the address of the next
+  std::size_t freeCount;
+};
+
+struct SlabList {
+  std::mutex lock;
+  Slab* withFree = nullptr;  // slabs with at least one free block, the newest first
+  Slab* spare = nullptr;     // one slab with every block free, kept for the next request
+};
+
+SlabList& Slabs() {
+  // Never destroyed: blocks may be given back by destructors that run at the very end.
+  static SlabList* const slabs = new SlabList();
+  return *slabs;
+}
+
+void Unlink(SlabList& slabs, Slab* slab) noexcept {
+  if (slab->previous != nullptr) {
+    slab->previous->next = slab->next;
+  } else {
+    slabs.withFree = slab->next;
+  }
+  if (slab->next != nullptr) slab->next->previous = slab->previous;
+  slab->previous = slab->next = nullptr;
+}
+
+void LinkFirst(SlabList& slabs, Slab* slab) noexcept {
+  slab->previous = nullptr;
+  slab->next = slabs.withFree;
+  if (slabs.withFree != nullptr) slabs.withFree->previous = slab;
+  slabs.withFree = slab;
+}
+
+void FreeSlab(Slab* slab) noexcept {
+  std::free(slab->memory);
+  delete slab;
+}
+
+BlockHeader* TakeBlock() {
+  SlabList& slabs = Slabs();
+  std::lock_guard<std::mutex> hold(slabs.lock);
+  Slab* slab = slabs.withFree;
+  if (slab == nullptr) {
+    slab = slabs.spare;
+    slabs.spare = nullptr;
+    if (slab == nullptr) {
+      std::unique_ptr<Slab> made(new Slab{nullptr, nullptr, nullptr, nullptr, 0});
+      made->memory = static_cast<char*>(std::aligned_alloc(kBlockSize, kBlockSize * kBlocksPerSlab));
+      if (made->memory == nullptr) throw std::bad_alloc();
+      for (std::size_t i = kBlocksPerSlab; i-- > 0;) {
+        void* block = made->memory + i * kBlockSize;
+        *static_cast<void**>(block) = made->freeBlocks;
+        made->freeBlocks = block;
+      }
+      made->freeCount = kBlocksPerSlab;
+      slab = made.release();
+    }
+    LinkFirst(slabs, slab);
+  }
+  void* memory = slab->freeBlocks;
+  slab->freeBlocks = *static_cast<void**>(memory);
+  if (--slab->freeCount == 0) Unlink(slabs, slab);
+  return new (memory) BlockHeader{{kBias}, slab};
+}
+
 void FreeBlock(BlockHeader* block) noexcept {
+  Slab* slab = block->slab;
   block->~BlockHeader();
-  std::free(block);
+  SlabList& slabs = Slabs();
+  Slab* released = nullptr;
+  {
+    std::lock_guard<std::mutex> hold(slabs.lock);
+    *reinterpret_cast<void**>(block) = slab->freeBlocks;
+    slab->freeBlocks = block;
+    if (++slab->freeCount == 1) LinkFirst(slabs, slab);
+    if (slab->freeCount == kBlocksPerSlab) {
+      Unlink(slabs, slab);
+      released = slabs.spare;
+      slabs.spare = slab;
+    }
+  }
+  if (released != nullptr) FreeSlab(released);
 }
 
 // The block a thread is filling. Plain data, so that it stays usable while the thread's other
@@ -96,11 +191,10 @@ thread_local ThreadExit t_exit;
 
 void StartBlock(Filling& filling) {
   Retire(filling);
-  void* memory = std::aligned_alloc(kBlockSize, kBlockSize);
-  if (memory == nullptr) throw std::bad_alloc();
-  filling.block = new (memory) BlockHeader{{kBias}};
-  filling.next = static_cast<char*>(memory) + sizeof(BlockHeader);
-  filling.end = static_cast<char*>(memory) + kBlockSize;
+  BlockHeader* block = TakeBlock();
+  filling.block = block;
+  filling.next = reinterpret_cast<char*>(block) + sizeof(BlockHeader);
+  filling.end = reinterpret_cast<char*>(block) + kBlockSize;
   if (!filling.exiting) t_exit.armed = true;  // registers the thread-exit hand-back
 }
 
