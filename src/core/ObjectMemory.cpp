@@ -27,6 +27,7 @@ namespace {
 
 constexpr std::size_t kBlockSize = 16 * 1024;
 constexpr std::size_t kBlocksPerSlab = 64;
+constexpr std::size_t kSpareSlabs = 4;
 constexpr std::size_t kGrain = alignof(std::max_align_t);
 
 struct Slab;
@@ -46,8 +47,8 @@ constexpr std::int64_t kBias = std::int64_t{1} << 40;
 // request per block would leave the heap strewn with block-sized holes between other
 // allocations, which later aligned requests cannot use: a long-running process would see its
 // heap grow and every request get slower. A free block goes back to its slab and is handed out
-// again first; a slab whose blocks are all free goes back to the heap, except one kept to spare
-// the next request. Slabs change hands only once per block, so one lock serves every thread.
+// again first; a slab whose blocks are all free goes back to the heap, except the last few
+// (kSpareSlabs, 4 MiB in all), kept for the next requests. Slabs change hands only once per block, so one lock serves every thread.
 struct Slab {
   Slab* previous;  // in the list of slabs with free blocks
   Slab* next;
@@ -59,7 +60,8 @@ struct Slab {
 struct SlabList {
   std::mutex lock;
   Slab* withFree = nullptr;  // slabs with at least one free block, the newest first
-  Slab* spare = nullptr;     // one slab with every block free, kept for the next request
+  Slab* spares = nullptr;  // slabs with every block free, kept for the next requests
+  std::size_t spareCount = 0;
 };
 
 SlabList& Slabs() {
@@ -95,9 +97,11 @@ BlockHeader* TakeBlock() {
   std::lock_guard<std::mutex> hold(slabs.lock);
   Slab* slab = slabs.withFree;
   if (slab == nullptr) {
-    slab = slabs.spare;
-    slabs.spare = nullptr;
-    if (slab == nullptr) {
+    slab = slabs.spares;
+    if (slab != nullptr) {
+      slabs.spares = slab->next;
+      --slabs.spareCount;
+    } else {
       std::unique_ptr<Slab> made(new Slab{nullptr, nullptr, nullptr, nullptr, 0});
       made->memory = static_cast<char*>(std::aligned_alloc(kBlockSize, kBlockSize * kBlocksPerSlab));
       if (made->memory == nullptr) throw std::bad_alloc();
@@ -129,8 +133,13 @@ void FreeBlock(BlockHeader* block) noexcept {
     if (++slab->freeCount == 1) LinkFirst(slabs, slab);
     if (slab->freeCount == kBlocksPerSlab) {
       Unlink(slabs, slab);
-      released = slabs.spare;
-      slabs.spare = slab;
+      if (slabs.spareCount < kSpareSlabs) {
+        slab->next = slabs.spares;
+        slabs.spares = slab;
+        ++slabs.spareCount;
+      } else {
+        released = slab;
+      }
     }
   }
   if (released != nullptr) FreeSlab(released);
