@@ -5,11 +5,11 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "core/Prefetch.h"
 #include "metadata/AttributeRecords.h"
 #include "metadata/ChildList.h"
 #include "metadata/ElementReader.h"
 #include "metadata/NameCache.h"
-#include "xml/Prefetch.h"
 #include "xml/TreeStore.h"
 
 #include <cstring>

@@ -2,7 +2,7 @@
 
 #include "DeferredRelease.h"
 #include "OvXmlLib6/core/Exceptions.h"
-#include "xml/Prefetch.h"
+#include "core/Prefetch.h"
 
 namespace OvXmlLib6 {
 

@@ -1,6 +1,7 @@
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "xml/BufferAppend.h"
 
 #include <cstdint>
 #include <cstring>
@@ -123,6 +124,16 @@ const char* LineEndFor(EOLType type) {
 }
 
 }  // namespace
+
+inline void CXmlTextWriter::Put(const char* text, std::size_t length) {
+  detail::CBufferAppend::Append(*m_stream, text, length);
+}
+
+inline void CXmlTextWriter::Put(std::string_view text) { Put(text.data(), text.size()); }
+
+inline void CXmlTextWriter::Put(char c) { m_stream->Append(c); }
+
+inline void CXmlTextWriter::PutLineEnd() { Put(m_lineEnd.data(), m_lineEnd.size()); }
 
 CXmlTextWriter::CXmlTextWriter(CTextStream* stream)
     : CXmlWriter("CXmlTextWriter"),
