@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "xml/BufferAppend.h"
+#include "xml/XmlWriterScopes.h"
 
 #include <cstdint>
 #include <cstring>
@@ -318,8 +319,10 @@ void CXmlTextWriter::WriteEndElement() {
     if (m_formatted && context->GetChildCount() > 0) PutIndent(context->GetDepth());
     Put("</", 2);
     // An empty prefix is not repeated: the end tag then has the local name alone.
+    const detail::CXmlWriterScopes& scopes = *GetScopes();
+    const detail::CXmlWriterFrame& frame = detail::CXmlWriterFrame::Of(context);
     const std::string_view name =
-        context->GetPrefix().empty() ? context->GetLocalName() : context->GetQualifiedName();
+        scopes.Prefix(frame).empty() ? scopes.LocalName(frame) : scopes.QualifiedName(frame);
     Put(name.data(), name.size());
     Put('>');
   }

@@ -3,85 +3,17 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "core/Bytes.h"
 #include "core/Strings.h"
+#include "xml/XmlWriterScopes.h"
 
 #include <algorithm>
 #include <cstring>
 #include <functional>
-#include <vector>
 
 namespace OvXmlLib6 {
 
 using detail::OrEmpty;
 
 namespace detail {
-
-// What a writer keeps besides its pending declarations and current context: the contexts, made
-// once and reused so that elements after the first few allocate nothing; the prefix bindings in
-// scope of the open elements; and the qualified names of the open elements, for their end tags.
-class CXmlWriterScopes {
- public:
-  // A growing byte array used as a stack: text is pushed at the end and dropped back to a mark.
-  struct CharStack {
-    std::unique_ptr<char[]> data;
-    std::size_t length = 0;
-    std::size_t capacity = 0;
-    // Room for `more` bytes after the current end.
-    char* Reserve(std::size_t more);
-    // Pushes `text`, which may lie in this stack, and returns its offset.
-    std::size_t Push(std::string_view text);
-    std::string_view View(std::size_t offset, std::size_t size) const {
-      return std::string_view(data.get() + offset, size);
-    }
-  };
-
-  // A namespace bound to a prefix: where each is kept in bindingText.
-  struct Binding {
-    std::size_t ns;
-    std::size_t nsLength;
-    std::size_t prefix;
-    std::size_t prefixLength;
-  };
-
-  // Where an open element's name lies in `names`, and where its own bindings begin: those below
-  // bindingBase, with their text below bindingTextBase, belong to its ancestors.
-  struct Frame {
-    std::size_t nameOffset = 0;
-    std::size_t nameLength = 0;
-    std::size_t prefixLength = 0;
-    std::size_t localNameOffset = 0;
-    std::size_t bindingBase = 0;
-    std::size_t bindingTextBase = 0;
-  };
-
-  std::string_view BindingNamespace(const Binding& binding) const {
-    return bindingText.View(binding.ns, binding.nsLength);
-  }
-  std::string_view BindingPrefix(const Binding& binding) const {
-    return bindingText.View(binding.prefix, binding.prefixLength);
-  }
-  // True when binding `index` is not overridden by a later binding of the same namespace.
-  bool IsInScope(std::size_t index) const {
-    const std::string_view ns = BindingNamespace(bindings[index]);
-    for (std::size_t i = index + 1; i < bindingCount; ++i) {
-      if (BindingNamespace(bindings[i]) == ns) return false;
-    }
-    return true;
-  }
-
-  // The open elements, outermost first: contexts[i] and frames[i] belong to the element at depth
-  // i. Only the first openCount are in use.
-  std::vector<std::unique_ptr<CXmlWriter::CXmlWriterContext>> contexts;
-  std::vector<Frame> frames;
-  std::size_t openCount = 0;
-  // The bindings in scope of the open elements, outermost first: each element's own bindings
-  // follow its ancestors', and go when it ends. Only the first bindingCount entries are in use.
-  // Their text is kept in one stack as well, so binding allocates nothing once warm.
-  std::vector<Binding> bindings;
-  std::size_t bindingCount = 0;
-  CharStack bindingText;
-  // The qualified names of the open elements, one after the other.
-  CharStack names;
-};
 
 char* CXmlWriterScopes::CharStack::Reserve(std::size_t more) {
   if (more > capacity - length) {
@@ -139,22 +71,15 @@ void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent) {
 }
 
 std::string_view CXmlWriter::CXmlWriterContext::GetQualifiedName() const {
-  const detail::CXmlWriterScopes& scopes = *m_writer->m_scopes;
-  const detail::CXmlWriterScopes::Frame& frame = scopes.frames[m_depth];
-  return scopes.names.View(frame.nameOffset, frame.nameLength);
+  return m_writer->m_scopes->QualifiedName(detail::CXmlWriterFrame::Of(this));
 }
 
 std::string_view CXmlWriter::CXmlWriterContext::GetLocalName() const {
-  const detail::CXmlWriterScopes& scopes = *m_writer->m_scopes;
-  const detail::CXmlWriterScopes::Frame& frame = scopes.frames[m_depth];
-  return scopes.names.View(frame.nameOffset + frame.localNameOffset,
-                           frame.nameLength - frame.localNameOffset);
+  return m_writer->m_scopes->LocalName(detail::CXmlWriterFrame::Of(this));
 }
 
 std::string_view CXmlWriter::CXmlWriterContext::GetPrefix() const {
-  const detail::CXmlWriterScopes& scopes = *m_writer->m_scopes;
-  const detail::CXmlWriterScopes::Frame& frame = scopes.frames[m_depth];
-  return scopes.names.View(frame.nameOffset, frame.prefixLength);
+  return m_writer->m_scopes->Prefix(detail::CXmlWriterFrame::Of(this));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -207,24 +132,23 @@ void CXmlWriter::WriteAttribute(std::string_view localName, std::string_view ns,
 
 CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext() {
   detail::CXmlWriterScopes& scopes = *m_scopes;
-  if (scopes.openCount == scopes.contexts.size()) {
-    std::unique_ptr<CXmlWriterContext> fresh(new CXmlWriterContext(this));
-    scopes.frames.reserve(scopes.contexts.size() + 1);
-    scopes.contexts.push_back(std::move(fresh));
-    scopes.frames.emplace_back();
+  if (scopes.openCount == scopes.frames.size()) {
+    std::unique_ptr<detail::CXmlWriterFrame> fresh(new detail::CXmlWriterFrame(this));
+    scopes.frames.push_back(std::move(fresh));
   }
-  CXmlWriterContext* context = scopes.contexts[scopes.openCount].get();
+  detail::CXmlWriterFrame* context = scopes.frames[scopes.openCount].get();
   if (m_current == nullptr) {
     scopes.bindingCount = 0;
     scopes.bindingText.length = 0;
     scopes.names.length = 0;
   }
   context->Start(m_current);
-  detail::CXmlWriterScopes::Frame& frame = scopes.frames[scopes.openCount];
-  frame = detail::CXmlWriterScopes::Frame();
-  frame.bindingBase = scopes.bindingCount;
-  frame.bindingTextBase = scopes.bindingText.length;
-  frame.nameOffset = scopes.names.length;
+  context->nameOffset = scopes.names.length;
+  context->nameLength = 0;
+  context->prefixLength = 0;
+  context->localNameOffset = 0;
+  context->bindingBase = scopes.bindingCount;
+  context->bindingTextBase = scopes.bindingText.length;
   ++scopes.openCount;
   m_current = context;
   if (context->m_parent == nullptr) {
@@ -240,7 +164,7 @@ void CXmlWriter::PopContext() {
   CXmlWriterContext* context = m_current;
   if (context == nullptr) return;
   detail::CXmlWriterScopes& scopes = *m_scopes;
-  const detail::CXmlWriterScopes::Frame& frame = scopes.frames[context->m_depth];
+  const detail::CXmlWriterFrame& frame = detail::CXmlWriterFrame::Of(context);
   m_current = context->m_parent;
   scopes.bindingCount = frame.bindingBase;
   scopes.bindingText.length = frame.bindingTextBase;
@@ -252,7 +176,7 @@ void CXmlWriter::PopContext() {
 
 std::string_view CXmlWriter::SetElementName(std::string_view localName) {
   detail::CXmlWriterScopes& scopes = *m_scopes;
-  detail::CXmlWriterScopes::Frame& frame = scopes.frames[m_current->m_depth];
+  detail::CXmlWriterFrame& frame = detail::CXmlWriterFrame::Of(m_current);
   scopes.names.length = frame.nameOffset;
   scopes.names.Push(localName);
   frame.nameLength = localName.size();
@@ -263,7 +187,7 @@ std::string_view CXmlWriter::SetElementName(std::string_view localName) {
 
 std::string_view CXmlWriter::SetElementName(std::string_view prefix, std::string_view localName) {
   detail::CXmlWriterScopes& scopes = *m_scopes;
-  detail::CXmlWriterScopes::Frame& frame = scopes.frames[m_current->m_depth];
+  detail::CXmlWriterFrame& frame = detail::CXmlWriterFrame::Of(m_current);
   detail::CXmlWriterScopes::CharStack& names = scopes.names;
   names.length = frame.nameOffset;
   const std::size_t length = prefix.size() + 1 + localName.size();
@@ -317,7 +241,7 @@ std::string_view CXmlWriter::Bind(std::string_view ns, std::string_view prefix) 
   detail::CXmlWriterScopes& scopes = *m_scopes;
   // A namespace the element has bound already takes the new prefix in place; the old prefix's
   // bytes stay unused on the stack until the element ends.
-  for (std::size_t i = scopes.frames[m_current->m_depth].bindingBase; i < scopes.bindingCount;
+  for (std::size_t i = detail::CXmlWriterFrame::Of(m_current).bindingBase; i < scopes.bindingCount;
        ++i) {
     detail::CXmlWriterScopes::Binding& binding = scopes.bindings[i];
     if (scopes.BindingNamespace(binding) == ns) {

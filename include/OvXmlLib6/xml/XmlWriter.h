@@ -19,8 +19,9 @@
 namespace OvXmlLib6 {
 
 namespace detail {
+class CXmlWriterFrame;
 class CXmlWriterScopes;
-}
+}  // namespace detail
 
 class OVXML_API CXmlWriter : private CInstanceMonitor {
  public:
@@ -52,6 +53,7 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
 
    private:
     friend class CXmlWriter;
+    friend class detail::CXmlWriterFrame;
 
     explicit CXmlWriterContext(const CXmlWriter* writer);
     // Sets the context up for a new element; `parent` is null for the document element.
@@ -59,7 +61,7 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
 
     std::int32_t m_childCount;
     bool m_startTagOpen;
-    std::int32_t m_depth;  // also the context's place among the writer's open elements
+    std::int32_t m_depth;
     CXmlWriterContext* m_parent;
     // The default namespace in scope: a string of this context, of an ancestor or of the writer,
     // each of which outlives this context, so elements inherit it without a copy.
@@ -138,6 +140,9 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
 
   const std::string& GetPendingDefaultNamespace() const { return m_pendingDefaultNamespace; }
   const PrefixMap& GetPendingDeclarations() const { return m_pendingDeclarations; }
+
+  // The writer's internal state, for the library's own writers.
+  const detail::CXmlWriterScopes* GetScopes() const { return m_scopes.get(); }
 
  private:
   std::string m_pendingDefaultNamespace;
