@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# The test job: installs what is missing, then builds and runs every test twice:
-#   1. GCC with -Wall -Wextra -Werror (plus the consumer builds through find_package and
-#      add_subdirectory),
-#   2. Clang with -Werror under AddressSanitizer and UndefinedBehaviorSanitizer, leaks checked.
-#   3. Clang under ThreadSanitizer, for the tests whose names say they use threads.
+# The test job: installs what is missing, then builds and runs the tests in three builds:
+#   1. GCC with -Wall -Wextra -Werror: every test (plus the consumer builds through find_package
+#      and add_subdirectory),
+#   2. Clang with -Werror under AddressSanitizer and UndefinedBehaviorSanitizer, leaks checked:
+#      every test,
+#   3. Clang under ThreadSanitizer: the tests whose names say they use threads.
 # It also checks the formatting of every C++ file against .clang-format.
 set -euo pipefail
 cd "$(dirname "$0")/.."

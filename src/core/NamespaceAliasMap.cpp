@@ -1,15 +1,12 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/core/SerializationContext.h"
+#include "core/Strings.h"
 
 #include <iterator>
 
 namespace OvXmlLib6 {
 
-namespace {
-
-std::string OrEmpty(const char* text) { return text == nullptr ? std::string() : text; }
-
-}  // namespace
+using detail::OrEmpty;
 
 CNamespaceAliasMap::CNamespaceAliasMap() = default;
 

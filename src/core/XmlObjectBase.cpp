@@ -4,6 +4,8 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/xml/XmlElement.h"
+#include "core/Strings.h"
+#include "xml/TreeStore.h"
 
 #include <cstring>
 #include <string_view>
@@ -16,9 +18,9 @@ std::uint32_t g_maxNestingDepth = kDefaultMaxNestingDepth;
 // Levels of bound objects being read or written on this thread.
 thread_local std::uint32_t t_nestingDepth = 0;
 
-const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
-
 }  // namespace
+
+using detail::OrEmpty;
 
 void SetMaxNestingDepth(std::uint32_t depth) { g_maxNestingDepth = depth == 0 ? 1 : depth; }
 
@@ -93,7 +95,7 @@ CXmlElement* CXmlObjectBase::FromXml_Int(CXmlObjectBase* object, CXmlElement* pa
                                          CXmlElement* current,
                                          const CXmlSerializationContext& context) {
   if (object == nullptr) throw COvInvalidParamException("FromXml_Int: the object is NULL");
-  CNestingGuard guard(current != nullptr ? current->GetLocalName().c_str()
+  CNestingGuard guard(current != nullptr ? detail::CTreeStore::LocalName(current).c_str()
                                          : object->m_elementName.c_str());
   return object->FromXml_Int(parent, current, context, false);
 }
@@ -104,9 +106,9 @@ bool CXmlObjectBase::DoesElementNameMatch(const CXmlSerializationContext& contex
                                           const CXmlElement* element, const char* name,
                                           const char* namespaceUri) const {
   if (element == nullptr) return false;
-  if (element->GetLocalName() != OrEmpty(name)) return false;
+  if (detail::CTreeStore::LocalName(element) != OrEmpty(name)) return false;
   if (context.GetSchemaType() == SchemaType_DTD || context.GetIgnoreNamespaces()) return true;
-  return element->GetNamespaceURI() == OrEmpty(namespaceUri);
+  return detail::CTreeStore::NamespaceURI(element) == OrEmpty(namespaceUri);
 }
 
 bool CXmlObjectBase::IsNamespaceValid(const char* namespaceUri, const char* restriction,

@@ -1,21 +1,11 @@
 // The parts of CXmlObjectBase that need the collection base and the wildcard element: the
-// collection event senders, the choice collection reader and reading from a CElement. They are
-// compiled once those classes exist in the tree.
+// collection event senders, the choice collection reader and reading from a CElement.
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/core/XmlObjectBase.h"
-
-#if __has_include("OvXmlLib6/metadata/XmlCollectionBase.h")
-#include "OvXmlLib6/metadata/XmlCollectionBase.h"
-#define OVXML_HAVE_COLLECTIONS 1
-#endif
-#if __has_include("OvXmlLib6/metadata/Element.h")
 #include "OvXmlLib6/metadata/Element.h"
-#define OVXML_HAVE_ELEMENT 1
-#endif
+#include "OvXmlLib6/metadata/XmlCollectionBase.h"
 
 namespace OvXmlLib6 {
-
-#if defined(OVXML_HAVE_COLLECTIONS)
 
 namespace {
 
@@ -61,9 +51,6 @@ void CXmlObjectBase::Choice_Read_Collection(CXmlCollectionBase* collection, CXml
   count = collection->GetCount() - before;
 }
 
-#endif  // OVXML_HAVE_COLLECTIONS
-
-#if defined(OVXML_HAVE_ELEMENT)
 void CXmlObjectBase::FromXmlElement(const CElement* element,
                                     const CXmlSerializationContext& context) {
   if (element == nullptr) throw COvInvalidParamException("FromXmlElement: the element is NULL");
@@ -72,12 +59,5 @@ void CXmlObjectBase::FromXmlElement(const CElement* element,
       element->ToXml(false, false, EOLType_LF, CXmlSerializationContext::GetDefaultContext());
   FromXml(text.c_str(), context);
 }
-#else
-void CXmlObjectBase::FromXmlElement(const CElement* element,
-                                    const CXmlSerializationContext& /*context*/) {
-  if (element == nullptr) throw COvInvalidParamException("FromXmlElement: the element is NULL");
-  throw COvException("FromXmlElement: wildcard elements are not available in this build");
-}
-#endif  // OVXML_HAVE_ELEMENT
 
 }  // namespace OvXmlLib6

@@ -4,6 +4,7 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "core/Strings.h"
 #include "metadata/AttributeRecords.h"
 #include "metadata/NameCache.h"
 #include "metadata/Restriction.h"
@@ -11,14 +12,8 @@
 
 namespace OvXmlLib6 {
 
-namespace {
-
-const char* Safe(const char* s) { return s != nullptr ? s : ""; }
-
-}  // namespace
-
 CAttribute::CAttribute(const char* ns, const char* value, const char* name)
-    : CInstanceMonitor("CAttribute"), m_namespace(ns), m_value(Safe(value)) {
+    : CInstanceMonitor("CAttribute"), m_namespace(ns), m_value(detail::OrEmpty(value)) {
   SetElementName(name);
 }
 
@@ -33,7 +28,7 @@ void CAttribute::SetName(const char* name) { SetElementName(name); }
 
 void CAttribute::SetNamespace(const char* ns) { m_namespace = ns; }
 
-void CAttribute::SetValue(const char* value) { m_value = Safe(value); }
+void CAttribute::SetValue(const char* value) { m_value = detail::OrEmpty(value); }
 
 std::string CAttribute::GetTargetNamespace() const { return std::string(); }
 

@@ -62,14 +62,14 @@ void ReadElementAttributes(const CXmlElement* element, Admits admits, Take take)
   CXmlAttribute* const* attributes = CTreeStore::ElementAttributes(element);
   for (std::size_t i = 0, n = CTreeStore::ElementAttributeCount(element); i < n; ++i) {
     const CXmlAttribute* attribute = attributes[i];
-    const std::string& ns = attribute->GetNamespaceURI();
+    const std::string& ns = CTreeStore::NamespaceURI(attribute);
     if (!admits(ns)) {
       throw COvInvalidNamespaceException(
           FormatString("Invalid Attribute [%s]. The attributes namespace is Inappropriate.",
-                       attribute->GetLocalName().c_str()));
+                       CTreeStore::LocalName(attribute).c_str()));
     }
     std::string_view value = CTreeStore::AttributeValue(attribute);
-    take(ns, attribute->GetLocalName(), value.substr(0, value.find('\0')));
+    take(ns, CTreeStore::LocalName(attribute), value.substr(0, value.find('\0')));
   }
 }
 

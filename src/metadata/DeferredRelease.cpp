@@ -1,7 +1,7 @@
 #include "DeferredRelease.h"
 
 #include "OvXmlLib6/core/XmlObjectBase.h"
-#include "xml/Prefetch.h"
+#include "core/Prefetch.h"
 
 #include <vector>
 

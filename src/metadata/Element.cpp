@@ -5,11 +5,12 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "core/Prefetch.h"
+#include "core/Strings.h"
 #include "metadata/AttributeRecords.h"
 #include "metadata/ChildList.h"
 #include "metadata/ElementReader.h"
 #include "metadata/Restriction.h"
-#include "xml/Prefetch.h"
 #include "xml/TreeStore.h"
 
 #include <cstring>
@@ -19,8 +20,6 @@
 namespace OvXmlLib6 {
 
 namespace {
-
-const char* Safe(const char* s) { return s != nullptr ? s : ""; }
 
 void RequireRestriction(const char* restriction, const char* targetNamespace) {
   if (restriction == nullptr) {
@@ -97,7 +96,7 @@ void CElement::Init(const char* name, const char* ns, const char* restriction,
                     const char* targetNamespace) {
   if (name == nullptr) throw COvInvalidNamespaceException("Element Name must have a value");
   RequireRestriction(restriction, targetNamespace);
-  TestNamespace(Safe(ns), restriction, targetNamespace);
+  TestNamespace(detail::OrEmpty(ns), restriction, targetNamespace);
   m_namespace = ns;
   m_restriction = detail::SharedRestriction(restriction);
   m_targetNamespace = targetNamespace;
@@ -115,7 +114,7 @@ void CElement::SetNamespace(const char* ns) {
 }
 
 void CElement::SetText(const char* text) {
-  m_text = Safe(text);
+  m_text = detail::OrEmpty(text);
   FireOnChangeText();
 }
 

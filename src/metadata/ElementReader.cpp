@@ -59,16 +59,16 @@ void CElementReader::OnElementStarted(const CXmlElement* source, std::size_t dep
     } else if (depth == 0) {
       // As reading from a tree: a document element in a namespace the target does not take is
       // not read at all, and that is no error.
-      if (!m_target.IsNamespaceValid(source->GetNamespaceURI().c_str(),
+      if (!m_target.IsNamespaceValid(CTreeStore::NamespaceURI(source).c_str(),
                                      m_target.m_restriction.c_str(),
                                      m_target.m_targetNamespace.c_str())) {
         m_state = State::Skipped;
         return;
       }
-    } else if (!ChildNamespaceValid(source->GetNamespaceURI())) {
-      throw COvValidationException(FormatString("Invalid Element [%s] found in element [%s]",
-                                                source->GetLocalName().c_str(),
-                                                m_open.back().source->GetLocalName().c_str()));
+    } else if (!ChildNamespaceValid(CTreeStore::NamespaceURI(source))) {
+      throw COvValidationException(FormatString(
+          "Invalid Element [%s] found in element [%s]", CTreeStore::LocalName(source).c_str(),
+          CTreeStore::LocalName(m_open.back().source).c_str()));
     }
     CElement* element = new CElement(CElement::ForReading{}, m_childRestriction, m_childTarget);
     // Held at once, by the parent's children (in document order) or as the root, so that a
@@ -78,8 +78,8 @@ void CElementReader::OnElementStarted(const CXmlElement* source, std::size_t dep
     } else {
       CChildList::Append(m_open.back().element->m_childList, element);
     }
-    element->SetElementName(m_names.Get(source->GetLocalName()));
-    element->m_namespace = m_names.Get(source->GetNamespaceURI());
+    element->SetElementName(m_names.Get(CTreeStore::LocalName(source)));
+    element->m_namespace = m_names.Get(CTreeStore::NamespaceURI(source));
     if (depth == 0) {
       ReadRootAttributes(element, source);
     } else {

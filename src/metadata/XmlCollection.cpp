@@ -3,7 +3,7 @@
 #include "DeferredRelease.h"
 #include "OvXmlLib6/core/Exceptions.h"
 #include "core/ObjectMemory.h"
-#include "xml/Prefetch.h"
+#include "core/Prefetch.h"
 
 namespace OvXmlLib6 {
 

@@ -16,6 +16,10 @@ std::uint64_t g_maxInflated = kDefaultMaxInflated;
 
 constexpr std::size_t kInflateChunk = 65536;
 constexpr uInt kMaxZlibStep = std::numeric_limits<uInt>::max();
+
+[[noreturn]] void ThrowCompressFailed(int zlibResult) {
+  throw COvException(FormatString("Failed to compress data. [Error Code: %d]", zlibResult));
+}
 }  // namespace
 
 void SetMaxInflatedSize(std::uint64_t bytes) {
@@ -70,13 +74,9 @@ CBinaryData Deflate(const unsigned char* data, std::size_t length, int compressi
   z_stream zs{};
   const int windowBits = compressionType == 1 ? 31 : 15;  // 31: gzip wrapper
   int result = deflateInit2(&zs, 1, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY);
-  if (result != Z_OK) {
-    throw COvException(FormatString("Failed to compress data. [Error Code: %d]", result));
-  }
+  if (result != Z_OK) ThrowCompressFailed(result);
   std::unique_ptr<z_stream, int (*)(z_streamp)> guard(&zs, &deflateEnd);
-  if (length > kMaxZlibStep) {
-    throw COvException(FormatString("Failed to compress data. [Error Code: %d]", Z_BUF_ERROR));
-  }
+  if (length > kMaxZlibStep) ThrowCompressFailed(Z_BUF_ERROR);
   // The output gets the input's size: data that does not shrink cannot be compressed.
   std::unique_ptr<unsigned char[]> output(new unsigned char[length + 1]);
   zs.next_in = const_cast<Bytef*>(data);
@@ -85,9 +85,7 @@ CBinaryData Deflate(const unsigned char* data, std::size_t length, int compressi
   zs.avail_out = static_cast<uInt>(length);
   result = deflate(&zs, Z_NO_FLUSH);
   if (result == Z_OK) result = deflate(&zs, Z_FINISH);
-  if (result != Z_STREAM_END) {
-    throw COvException(FormatString("Failed to compress data. [Error Code: %d]", result));
-  }
+  if (result != Z_STREAM_END) ThrowCompressFailed(result);
   return CBinaryData(output.get(), static_cast<std::uint32_t>(zs.total_out), false);
 }
 

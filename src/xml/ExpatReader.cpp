@@ -1,6 +1,7 @@
 #include "xml/ExpatReader.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "core/Strings.h"
 #include "xml/TreeStore.h"
 
 #include <expat.h>
@@ -74,7 +75,7 @@ void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isF
     if (status != XML_STATUS_OK) {
       const XML_Error code = XML_GetErrorCode(m_parser);
       const char* message = XML_ErrorString(code);
-      throw COvException(FormatString("%s at line %d", message != nullptr ? message : "",
+      throw COvException(FormatString("%s at line %d", detail::OrEmpty(message),
                                       static_cast<int>(XML_GetCurrentLineNumber(m_parser))));
     }
     text += piece;
@@ -170,7 +171,8 @@ void CExpatReader::OnStartElement(const char* name, const char** attributes) {
   }
   std::size_t count = 0;
   while (attributes[2 * count] != nullptr) ++count;
-  element->m_attributes = m_store->NewAttributeList(count);
+  std::uintptr_t& list = detail::CTreeStore::AttributeSlot(element);
+  list = m_store->NewAttributeList(count);
   for (std::size_t i = 0; i < count; ++i) {
     const detail::CXmlName* attributeName = m_store->InternParserName(attributes[2 * i]);
     const char* value = attributes[2 * i + 1];
@@ -183,7 +185,7 @@ void CExpatReader::OnStartElement(const char* name, const char** attributes) {
       text = m_store->NewText(m_scratch.data(), m_scratch.size());
     }
     // The list has room for every attribute.
-    m_store->AddToAttributeList(element->m_attributes, m_store->NewAttribute(attributeName, text));
+    m_store->AddToAttributeList(list, m_store->NewAttribute(attributeName, text));
   }
   m_document->ElementStarted(element);
 }

@@ -1,5 +1,7 @@
 #include "OvXmlLib6/xml/StringBuffer.h"
 
+#include "xml/BufferAppend.h"
+
 #include <algorithm>
 
 namespace OvXmlLib6 {
@@ -31,6 +33,10 @@ void CStringBuffer::NewBlock(std::size_t capacity) {
   m_current = block;
   m_pos = block;
   m_end = block + capacity;
+}
+
+void CStringBuffer::Append(const char* text, std::size_t length) {
+  detail::CBufferAppend::Append(*this, text, length);
 }
 
 void CStringBuffer::AppendSlow(const char* text, std::size_t length) {

@@ -32,6 +32,16 @@
 namespace OvXmlLib6 {
 namespace detail {
 
+// A name as the tree keeps it. Every element and attribute of one document with the same
+// namespace URI and local name points to one shared record owned by the document, so a node
+// carries one pointer instead of two strings.
+struct CXmlName {
+  const CXmlDocument* document;
+  CTreeStore* store;
+  std::string localName;
+  std::string namespaceURI;
+};
+
 class CTreeStore {
  public:
   explicit CTreeStore(const CXmlDocument* document);
@@ -70,6 +80,11 @@ class CTreeStore {
   // Appends to the text, growing it by doubling.
   void AppendText(std::uintptr_t& slot, const char* data, std::size_t size);
   const std::string& TextString(std::uintptr_t& slot);
+  // What the getters return for an empty slot, so that reading one materialises nothing.
+  static const std::string& EmptyText() {
+    static const std::string empty;
+    return empty;
+  }
   // Valid while the slot is unchanged (short text lies in the slot itself).
   static std::string_view TextView(const std::uintptr_t& slot);
 
@@ -81,6 +96,25 @@ class CTreeStore {
   // The attributes without turning the list into a vector.
   static std::size_t AttributeCount(std::uintptr_t slot);
   static CXmlAttribute* const* AttributeItems(std::uintptr_t slot);
+
+  // The names of nodes, inline for the library's own readers (the public getters are out of
+  // line so that the name records stay internal).
+  static const std::string& LocalName(const CXmlElement* element) {
+    return element->m_name->localName;
+  }
+  static const std::string& NamespaceURI(const CXmlElement* element) {
+    return element->m_name->namespaceURI;
+  }
+  static const std::string& LocalName(const CXmlAttribute* attribute) {
+    return attribute->m_name->localName;
+  }
+  static const std::string& NamespaceURI(const CXmlAttribute* attribute) {
+    return attribute->m_name->namespaceURI;
+  }
+
+  // For readers that fill a new element's attribute list in one go (NewAttributeList, then
+  // AddToAttributeList).
+  static std::uintptr_t& AttributeSlot(CXmlElement* element) { return element->m_attributes; }
 
   // Read-only views of a finished element's text and attributes and of an attribute's value,
   // for readers that copy them into objects: unlike the public getters they do not turn the

@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "core/Strings.h"
 #include "port/File.h"
 #include "xml/Compression.h"
 #include "xml/DocumentObserver.h"
@@ -30,6 +31,20 @@ constexpr const char* kOpenFailed = "Failed to open the file [%s] Error [0x%08x]
 constexpr const char* kSizeFailed = "Failed to get the size of the file [%s] Error [0x%08x]";
 constexpr const char* kReadFailed = "Failed to read the contents of the file [%s] Error [0x%08x]";
 constexpr const char* kChunkReadFailed = "Failed to read the contents of the file. Error [0x%08x]";
+
+// Hands `put` the runs of the text between its carriage returns, which are dropped; the text
+// ends at a NUL byte or after `length` bytes.
+template <typename Put>
+void ForEachRunWithoutCR(const char* text, std::size_t length, Put&& put) {
+  const char* end = static_cast<const char*>(std::memchr(text, '\0', length));
+  if (end == nullptr) end = text + length;
+  while (text < end) {
+    const char* cr = static_cast<const char*>(std::memchr(text, '\r', end - text));
+    const char* runEnd = cr != nullptr ? cr : end;
+    put(text, static_cast<std::size_t>(runEnd - text));
+    text = cr != nullptr ? cr + 1 : end;
+  }
+}
 
 template <typename Char>
 std::size_t Length(const Char* text) {
@@ -93,7 +108,7 @@ void CXmlDocument::Init() {
 }
 
 std::string CXmlDocument::LookupNamespaceFromAlias(const char* prefix) const {
-  const auto it = m_aliases.find(prefix != nullptr ? prefix : "");
+  const auto it = m_aliases.find(detail::OrEmpty(prefix));
   return it != m_aliases.end() ? it->second : std::string();
 }
 
@@ -316,14 +331,8 @@ void CXmlDocument::AppendOpenText(const char* text, std::size_t length, bool pla
     pending.append(text, length);
     return;
   }
-  const char* end = static_cast<const char*>(std::memchr(text, '\0', length));
-  if (end == nullptr) end = text + length;
-  while (text < end) {
-    const char* cr = static_cast<const char*>(std::memchr(text, '\r', end - text));
-    const char* runEnd = cr != nullptr ? cr : end;
-    pending.append(text, runEnd - text);
-    text = cr != nullptr ? cr + 1 : end;
-  }
+  ForEachRunWithoutCR(text, length,
+                      [&pending](const char* run, std::size_t size) { pending.append(run, size); });
 }
 
 namespace {
@@ -341,8 +350,7 @@ void CXmlDocument::FlushOpenText() {
 }
 
 CXmlElement* CXmlDocument::AddDocElement(const char* namespaceURI, const char* localName) {
-  return AddElement(m_store->Intern(namespaceURI != nullptr ? namespaceURI : "",
-                                    localName != nullptr ? localName : ""));
+  return AddElement(m_store->Intern(detail::OrEmpty(namespaceURI), detail::OrEmpty(localName)));
 }
 
 CXmlElement* CXmlDocument::AddChildElement(const char* namespaceURI, const char* localName) {
@@ -351,8 +359,8 @@ CXmlElement* CXmlDocument::AddChildElement(const char* namespaceURI, const char*
 
 void CXmlDocument::AddElementAttribute(CXmlElement* element, const char* localName,
                                        const char* value, const char* namespaceURI) {
-  element->AddAttribute(localName != nullptr ? localName : "", value != nullptr ? value : "",
-                        namespaceURI != nullptr ? namespaceURI : "");
+  element->AddAttribute(detail::OrEmpty(localName), detail::OrEmpty(value),
+                        detail::OrEmpty(namespaceURI));
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text) {
@@ -363,15 +371,10 @@ void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text)
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text,
                                          std::uint32_t length) {
   if (text == nullptr) return;
-  const char* end = static_cast<const char*>(std::memchr(text, '\0', length));
-  if (end == nullptr) end = text + length;
-  // Copies the runs between carriage returns; the carriage returns themselves are dropped.
-  while (text < end) {
-    const char* cr = static_cast<const char*>(std::memchr(text, '\r', end - text));
-    const char* runEnd = cr != nullptr ? cr : end;
-    element->AppendText(text, static_cast<int>(runEnd - text));
-    text = cr != nullptr ? cr + 1 : end;
-  }
+  // Straight to the store: the element's own AppendText takes an int length.
+  ForEachRunWithoutCR(text, length, [element](const char* run, std::size_t size) {
+    element->m_name->store->AppendText(element->m_text, run, size);
+  });
 }
 
 void CXmlDocument::EndElement() {

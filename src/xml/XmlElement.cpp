@@ -9,7 +9,6 @@ namespace OvXmlLib6 {
 
 namespace {
 const std::vector<CXmlAttribute*> kNoAttributes;
-const std::string kEmpty;
 }  // namespace
 
 CXmlElement::CXmlElement(const detail::CXmlName* name)
@@ -23,25 +22,50 @@ CXmlElement::CXmlElement(const detail::CXmlName* name)
 CXmlElement::CXmlElement(const CXmlDocument* document)
     : CXmlElement(document->m_store->EmptyName()) {}
 
+CXmlElement::CXmlElement(const CXmlElement& other)
+    : CInstanceMonitor(other),
+      m_name(other.m_name),
+      m_next(other.m_next),
+      m_lastChild(other.m_lastChild),
+      m_attributes(0),
+      m_text(0) {
+  // The first read of a text or an attribute list replaces its compact form with a std::string
+  // or std::vector and frees the compact form. Were the compact form shared, a read through one
+  // element would leave the other pointing at freed storage, and the materialised form would be
+  // released by neither. So the original's forms are materialised first and then shared: the
+  // document releases them once, with the original.
+  if (other.m_text != 0) other.GetText();
+  if (other.m_attributes != 0) other.GetAttributes();
+  m_text = other.m_text;
+  m_attributes = other.m_attributes;
+}
+
 CXmlElement::~CXmlElement() = default;
+
+const CXmlDocument* CXmlElement::GetDocument() const { return m_name->document; }
+
+const std::string& CXmlElement::GetLocalName() const { return m_name->localName; }
+
+const std::string& CXmlElement::GetNamespaceURI() const { return m_name->namespaceURI; }
 
 const std::vector<CXmlAttribute*>& CXmlElement::GetAttributes() const {
   return m_attributes != 0 ? m_name->store->AttributeVector(m_attributes) : kNoAttributes;
 }
 
 const std::string& CXmlElement::GetText() const {
-  return m_text != 0 ? m_name->store->TextString(m_text) : kEmpty;
+  return m_text != 0 ? m_name->store->TextString(m_text) : detail::CTreeStore::EmptyText();
 }
 
 const std::string& CXmlElement::GetAttribute(const std::string& localName,
                                              const std::string& namespaceURI) const {
   CXmlAttribute* const* items = detail::CTreeStore::AttributeItems(m_attributes);
   for (std::size_t i = 0, n = detail::CTreeStore::AttributeCount(m_attributes); i < n; ++i) {
-    if (items[i]->GetLocalName() == localName && items[i]->GetNamespaceURI() == namespaceURI) {
+    if (detail::CTreeStore::LocalName(items[i]) == localName &&
+        detail::CTreeStore::NamespaceURI(items[i]) == namespaceURI) {
       return items[i]->GetValue();
     }
   }
-  return kEmpty;
+  return detail::CTreeStore::EmptyText();
 }
 
 void CXmlElement::SetElementName(const std::string& localName) {

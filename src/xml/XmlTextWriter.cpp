@@ -1,6 +1,8 @@
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "xml/BufferAppend.h"
+#include "xml/XmlWriterScopes.h"
 
 #include <cstdint>
 #include <cstring>
@@ -123,6 +125,16 @@ const char* LineEndFor(EOLType type) {
 }
 
 }  // namespace
+
+inline void CXmlTextWriter::Put(const char* text, std::size_t length) {
+  detail::CBufferAppend::Append(*m_stream, text, length);
+}
+
+inline void CXmlTextWriter::Put(std::string_view text) { Put(text.data(), text.size()); }
+
+inline void CXmlTextWriter::Put(char c) { m_stream->Append(c); }
+
+inline void CXmlTextWriter::PutLineEnd() { Put(m_lineEnd.data(), m_lineEnd.size()); }
 
 CXmlTextWriter::CXmlTextWriter(CTextStream* stream)
     : CXmlWriter("CXmlTextWriter"),
@@ -307,8 +319,10 @@ void CXmlTextWriter::WriteEndElement() {
     if (m_formatted && context->GetChildCount() > 0) PutIndent(context->GetDepth());
     Put("</", 2);
     // An empty prefix is not repeated: the end tag then has the local name alone.
+    const detail::CXmlWriterScopes& scopes = *GetScopes();
+    const detail::CXmlWriterFrame& frame = detail::CXmlWriterFrame::Of(context);
     const std::string_view name =
-        context->GetPrefix().empty() ? context->GetLocalName() : context->GetQualifiedName();
+        scopes.Prefix(frame).empty() ? scopes.LocalName(frame) : scopes.QualifiedName(frame);
     Put(name.data(), name.size());
     Put('>');
   }

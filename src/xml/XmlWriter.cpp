@@ -1,7 +1,9 @@
 #include "OvXmlLib6/xml/XmlWriter.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
-#include "xml/Bytes.h"
+#include "core/Bytes.h"
+#include "core/Strings.h"
+#include "xml/XmlWriterScopes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,9 +11,36 @@
 
 namespace OvXmlLib6 {
 
-namespace {
-std::string_view View(const char* text) { return text != nullptr ? text : std::string_view(); }
-}  // namespace
+using detail::OrEmpty;
+
+namespace detail {
+
+char* CXmlWriterScopes::CharStack::Reserve(std::size_t more) {
+  if (more > capacity - length) {
+    const std::size_t grown = std::max(2 * capacity, length + more);
+    std::unique_ptr<char[]> bigger(new char[grown]);
+    if (length != 0) std::memcpy(bigger.get(), data.get(), length);
+    data = std::move(bigger);
+    capacity = grown;
+  }
+  return data.get() + length;
+}
+
+std::size_t CXmlWriterScopes::CharStack::Push(std::string_view text) {
+  // Text taken from this stack itself (a prefix bound before, say) is found again after growing.
+  const char* from = text.data();
+  const bool own = data != nullptr && std::less_equal<const char*>()(data.get(), from) &&
+                   std::less<const char*>()(from, data.get() + length);
+  const std::size_t offset = own ? static_cast<std::size_t>(from - data.get()) : 0;
+  char* out = Reserve(text.size());
+  if (own) from = data.get() + offset;
+  CopyBytes(out, from, text.size());
+  const std::size_t start = length;
+  length += text.size();
+  return start;
+}
+
+}  // namespace detail
 
 // ---------------------------------------------------------------------------------------------
 // CXmlWriterContext
@@ -23,13 +52,7 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const CXmlWriter* writer)
       m_depth(0),
       m_parent(nullptr),
       m_defaultNamespace(&m_ownDefaultNamespace),
-      m_writer(writer),
-      m_nameOffset(0),
-      m_nameLength(0),
-      m_prefixLength(0),
-      m_localNameOffset(0),
-      m_bindingBase(0),
-      m_bindingTextBase(0) {}
+      m_writer(writer) {}
 
 CXmlWriter::CXmlWriterContext::~CXmlWriterContext() = default;
 
@@ -37,9 +60,6 @@ void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent) {
   m_childCount = 0;
   m_startTagOpen = true;
   m_parent = parent;
-  m_nameLength = 0;
-  m_prefixLength = 0;
-  m_localNameOffset = 0;
   if (parent != nullptr) {
     m_depth = parent->m_depth + 1;
     m_defaultNamespace = parent->m_defaultNamespace;
@@ -50,13 +70,25 @@ void CXmlWriter::CXmlWriterContext::Start(CXmlWriterContext* parent) {
   }
 }
 
+std::string_view CXmlWriter::CXmlWriterContext::GetQualifiedName() const {
+  return m_writer->m_scopes->QualifiedName(detail::CXmlWriterFrame::Of(this));
+}
+
+std::string_view CXmlWriter::CXmlWriterContext::GetLocalName() const {
+  return m_writer->m_scopes->LocalName(detail::CXmlWriterFrame::Of(this));
+}
+
+std::string_view CXmlWriter::CXmlWriterContext::GetPrefix() const {
+  return m_writer->m_scopes->Prefix(detail::CXmlWriterFrame::Of(this));
+}
+
 // ---------------------------------------------------------------------------------------------
 // CXmlWriter
 
 CXmlWriter::CXmlWriter(const char* className)
-    : CInstanceMonitor(className), m_current(nullptr), m_openCount(0), m_bindingCount(0) {
-  m_names.Reserve(256);
-  m_bindingText.Reserve(256);
+    : CInstanceMonitor(className), m_current(nullptr), m_scopes(new detail::CXmlWriterScopes()) {
+  m_scopes->names.Reserve(256);
+  m_scopes->bindingText.Reserve(256);
 }
 
 CXmlWriter::~CXmlWriter() = default;
@@ -69,19 +101,19 @@ void CXmlWriter::Close() {
 
 void CXmlWriter::SetDefaultNamespace(const char* ns) {
   if (m_current == nullptr) {
-    m_pendingDefaultNamespace.assign(View(ns));
+    m_pendingDefaultNamespace.assign(OrEmpty(ns));
     return;
   }
-  m_current->m_ownDefaultNamespace.assign(View(ns));
+  m_current->m_ownDefaultNamespace.assign(OrEmpty(ns));
   m_current->m_defaultNamespace = &m_current->m_ownDefaultNamespace;
 }
 
 void CXmlWriter::AddNamespace(const char* prefix, const char* ns) {
   if (m_current == nullptr) {
-    m_pendingDeclarations[std::string(View(ns))] = std::string(View(prefix));
+    m_pendingDeclarations[OrEmpty(ns)] = OrEmpty(prefix);
     return;
   }
-  Bind(View(ns), View(prefix));
+  Bind(OrEmpty(ns), OrEmpty(prefix));
 }
 
 void CXmlWriter::WriteStartElement(std::string_view localName, std::string_view ns) {
@@ -99,20 +131,25 @@ void CXmlWriter::WriteAttribute(std::string_view localName, std::string_view ns,
 }
 
 CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext() {
-  if (m_openCount == m_contexts.size()) {
-    m_contexts.emplace_back(new CXmlWriterContext(this));
+  detail::CXmlWriterScopes& scopes = *m_scopes;
+  if (scopes.openCount == scopes.frames.size()) {
+    std::unique_ptr<detail::CXmlWriterFrame> fresh(new detail::CXmlWriterFrame(this));
+    scopes.frames.push_back(std::move(fresh));
   }
-  CXmlWriterContext* context = m_contexts[m_openCount].get();
+  detail::CXmlWriterFrame* context = scopes.frames[scopes.openCount].get();
   if (m_current == nullptr) {
-    m_bindingCount = 0;
-    m_bindingText.length = 0;
-    m_names.length = 0;
+    scopes.bindingCount = 0;
+    scopes.bindingText.length = 0;
+    scopes.names.length = 0;
   }
   context->Start(m_current);
-  context->m_bindingBase = m_bindingCount;
-  context->m_bindingTextBase = m_bindingText.length;
-  context->m_nameOffset = m_names.length;
-  ++m_openCount;
+  context->nameOffset = scopes.names.length;
+  context->nameLength = 0;
+  context->prefixLength = 0;
+  context->localNameOffset = 0;
+  context->bindingBase = scopes.bindingCount;
+  context->bindingTextBase = scopes.bindingText.length;
+  ++scopes.openCount;
   m_current = context;
   if (context->m_parent == nullptr) {
     context->m_defaultNamespace = &m_pendingDefaultNamespace;
@@ -126,100 +163,74 @@ CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext() {
 void CXmlWriter::PopContext() {
   CXmlWriterContext* context = m_current;
   if (context == nullptr) return;
+  detail::CXmlWriterScopes& scopes = *m_scopes;
+  const detail::CXmlWriterFrame& frame = detail::CXmlWriterFrame::Of(context);
   m_current = context->m_parent;
-  m_bindingCount = context->m_bindingBase;
-  m_bindingText.length = context->m_bindingTextBase;
-  m_names.length = context->m_nameOffset;
+  scopes.bindingCount = frame.bindingBase;
+  scopes.bindingText.length = frame.bindingTextBase;
+  scopes.names.length = frame.nameOffset;
   context->m_parent = nullptr;
   context->m_defaultNamespace = &context->m_ownDefaultNamespace;
-  --m_openCount;
-}
-
-char* CXmlWriter::CharStack::Reserve(std::size_t more) {
-  if (more > capacity - length) {
-    const std::size_t grown = std::max(2 * capacity, length + more);
-    std::unique_ptr<char[]> bigger(new char[grown]);
-    if (length != 0) std::memcpy(bigger.get(), data.get(), length);
-    data = std::move(bigger);
-    capacity = grown;
-  }
-  return data.get() + length;
-}
-
-std::size_t CXmlWriter::CharStack::Push(std::string_view text) {
-  // Text taken from this stack itself (a prefix bound before, say) is found again after growing.
-  const char* from = text.data();
-  const bool own = data != nullptr && std::less_equal<const char*>()(data.get(), from) &&
-                   std::less<const char*>()(from, data.get() + length);
-  const std::size_t offset = own ? static_cast<std::size_t>(from - data.get()) : 0;
-  char* out = Reserve(text.size());
-  if (own) from = data.get() + offset;
-  detail::CopyBytes(out, from, text.size());
-  const std::size_t start = length;
-  length += text.size();
-  return start;
+  --scopes.openCount;
 }
 
 std::string_view CXmlWriter::SetElementName(std::string_view localName) {
-  CXmlWriterContext* context = m_current;
-  m_names.length = context->m_nameOffset;
-  m_names.Push(localName);
-  context->m_nameLength = localName.size();
-  context->m_prefixLength = 0;
-  context->m_localNameOffset = 0;
-  return m_names.View(context->m_nameOffset, localName.size());
+  detail::CXmlWriterScopes& scopes = *m_scopes;
+  detail::CXmlWriterFrame& frame = detail::CXmlWriterFrame::Of(m_current);
+  scopes.names.length = frame.nameOffset;
+  scopes.names.Push(localName);
+  frame.nameLength = localName.size();
+  frame.prefixLength = 0;
+  frame.localNameOffset = 0;
+  return scopes.names.View(frame.nameOffset, localName.size());
 }
 
 std::string_view CXmlWriter::SetElementName(std::string_view prefix, std::string_view localName) {
-  CXmlWriterContext* context = m_current;
-  m_names.length = context->m_nameOffset;
+  detail::CXmlWriterScopes& scopes = *m_scopes;
+  detail::CXmlWriterFrame& frame = detail::CXmlWriterFrame::Of(m_current);
+  detail::CXmlWriterScopes::CharStack& names = scopes.names;
+  names.length = frame.nameOffset;
   const std::size_t length = prefix.size() + 1 + localName.size();
-  if (length <= m_names.capacity - m_names.length) {
-    char* out = m_names.data.get() + m_names.length;
+  if (length <= names.capacity - names.length) {
+    char* out = names.data.get() + names.length;
     detail::CopyBytes(out, prefix.data(), prefix.size());
     out[prefix.size()] = ':';
     detail::CopyBytes(out + prefix.size() + 1, localName.data(), localName.size());
-    m_names.length += length;
+    names.length += length;
   } else {
     // Growing frees the storage a name taken from the writer lies in; Push finds it again.
-    m_names.Push(prefix);
-    m_names.Push(std::string_view(":", 1));
-    m_names.Push(localName);
+    names.Push(prefix);
+    names.Push(std::string_view(":", 1));
+    names.Push(localName);
   }
-  context->m_nameLength = length;
-  context->m_prefixLength = prefix.size();
-  context->m_localNameOffset = prefix.size() + 1;
-  return m_names.View(context->m_nameOffset, length);
+  frame.nameLength = length;
+  frame.prefixLength = prefix.size();
+  frame.localNameOffset = prefix.size() + 1;
+  return names.View(frame.nameOffset, length);
 }
 
 bool CXmlWriter::FindPrefix(std::string_view ns, std::string_view& prefix) const {
+  const detail::CXmlWriterScopes& scopes = *m_scopes;
   // The innermost binding of the namespace wins; scopes hold few bindings.
-  for (std::size_t i = m_bindingCount; i-- > 0;) {
-    const Binding& binding = m_bindings[i];
+  for (std::size_t i = scopes.bindingCount; i-- > 0;) {
+    const detail::CXmlWriterScopes::Binding& binding = scopes.bindings[i];
     if (binding.nsLength == ns.size() &&
-        detail::SameBytes(m_bindingText.data.get() + binding.ns, ns.data(), ns.size())) {
-      prefix = BindingPrefix(binding);
+        detail::SameBytes(scopes.bindingText.data.get() + binding.ns, ns.data(), ns.size())) {
+      prefix = scopes.BindingPrefix(binding);
       return true;
     }
   }
   return false;
 }
 
-bool CXmlWriter::IsInScope(std::size_t index) const {
-  const std::string_view ns = BindingNamespace(m_bindings[index]);
-  for (std::size_t i = index + 1; i < m_bindingCount; ++i) {
-    if (BindingNamespace(m_bindings[i]) == ns) return false;
-  }
-  return true;
-}
-
 bool CXmlWriter::IsPrefixBound(std::string_view prefix) const {
-  for (std::size_t i = 0; i < m_bindingCount; ++i) {
-    const Binding& binding = m_bindings[i];
+  const detail::CXmlWriterScopes& scopes = *m_scopes;
+  for (std::size_t i = 0; i < scopes.bindingCount; ++i) {
+    const detail::CXmlWriterScopes::Binding& binding = scopes.bindings[i];
     if (binding.prefixLength == prefix.size() &&
-        detail::SameBytes(m_bindingText.data.get() + binding.prefix, prefix.data(),
+        detail::SameBytes(scopes.bindingText.data.get() + binding.prefix, prefix.data(),
                           prefix.size()) &&
-        IsInScope(i)) {
+        scopes.IsInScope(i)) {
       return true;
     }
   }
@@ -227,24 +238,26 @@ bool CXmlWriter::IsPrefixBound(std::string_view prefix) const {
 }
 
 std::string_view CXmlWriter::Bind(std::string_view ns, std::string_view prefix) {
+  detail::CXmlWriterScopes& scopes = *m_scopes;
   // A namespace the element has bound already takes the new prefix in place; the old prefix's
   // bytes stay unused on the stack until the element ends.
-  for (std::size_t i = m_current->m_bindingBase; i < m_bindingCount; ++i) {
-    Binding& binding = m_bindings[i];
-    if (BindingNamespace(binding) == ns) {
-      binding.prefix = m_bindingText.Push(prefix);
+  for (std::size_t i = detail::CXmlWriterFrame::Of(m_current).bindingBase; i < scopes.bindingCount;
+       ++i) {
+    detail::CXmlWriterScopes::Binding& binding = scopes.bindings[i];
+    if (scopes.BindingNamespace(binding) == ns) {
+      binding.prefix = scopes.bindingText.Push(prefix);
       binding.prefixLength = prefix.size();
-      return BindingPrefix(binding);
+      return scopes.BindingPrefix(binding);
     }
   }
-  if (m_bindingCount == m_bindings.size()) m_bindings.emplace_back();
-  Binding& binding = m_bindings[m_bindingCount];
-  binding.ns = m_bindingText.Push(ns);
+  if (scopes.bindingCount == scopes.bindings.size()) scopes.bindings.emplace_back();
+  detail::CXmlWriterScopes::Binding& binding = scopes.bindings[scopes.bindingCount];
+  binding.ns = scopes.bindingText.Push(ns);
   binding.nsLength = ns.size();
-  binding.prefix = m_bindingText.Push(prefix);
+  binding.prefix = scopes.bindingText.Push(prefix);
   binding.prefixLength = prefix.size();
-  ++m_bindingCount;
-  return BindingPrefix(binding);
+  ++scopes.bindingCount;
+  return scopes.BindingPrefix(binding);
 }
 
 std::string CXmlWriter::GeneratePrefix() const {

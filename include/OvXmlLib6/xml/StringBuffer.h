@@ -17,25 +17,8 @@
 namespace OvXmlLib6 {
 
 namespace detail {
-
-// Copies `length` bytes. Most appends are a name or a short value: copying those with fixed-size
-// moves saves the call to memcpy; two moves that overlap in the middle cover every length
-// between the sizes.
-inline void CopyBytes(char* to, const char* from, std::size_t length) {
-  if (length >= 8 && length <= 16) {
-    std::memcpy(to, from, 8);
-    std::memcpy(to + length - 8, from + length - 8, 8);
-  } else if (length >= 4 && length < 8) {
-    std::memcpy(to, from, 4);
-    std::memcpy(to + length - 4, from + length - 4, 4);
-  } else if (length < 4) {
-    for (std::size_t i = 0; i < length; ++i) to[i] = from[i];
-  } else {
-    std::memcpy(to, from, length);
-  }
+class CBufferAppend;
 }
-
-}  // namespace detail
 
 class OVXML_API CStringBuffer : private CInstanceMonitor {
  public:
@@ -61,14 +44,7 @@ class OVXML_API CStringBuffer : private CInstanceMonitor {
     }
   }
   // Appends `length` bytes; the common case copies into the current block in place.
-  void Append(const char* text, std::size_t length) {
-    if (length <= static_cast<std::size_t>(m_end - m_pos)) {
-      detail::CopyBytes(m_pos, text, length);
-      m_pos += length;
-    } else {
-      AppendSlow(text, length);
-    }
-  }
+  void Append(const char* text, std::size_t length);
 
   // The number of bytes buffered.
   std::size_t GetLength() const {
@@ -92,6 +68,9 @@ class OVXML_API CStringBuffer : private CInstanceMonitor {
   void Clear();
 
  private:
+  // The library's writers append through it, inline.
+  friend class detail::CBufferAppend;
+
   void AppendSlow(const char* text, std::size_t length);
   void NewBlock(std::size_t capacity);
 

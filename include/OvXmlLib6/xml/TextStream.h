@@ -17,8 +17,9 @@
 namespace OvXmlLib6 {
 
 namespace detail {
+class CBufferAppend;
 class CTextEncoder;
-}
+}  // namespace detail
 namespace port {
 class IWriteFile;
 }
@@ -80,6 +81,9 @@ class OVXML_API CTextStream : private CInstanceMonitor {
   XmlEncoding m_encoding;
 
  private:
+  // The library's writers append to m_buffer through it, inline.
+  friend class detail::CBufferAppend;
+
   // Converts one block of buffered text after m_carry, holding its last bytes back in m_carry.
   void EncodeBlock(std::string_view block, std::string& out);
 

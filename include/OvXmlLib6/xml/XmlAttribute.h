@@ -1,6 +1,11 @@
 // CXmlAttribute: one attribute of a parsed element, with its name split into namespace URI and
 // local name (the prefix is not kept). Attributes are created by the readers only and live as
 // long as their element.
+//
+// A copy is shallow: it shares the original's name and value and owns neither, so it is valid
+// only while the original's document holds the original. Copies never change what the original
+// returns. Assignment is deleted: an attribute belongs to its element's list, and nothing may be
+// assigned over it.
 #ifndef OVXMLLIB6_XML_XMLATTRIBUTE_H
 #define OVXMLLIB6_XML_XMLATTRIBUTE_H
 
@@ -14,35 +19,22 @@ namespace OvXmlLib6 {
 
 class CXmlDocument;
 class CXmlElement;
-class CExpatReader;
-class CFastInfosetReader;
 
 namespace detail {
-
 class CTreeStore;
-
-// A name as the tree keeps it. Every element and attribute of one document with the same
-// namespace URI and local name points to one shared record owned by the document, so a node
-// carries one pointer instead of two strings.
-struct CXmlName {
-  const CXmlDocument* document;
-  CTreeStore* store;
-  std::string localName;
-  std::string namespaceURI;
-};
-
+struct CXmlName;
 }  // namespace detail
 
 class OVXML_API CXmlAttribute : private CInstanceMonitor {
  public:
   // The document owns the storage of its attributes, the values included, and releases it.
   virtual ~CXmlAttribute();
-  CXmlAttribute(const CXmlAttribute& other) = default;
-  CXmlAttribute& operator=(const CXmlAttribute& other) = default;
+  CXmlAttribute(const CXmlAttribute& other);
+  CXmlAttribute& operator=(const CXmlAttribute& other) = delete;
 
-  const std::string& GetLocalName() const { return m_name->localName; }
+  const std::string& GetLocalName() const;
   // Empty when the attribute is unqualified.
-  const std::string& GetNamespaceURI() const { return m_name->namespaceURI; }
+  const std::string& GetNamespaceURI() const;
   // In the library's internal character encoding.
   const std::string& GetValue() const;
 
@@ -51,13 +43,12 @@ class OVXML_API CXmlAttribute : private CInstanceMonitor {
   // value the serialization engine reads.
   bool IsNamespaceAttribute() const;
 
- protected:
-  // `name` is a record of the owning document (see CXmlElement::AddAttribute).
-  CXmlAttribute(const detail::CXmlName* name, const std::string& value);
-  CXmlAttribute(const detail::CXmlName* name, std::uintptr_t value);
-
  private:
   friend class detail::CTreeStore;
+
+  // Made by the document's storage only: `name` is one of its name records and `value` one of
+  // its text slots.
+  CXmlAttribute(const detail::CXmlName* name, std::uintptr_t value);
 
   const detail::CXmlName* m_name;
   // The value in the document's compact text storage, turned into the std::string of GetValue

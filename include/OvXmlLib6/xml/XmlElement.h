@@ -5,6 +5,11 @@
 //
 // Elements are created by the readers only; the public interface is read-only. They live as long
 // as their document, or until an element-completed callback has them removed.
+//
+// A copy is shallow: it shares the original's name, children, attributes and text and owns none
+// of them, so it is valid only while the original's document holds the original. Reading through
+// either never changes what the other returns. Assignment is deleted: assigning over an element
+// that sits in a tree would overwrite the links that hold its siblings and children.
 #ifndef OVXMLLIB6_XML_XMLELEMENT_H
 #define OVXMLLIB6_XML_XMLELEMENT_H
 
@@ -23,12 +28,10 @@ class OVXML_API CXmlElement : private CInstanceMonitor {
   // The document owns the nodes of its tree, with their text and attributes, and releases a
   // subtree without recursion.
   virtual ~CXmlElement();
-  // Shallow, as pointers are copied: the copy shares the children and attributes of the original
-  // but owns none of them.
-  CXmlElement(const CXmlElement& other) = default;
-  CXmlElement& operator=(const CXmlElement& other) = default;
+  CXmlElement(const CXmlElement& other);
+  CXmlElement& operator=(const CXmlElement& other) = delete;
 
-  const CXmlDocument* GetDocument() const { return m_name->document; }
+  const CXmlDocument* GetDocument() const;
   // The first child element, or null.
   CXmlElement* GetFirstElement() const {
     return m_lastChild != nullptr ? Untag(m_lastChild->m_next) : nullptr;
@@ -38,9 +41,9 @@ class OVXML_API CXmlElement : private CInstanceMonitor {
     return (m_next & kEndOfSiblings) != 0 ? nullptr : Untag(m_next);
   }
 
-  const std::string& GetLocalName() const { return m_name->localName; }
+  const std::string& GetLocalName() const;
   // Empty for an element in no namespace.
-  const std::string& GetNamespaceURI() const { return m_name->namespaceURI; }
+  const std::string& GetNamespaceURI() const;
   const std::string& GetText() const;
 
   const std::vector<CXmlAttribute*>& GetAttributes() const;
@@ -51,7 +54,6 @@ class OVXML_API CXmlElement : private CInstanceMonitor {
  protected:
   // An element without a name, owned by `document`.
   explicit CXmlElement(const CXmlDocument* document);
-  explicit CXmlElement(const detail::CXmlName* name);
 
   void SetElementName(const std::string& localName);
   void SetNamespace(const std::string& namespaceURI);
@@ -70,9 +72,10 @@ class OVXML_API CXmlElement : private CInstanceMonitor {
 
  private:
   friend class CXmlDocument;
-  friend class CExpatReader;
-  friend class CFastInfosetReader;
   friend class detail::CTreeStore;
+
+  // Made by the document's storage, with one of its name records.
+  explicit CXmlElement(const detail::CXmlName* name);
 
   // Children form a ring: each links to its next sibling, and the last child links back to the
   // first with the low bit set, so a parent reaches both ends through m_lastChild alone. An

@@ -54,10 +54,11 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   void WriteRawContent(const char* text);
 
  private:
-  void Put(const char* text, std::size_t length) { m_stream->Append(text, length); }
-  void Put(std::string_view text) { m_stream->Append(text.data(), text.size()); }
-  void Put(char c) { m_stream->Append(c); }
-  void PutLineEnd() { m_stream->Append(m_lineEnd.data(), m_lineEnd.size()); }
+  // Appends to the stream (inline, in the implementation).
+  void Put(const char* text, std::size_t length);
+  void Put(std::string_view text);
+  void Put(char c);
+  void PutLineEnd();
   void PutIndent(std::int32_t depth);
   // Escapes the text up to its end or a NUL byte; plain runs are copied in bulk.
   void PutEscaped(std::string_view text);

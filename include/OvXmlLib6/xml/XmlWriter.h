@@ -9,26 +9,28 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace OvXmlLib6 {
+
+namespace detail {
+class CXmlWriterFrame;
+class CXmlWriterScopes;
+}  // namespace detail
 
 class OVXML_API CXmlWriter : private CInstanceMonitor {
  public:
   // Namespace URI to prefix.
   using PrefixMap = std::map<std::string, std::string, std::less<>>;
 
-  // The state of one open element.
+  // The state of one open element. Contexts are made and reused by their writer only.
   class OVXML_API CXmlWriterContext : private CInstanceMonitor {
    public:
-    explicit CXmlWriterContext(const CXmlWriter* writer);
     CXmlWriterContext(const CXmlWriterContext&) = delete;
     CXmlWriterContext& operator=(const CXmlWriterContext&) = delete;
     virtual ~CXmlWriterContext();
@@ -51,7 +53,9 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
 
    private:
     friend class CXmlWriter;
+    friend class detail::CXmlWriterFrame;
 
+    explicit CXmlWriterContext(const CXmlWriter* writer);
     // Sets the context up for a new element; `parent` is null for the document element.
     void Start(CXmlWriterContext* parent);
 
@@ -64,15 +68,6 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
     const std::string* m_defaultNamespace;
     std::string m_ownDefaultNamespace;
     const CXmlWriter* m_writer;
-    // The qualified name is kept in the writer's stack of names, from m_nameOffset on.
-    std::size_t m_nameOffset;
-    std::size_t m_nameLength;
-    std::size_t m_prefixLength;
-    std::size_t m_localNameOffset;
-    // The writer's bindings below this index, and their text below m_bindingTextBase, belong to
-    // the ancestors.
-    std::size_t m_bindingBase;
-    std::size_t m_bindingTextBase;
   };
 
   CXmlWriter(const CXmlWriter&) = delete;
@@ -146,66 +141,16 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   const std::string& GetPendingDefaultNamespace() const { return m_pendingDefaultNamespace; }
   const PrefixMap& GetPendingDeclarations() const { return m_pendingDeclarations; }
 
+  // The writer's internal state, for the library's own writers.
+  const detail::CXmlWriterScopes* GetScopes() const { return m_scopes.get(); }
+
  private:
-  // A growing byte array used as a stack: text is pushed at the end and dropped back to a mark.
-  struct CharStack {
-    std::unique_ptr<char[]> data;
-    std::size_t length = 0;
-    std::size_t capacity = 0;
-    // Room for `more` bytes after the current end.
-    char* Reserve(std::size_t more);
-    // Pushes `text`, which may lie in this stack, and returns its offset.
-    std::size_t Push(std::string_view text);
-    std::string_view View(std::size_t offset, std::size_t size) const {
-      return std::string_view(data.get() + offset, size);
-    }
-  };
-
-  // A namespace bound to a prefix: where each is kept in m_bindingText.
-  struct Binding {
-    std::size_t ns;
-    std::size_t nsLength;
-    std::size_t prefix;
-    std::size_t prefixLength;
-  };
-
-  std::string_view BindingNamespace(const Binding& binding) const {
-    return m_bindingText.View(binding.ns, binding.nsLength);
-  }
-  std::string_view BindingPrefix(const Binding& binding) const {
-    return m_bindingText.View(binding.prefix, binding.prefixLength);
-  }
-  // True when binding `index` is not overridden by a later binding of the same namespace.
-  bool IsInScope(std::size_t index) const;
-
   std::string m_pendingDefaultNamespace;
   CXmlWriterContext* m_current;
   PrefixMap m_pendingDeclarations;
-  // Contexts are kept for reuse, so elements after the first few allocate nothing.
-  std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;
-  std::size_t m_openCount;
-  // The bindings in scope of the open elements, outermost first: each element's own bindings
-  // follow its ancestors', and go when it ends. Only the first m_bindingCount entries are in
-  // use. Their text is kept in one stack as well, so binding allocates nothing once warm.
-  std::vector<Binding> m_bindings;
-  std::size_t m_bindingCount;
-  CharStack m_bindingText;
-  // The qualified names of the open elements, one after the other.
-  CharStack m_names;
+  // The contexts, the prefix bindings in scope and the names of the open elements.
+  std::unique_ptr<detail::CXmlWriterScopes> m_scopes;
 };
-
-inline std::string_view CXmlWriter::CXmlWriterContext::GetQualifiedName() const {
-  return std::string_view(m_writer->m_names.data.get() + m_nameOffset, m_nameLength);
-}
-
-inline std::string_view CXmlWriter::CXmlWriterContext::GetLocalName() const {
-  return std::string_view(m_writer->m_names.data.get() + m_nameOffset + m_localNameOffset,
-                          m_nameLength - m_localNameOffset);
-}
-
-inline std::string_view CXmlWriter::CXmlWriterContext::GetPrefix() const {
-  return std::string_view(m_writer->m_names.data.get() + m_nameOffset, m_prefixLength);
-}
 
 }  // namespace OvXmlLib6
 

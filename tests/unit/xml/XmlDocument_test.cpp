@@ -54,6 +54,41 @@ TEST(CXmlDocument, NamesCarryNamespaceUriAndLocalNameOnly) {
   EXPECT_EQ(grandchildren[0]->GetNextSiblingElement(), nullptr);
 }
 
+TEST(CXmlDocument, ReadersAppendTextWithoutCarriageReturns) {
+  // The protected building call of readers, reached through a derived class.
+  struct Reader : CXmlDocument {
+    static void Append(CXmlElement* e, const char* text, std::uint32_t length) {
+      AppendTextExcludingCR(e, text, length);
+    }
+    static void Append(CXmlElement* e, const char* text) { AppendTextExcludingCR(e, text); }
+  };
+  const struct {
+    const char* text;
+    std::uint32_t length;
+    const char* expected;
+  } cases[] = {
+      {"a\rb\r\nc", 6, "ab\nc"},
+      {"\r\r\r", 3, ""},
+      {"ab\r", 3, "ab"},
+      {"x\ry\0z", 5, "xy"},
+      {"abcdef", 3, "abc"},
+      {"", 0, ""},
+      {"a long run of text\r", 19, "a long run of text"},
+  };
+  for (const auto& c : cases) {
+    CXmlDocument doc;
+    doc.LoadXml("<r/>");
+    CXmlElement* root = doc.GetDocumentElement();
+    Reader::Append(root, c.text, c.length);
+    EXPECT_EQ(root->GetText(), c.expected) << c.text;
+  }
+  CXmlDocument doc;
+  doc.LoadXml("<r/>");
+  Reader::Append(doc.GetDocumentElement(), "1\r2");
+  Reader::Append(doc.GetDocumentElement(), nullptr);
+  EXPECT_EQ(doc.GetDocumentElement()->GetText(), "12");
+}
+
 TEST(CXmlDocument, TextIsMergedAcrossChildrenWithCarriageReturnsRemoved) {
   CXmlDocument doc;
   doc.LoadXml("<r>a<c>inner</c>b\r\n<c/>&#13;c&#xD;d</r>");

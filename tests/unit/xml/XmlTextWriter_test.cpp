@@ -320,6 +320,43 @@ TEST(CXmlTextWriter, InnerBindingsHideOuterOnesUntilTheElementEnds) {
                 "/></" + name + "></" + name + "></" + name + "></" + name + "></" + name + ">");
 }
 
+TEST(CXmlTextWriter, ContextsDescribeTheOpenElements) {
+  Write([](CXmlTextWriter& w) {
+    EXPECT_EQ(w.GetCurrentContext(), nullptr);
+    w.WriteStartElement("root", "");
+    const CXmlWriter::CXmlWriterContext* root = w.GetCurrentContext();
+    w.WriteStartElement("child", "urn:c");
+    w.WriteStartElement("leaf", "urn:c");
+    const CXmlWriter::CXmlWriterContext* leaf = w.GetCurrentContext();
+    const CXmlWriter::CXmlWriterContext* child = leaf->GetParent();
+    const struct {
+      const CXmlWriter::CXmlWriterContext* context;
+      const char* qualified;
+      const char* prefix;
+      const char* local;
+      int depth;
+      int children;
+      bool open;
+    } expected[] = {
+        {root, "root", "", "root", 0, 1, false},
+        {child, "AA:child", "AA", "child", 1, 1, false},
+        {leaf, "AA:leaf", "AA", "leaf", 2, 0, true},
+    };
+    for (const auto& e : expected) {
+      EXPECT_EQ(e.context->GetQualifiedName(), e.qualified);
+      EXPECT_EQ(e.context->GetPrefix(), e.prefix);
+      EXPECT_EQ(e.context->GetLocalName(), e.local);
+      EXPECT_EQ(e.context->GetDepth(), e.depth);
+      EXPECT_EQ(e.context->GetChildCount(), e.children);
+      EXPECT_EQ(e.context->IsStartTagOpen(), e.open) << e.qualified;
+    }
+    EXPECT_EQ(child->GetParent(), root);
+    EXPECT_EQ(root->GetParent(), nullptr);
+    for (int i = 0; i < 3; ++i) w.WriteEndElement();
+    EXPECT_EQ(w.GetCurrentContext(), nullptr);
+  });
+}
+
 TEST(CXmlTextWriter, GeneratesPrefixesPastAZ) {
   const std::string out = Write([](CXmlTextWriter& w) {
     w.AddNamespace("AB", "urn:taken");

@@ -3,8 +3,8 @@
 // prefetch issued as soon as an address is known lets those loads overlap with the writing in
 // between instead of each waiting in turn. It never faults, so any address (null too) may be
 // given; compilers without the builtin get nothing.
-#ifndef OVXMLLIB6_SRC_XML_PREFETCH_H
-#define OVXMLLIB6_SRC_XML_PREFETCH_H
+#ifndef OVXMLLIB6_SRC_CORE_PREFETCH_H
+#define OVXMLLIB6_SRC_CORE_PREFETCH_H
 
 #include <cstddef>
 #include <cstdint>
@@ -39,4 +39,4 @@ inline void PrefetchObject(const T* object) {
 }  // namespace detail
 }  // namespace OvXmlLib6
 
-#endif  // OVXMLLIB6_SRC_XML_PREFETCH_H
+#endif  // OVXMLLIB6_SRC_CORE_PREFETCH_H
