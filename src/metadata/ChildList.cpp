@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/metadata/Element.h"
+#include "core/FirstReference.h"
 #include "core/ObjectMemory.h"
 #include "metadata/DeferredRelease.h"
 
@@ -36,7 +37,7 @@ void CChildList::Append(CChildList*& list, CElement* element) {
       throw;
     }
   }
-  element->AddRef();
+  CFirstReference::Take(element);
   list->Items()[list->m_count++] = element;
 }
 

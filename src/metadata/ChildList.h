@@ -16,8 +16,9 @@ namespace detail {
 
 class CChildList {
  public:
-  // Appends the element and takes one reference to it. `list` may be null (a list is made) and
-  // is replaced when it grows. If memory runs out, an element that nobody else holds is deleted.
+  // Appends an element that nobody holds yet and takes its first reference. `list` may be null (a
+  // list is made) and is replaced when it grows. If memory runs out, an element that nobody else
+  // holds is deleted.
   static void Append(CChildList*& list, CElement* element);
   // Releases every element, without recursing into their own children, and frees the list;
   // `list` becomes null.

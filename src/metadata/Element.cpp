@@ -5,6 +5,7 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
+#include "core/FirstReference.h"
 #include "core/Prefetch.h"
 #include "core/Strings.h"
 #include "metadata/AttributeRecords.h"
@@ -126,10 +127,29 @@ const CSmartPtr<CAttributeCol>& CElement::GetAttributes() const {
         new CAttributeCol(AttributeCollectionName(), m_restriction, m_targetNamespace);
     CElement* self = const_cast<CElement*>(this);
     if (m_attributeRecords != nullptr) {
-      // Copied, not moved: if memory runs out half-way, the records are still whole.
-      for (const detail::CAttributeRecords::Record& record : *m_attributeRecords) {
-        attributes->AppendItem(
-            new CAttribute(CAttribute::FromParts{}, record.ns, record.value, record.name));
+      // The objects are made first, each with its one reference, and then linked in one step.
+      // The records are copied, not moved: if memory runs out half-way, they are still whole.
+      constexpr std::size_t kOnStack = 32;
+      CXmlObjectBase* onStack[kOnStack];
+      std::vector<CXmlObjectBase*> onHeap;
+      const std::size_t count = m_attributeRecords->Count();
+      CXmlObjectBase** made = onStack;
+      if (count > kOnStack) {
+        onHeap.resize(count);
+        made = onHeap.data();
+      }
+      std::size_t done = 0;
+      try {
+        for (const detail::CAttributeRecords::Record& record : *m_attributeRecords) {
+          CAttribute* attribute =
+              new CAttribute(CAttribute::FromParts{}, record.ns, record.value, record.name);
+          detail::CFirstReference::Take(attribute);
+          made[done++] = attribute;
+        }
+        attributes->AdoptItems(made, count);
+      } catch (...) {
+        while (done > 0) made[--done]->Release();
+        throw;
       }
     }
     self->m_attributes = std::move(attributes);

@@ -43,7 +43,8 @@ class CXmlDocument;
 class CElement;
 namespace detail {
 class CObjectReader;
-}
+class CFirstReference;
+}  // namespace detail
 
 // When on, ToXmlFile without compression writes through a file text stream while the document is
 // being produced, instead of building it in memory first. Off by default. A plain global: set it
@@ -261,6 +262,8 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   template <typename Load>
   void LoadAndRead(const CXmlSerializationContext& parseContext,
                    const CXmlSerializationContext& bindContext, Load load);
+
+  friend class detail::CFirstReference;
 
   std::atomic<std::int32_t> m_refCount;
   CSharedString m_elementName;
