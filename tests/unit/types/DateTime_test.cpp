@@ -256,51 +256,48 @@ TEST(CDateTime, DayOfYearAndWeekFollowTheirFormulas) {
   EXPECT_EQ(Date("-0003-01-01").GetDayOfWeek(), static_cast<unsigned char>((1 - 1095 + 3 - 3) % 7));
 }
 
+// Each pair compared from both sides. A zoneless value within 14 hours of a zoned one cannot be
+// ordered; an offset zone is normalised before that window applies.
 TEST(CDateTime, ComparesByTheSchemaOrder) {
-  EXPECT_EQ(CDateTime("2000-01-01T12:00:00").CompareTo(CDateTime("2000-01-01T12:00:00")), kEq);
-  EXPECT_EQ(CDateTime("2000-01-01T12:00:00").CompareTo(CDateTime("2000-01-01T12:00:00.000000001")),
-            kLt);
-  EXPECT_EQ(CDateTime("2000-01-01T12:00:00+05:00").CompareTo(CDateTime("2000-01-01T07:00:00Z")),
-            kEq);
-  EXPECT_EQ(CDateTime("2000-01-01T01:00:00+05:00").CompareTo(CDateTime("1999-12-31T21:00:00Z")),
-            kLt);
-  EXPECT_EQ(CDateTime("2000-01-01T12:00:00-05:30").CompareTo(CDateTime("2000-01-01T17:30:00Z")),
-            kEq);
-  // Years of opposite sign are not ordered.
-  EXPECT_EQ(CDateTime("-0001-01-01T00:00:00").CompareTo(CDateTime("0001-01-01T00:00:00")), kIn);
-
+  const char* const zoned = "2000-01-15T12:00:00Z";
+  const struct {
+    const char* a;
+    const char* b;
+    CDateTime::DTCompareResult expected;  // a.CompareTo(b)
+  } cases[] = {
+      {"2000-01-01T12:00:00", "2000-01-01T12:00:00", kEq},
+      {"2000-01-01T12:00:00", "2000-01-01T12:00:00.000000001", kLt},
+      {"2000-01-01T12:00:00+05:00", "2000-01-01T07:00:00Z", kEq},
+      {"2000-01-01T01:00:00+05:00", "1999-12-31T21:00:00Z", kLt},
+      {"2000-01-01T12:00:00-05:30", "2000-01-01T17:30:00Z", kEq},
+      {"-0001-01-01T00:00:00", "0001-01-01T00:00:00", kIn},  // years of opposite sign
+      {"2000-01-14T21:59:59", zoned, kLt},
+      {"2000-01-14T22:00:00", zoned, kIn},
+      {"2000-01-15T12:00:00", zoned, kIn},
+      {"2000-01-16T02:00:00", zoned, kIn},
+      {"2000-01-16T02:00:00.000000001", zoned, kGt},
+      {"2000-01-20T00:00:00", zoned, kGt},
+      {"2000-01-14T23:59:59", "2000-01-15T12:00:00-02:00", kLt},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(CDateTime(c.a).CompareTo(CDateTime(c.b)), c.expected) << c.a << " vs " << c.b;
+    EXPECT_EQ(CDateTime(c.b).CompareTo(CDateTime(c.a)), test::Mirrored(c.expected, kLt, kGt))
+        << c.b << " vs " << c.a;
+  }
   // Dates compare until they need a time field.
   EXPECT_EQ(Date("2000-01-01").CompareTo(Date("2000-01-02")), kLt);
   EXPECT_EQ(MessageOf([] { Date("2000-01-01").CompareTo(Date("2000-01-01")); }),
             "Failed to GetHour. Invalid Date Type: date.");
   EXPECT_EQ(MessageOf([] { Time("10:00:00").CompareTo(Time("11:00:00")); }),
             "Failed to GetYear. Invalid Date Type: time.");
-}
 
-TEST(CDateTime, IsIndeterminateWithinFourteenHoursOfAZone) {
-  const CDateTime zoned("2000-01-15T12:00:00Z");
-  struct Case {
-    const char* zoneless;
-    CDateTime::DTCompareResult expected;  // zoneless.CompareTo(zoned)
-  };
-  const Case cases[] = {
-      {"2000-01-14T21:59:59", kLt},           {"2000-01-14T22:00:00", kIn},
-      {"2000-01-15T12:00:00", kIn},           {"2000-01-16T02:00:00", kIn},
-      {"2000-01-16T02:00:00.000000001", kGt}, {"2000-01-20T00:00:00", kGt},
-  };
-  for (const Case& c : cases) {
-    const CDateTime zoneless(c.zoneless);
-    EXPECT_EQ(zoneless.CompareTo(zoned), c.expected) << c.zoneless;
-    // Antisymmetric: the mirror from the other side.
-    EXPECT_EQ(zoned.CompareTo(zoneless), test::Mirrored(c.expected, kLt, kGt)) << c.zoneless;
-  }
+  // The operators of an indeterminate pair: only != holds.
   const CDateTime inside("2000-01-15T12:00:00");
-  EXPECT_FALSE(inside == zoned);
-  EXPECT_FALSE(inside < zoned || inside <= zoned || inside > zoned || inside >= zoned);
-  EXPECT_TRUE(inside != zoned);
-  // An offset zone is normalised before the window is applied.
-  EXPECT_EQ(CDateTime("2000-01-14T23:59:59").CompareTo(CDateTime("2000-01-15T12:00:00-02:00")),
-            kLt);
+  const CDateTime zonedValue(zoned);
+  EXPECT_FALSE(inside == zonedValue);
+  EXPECT_FALSE(inside < zonedValue || inside <= zonedValue || inside > zonedValue ||
+               inside >= zonedValue);
+  EXPECT_TRUE(inside != zonedValue);
 
   // Antisymmetry on random pairs, with and without zones.
   std::mt19937 rng(7);
