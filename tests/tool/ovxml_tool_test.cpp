@@ -1,16 +1,17 @@
 // Runs the built ovxml tool on real documents and compares its output, node by node, with the
 // input: names, namespaces, attributes and text of every element.
+#include "../unit/TestSupport.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <unistd.h>
 
 using namespace OvXmlLib6;
+using test::ReadFile;
 
 namespace {
 
@@ -20,11 +21,6 @@ const std::string kSample = std::string(OVXML_EXAMPLES_DIR) + "/sample.xml";
 // ctest runs each test in its own process, in parallel: the process id keeps their files apart.
 std::string Temp(const std::string& name) {
   return ::testing::TempDir() + "ovxml_tool_" + std::to_string(getpid()) + "_" + name;
-}
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 void WriteFile(const std::string& path, const std::string& bytes) {
@@ -152,46 +148,40 @@ TEST(OvxmlTool, RecognisesTheInputFromItsContent) {
 
 TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
   const std::string out = Temp("fail.xml");
-  ToolRun run = Tool("--help");
-  EXPECT_EQ(run.status, 0);
-  run = Tool("");
-  EXPECT_EQ(run.status, 2);
-  EXPECT_NE(run.err.find("Usage: ovxml convert"), std::string::npos);
-  run = Tool("convert --bogus a b");
-  EXPECT_EQ(run.status, 2);
-  EXPECT_NE(run.err.find("unknown option '--bogus'"), std::string::npos) << run.err;
-  EXPECT_EQ(Tool("convert --gzip --zlib a b").status, 2);
-  EXPECT_EQ(Tool("convert onlyone").status, 2);
-  EXPECT_EQ(Tool("convert --to fi '" + kSample + "' '" + out + "'").status, 2);
-
-  run = Tool("convert '" + Temp("missing.xml") + "' '" + out + "'");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("ovxml: error: cannot open"), std::string::npos) << run.err;
-
   const std::string bad = Temp("bad.xml");
+  const std::string fi = Temp("fi.bin");
   WriteFile(bad, "<a><b></a>");
-  run = Tool("convert '" + bad + "' '" + out + "'");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("ovxml: error: "), std::string::npos) << run.err;
+  WriteFile(fi, std::string("\xE0\x00\x00\x01\x00", 5));
+  // Usage errors exit with 2, failed conversions with 1; the message says which.
+  const struct {
+    std::string arguments;
+    int status;
+    const char* error;
+  } cases[] = {
+      {"--help", 0, ""},
+      {"", 2, "Usage: ovxml convert"},
+      {"convert --bogus a b", 2, "unknown option '--bogus'"},
+      {"convert --gzip --zlib a b", 2, ""},
+      {"convert onlyone", 2, ""},
+      {"convert --to fi '" + kSample + "' '" + out + "'", 2, ""},
+      {"convert '" + Temp("missing.xml") + "' '" + out + "'", 1, "ovxml: error: cannot open"},
+      {"convert '" + bad + "' '" + out + "'", 1, "ovxml: error: "},
+      {"convert '" + fi + "' '" + out + "'", 1, "Fast Infoset"},
+      {"convert '" + kSample + "' '" + Temp("no/such/dir/out.xml") + "'", 1, "cannot create"},
+  };
+  for (const auto& c : cases) {
+    const ToolRun run = Tool(c.arguments);
+    EXPECT_EQ(run.status, c.status) << c.arguments;
+    EXPECT_NE(run.err.find(c.error), std::string::npos) << run.err;
+  }
   EXPECT_FALSE(std::ifstream(out).good()) << "a failed conversion left an output file";
-
-  WriteFile(bad, std::string("\xE0\x00\x00\x01\x00", 5));
-  run = Tool("convert '" + bad + "' '" + out + "'");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("Fast Infoset"), std::string::npos) << run.err;
-
-  run = Tool("convert '" + kSample + "' '" + Temp("no/such/dir/out.xml") + "'");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("cannot create"), std::string::npos) << run.err;
   std::remove(bad.c_str());
+  std::remove(fi.c_str());
 }
 
 TEST(OvxmlTool, DeepDocumentIsHandled) {
   // 100,000 levels: read, written and released without recursion.
-  const int levels = 100000;
-  std::string xml;
-  for (int i = 0; i < levels; ++i) xml += "<e>";
-  for (int i = 0; i < levels; ++i) xml += "</e>";
+  const std::string xml = test::NestedElements(100000);
   const std::string in = Temp("deep.xml");
   const std::string out = Temp("deep_out.xml");
   WriteFile(in, xml);

@@ -1,14 +1,21 @@
-// Helpers shared by the unit tests: the message of the exception an action throws, and byte
-// strings of binary data.
+// Helpers shared by the tests: the message of the exception an action throws, byte strings of
+// binary data, files read whole, hostile inputs (deep nesting, mutated texts) and exact-size
+// copies that let AddressSanitizer see a read past the end.
 #ifndef OVXMLLIB6_TESTS_UNIT_TESTSUPPORT_H
 #define OVXMLLIB6_TESTS_UNIT_TESTSUPPORT_H
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/BinaryData.h"
 
+#include <cstring>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <memory>
+#include <random>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace OvXmlLib6 {
 namespace test {
@@ -40,6 +47,66 @@ inline std::string Bytes(const CBinaryData& data) {
   return data.GetData() == nullptr
              ? std::string()
              : std::string(reinterpret_cast<const char*>(data.GetData()), data.GetLength());
+}
+
+// What b.CompareTo(a) must give when a.CompareTo(b) gave `result`: less and greater swap.
+template <class R>
+R Mirrored(R result, R less, R greater) {
+  return result == less ? greater : result == greater ? less : result;
+}
+
+// The whole content of a file; "" when it cannot be read.
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// `levels` nested elements <e>: deep enough to overflow any reader or writer that recurses.
+inline std::string NestedElements(int levels) {
+  std::string xml;
+  xml.reserve(static_cast<std::size_t>(levels) * 7);
+  for (int i = 0; i < levels; ++i) xml += "<e>";
+  for (int i = 0; i < levels; ++i) xml += "</e>";
+  return xml;
+}
+
+// Fuzz inputs: every prefix of every seed, then `count` seeds changed by one to `maxEdits` random
+// edits (a character replaced, erased or inserted). New characters come from `alphabet`, one in
+// eight an arbitrary non-zero byte.
+inline std::vector<std::string> MutatedTexts(const std::vector<std::string>& seeds,
+                                             const std::string& alphabet, int count,
+                                             unsigned rngSeed, int maxEdits = 4) {
+  std::vector<std::string> texts;
+  for (const std::string& seed : seeds) {
+    for (std::size_t n = 0; n <= seed.size(); ++n) texts.push_back(seed.substr(0, n));
+  }
+  std::mt19937 rng(rngSeed);
+  for (int i = 0; i < count; ++i) {
+    std::string text = seeds[rng() % seeds.size()];
+    const int edits = 1 + static_cast<int>(rng() % static_cast<unsigned>(maxEdits));
+    for (int e = 0; e < edits; ++e) {
+      const std::size_t at = rng() % (text.size() + 1);
+      const char c =
+          rng() % 8 == 0 ? static_cast<char>(1 + rng() % 255) : alphabet[rng() % alphabet.size()];
+      const unsigned kind = rng() % 3;
+      if (kind == 0 || at == text.size()) {
+        text.insert(at, 1, c);
+      } else if (kind == 1) {
+        text[at] = c;
+      } else {
+        text.erase(at, 1);
+      }
+    }
+    texts.push_back(text);
+  }
+  return texts;
+}
+
+// A heap copy of `text` and its terminating zero, exactly that long.
+inline std::unique_ptr<char[]> ExactCopy(const std::string& text) {
+  std::unique_ptr<char[]> copy(new char[text.size() + 1]);
+  std::memcpy(copy.get(), text.c_str(), text.size() + 1);
+  return copy;
 }
 
 }  // namespace test

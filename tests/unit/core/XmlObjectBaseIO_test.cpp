@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <unistd.h>
 
@@ -34,13 +33,6 @@ CSmartPtr<CTestNode> Parse(const char* xml) {
   node->FromXml(xml);
   return node;
 }
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-bool FileExists(const std::string& path) { return std::ifstream(path).good(); }
 
 TEST(CXmlObjectBaseIO, ToXmlHeaderAndFormatting) {
   CSmartPtr<CTestNode> node = Parse("<a><b>t</b></a>");
@@ -109,7 +101,7 @@ TEST(CXmlObjectBaseIO, FilesInEveryMode) {
         back->FromXmlFile(path.c_str());
         EXPECT_EQ(DiffTrees(*original, *back), "");
         if (c == CompressionType_None && e == XmlEncoding_UTF8) {
-          EXPECT_EQ(ReadFile(path), original->ToXml(true, false, EOLType_CRLF));
+          EXPECT_EQ(test::ReadFile(path), original->ToXml(true, false, EOLType_CRLF));
         }
       }
     }
@@ -123,7 +115,7 @@ TEST(CXmlObjectBaseIO, FilesInEveryMode) {
                             CXmlSerializationContext::GetDefaultContext(), CompressionType_ZLib);
       },
       "ZLIB Compression only available for To Stream methods.");
-  EXPECT_FALSE(FileExists(path));
+  EXPECT_FALSE(std::ifstream(path).good());
   std::remove(path.c_str());
 
   const std::string bad = ::testing::TempDir() + "no/such/dir/out.xml";
@@ -198,11 +190,7 @@ TEST(CXmlObjectBaseIO, MisuseGetsClearErrors) {
 TEST(CXmlObjectBaseIO, DeepDocumentsFailCleanly) {
   // 100,000 levels: the tree is built without recursion, and reading stops at the nesting limit
   // instead of overflowing the stack.
-  const int levels = 100000;
-  std::string xml;
-  xml.reserve(levels * 7 + 16);
-  for (int i = 0; i < levels; ++i) xml += "<e>";
-  for (int i = 0; i < levels; ++i) xml += "</e>";
+  const std::string xml = test::NestedElements(100000);
   CSmartPtr<CTestNode> node = new CTestNode();
   ExpectThrowMessage([&] { node->FromXml(xml.c_str()); },
                      "Element nesting is deeper than 2000 levels at element [e]");

@@ -191,15 +191,11 @@ TEST(CBigInteger, NarrowsWithinBounds) {
             std::numeric_limits<long long>::max());
   EXPECT_EQ(static_cast<long long>(CBigInteger("-9223372036854775808")),
             std::numeric_limits<long long>::min());
-  EXPECT_EQ(MessageOf<COvInvalidValueException>(
-                [] { (void)static_cast<long long>(CBigInteger("9223372036854775808")); }),
-            "ERROR: Value out of bound of LONGLONG.");
-  EXPECT_EQ(MessageOf<COvInvalidValueException>(
-                [] { (void)static_cast<long long>(CBigInteger("-9223372036854775809")); }),
-            "ERROR: Value out of bound of LONGLONG.");
-  EXPECT_EQ(MessageOf<COvInvalidValueException>(
-                [] { (void)static_cast<long long>(CBigInteger::Pow10(40)); }),
-            "ERROR: Value out of bound of LONGLONG.");
+  for (const CBigInteger& outside : {CBigInteger("9223372036854775808"),
+                                     CBigInteger("-9223372036854775809"), CBigInteger::Pow10(40)}) {
+    EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { (void)static_cast<long long>(outside); }),
+              "ERROR: Value out of bound of LONGLONG.");
+  }
   EXPECT_EQ(static_cast<int>(CBigInteger("-2147483648")), std::numeric_limits<int>::min());
   EXPECT_EQ(static_cast<int>(CBigInteger("2147483647")), std::numeric_limits<int>::max());
   EXPECT_EQ(MessageOf<COvInvalidValueException>(

@@ -4,9 +4,7 @@
 #include "unit/TestSupport.h"
 
 #include <cstdint>
-#include <cstring>
 #include <gtest/gtest.h>
-#include <memory>
 #include <random>
 #include <string>
 
@@ -169,11 +167,9 @@ TEST(CDateTimeSpan, ComparesAtTheReferenceDates) {
     const CDateTimeSpan a = Span(c.a);
     const CDateTimeSpan b = Span(c.b);
     EXPECT_EQ(a.CompareTo(b), c.expected) << c.a << " vs " << c.b;
-    const R mirror =
-        c.expected == CDateTime::DTCompare_Less
-            ? CDateTime::DTCompare_Greater
-            : (c.expected == CDateTime::DTCompare_Greater ? CDateTime::DTCompare_Less : c.expected);
-    EXPECT_EQ(b.CompareTo(a), mirror) << c.b << " vs " << c.a;
+    EXPECT_EQ(b.CompareTo(a),
+              test::Mirrored(c.expected, CDateTime::DTCompare_Less, CDateTime::DTCompare_Greater))
+        << c.b << " vs " << c.a;
   }
   // The longest durations compare too: the sums are not limited to four-digit years.
   const CDateTimeSpan longest(65535, UINT32_MAX, UINT32_MAX, UINT32_MAX, UINT64_MAX, UINT64_MAX);
@@ -191,32 +187,14 @@ TEST(CDateTimeSpan, ComparesAtTheReferenceDates) {
 // Random and truncated text under the sanitizers: a value or the library's exception, never a
 // read past the terminating zero, and what parses prints back to text that parses the same.
 TEST(CDateTimeSpan, FuzzedTextYieldsValuesOrExceptions) {
-  const char* seeds[] = {"-P1Y2M3DT4H5M6.123456789S", "PT4294967296H", "P1DT0.5S",
-                         "PT99999999999999999999M"};
-  const char alphabet[] = "0123456789-PYMDTHS.";
-  std::mt19937 rng(99);
+  const auto inputs = test::MutatedTexts(
+      {"-P1Y2M3DT4H5M6.123456789S", "PT4294967296H", "P1DT0.5S", "PT99999999999999999999M"},
+      "0123456789-PYMDTHS.", 20000, 99, 3);
   int parsed = 0;
-  for (int i = 0; i < 30000; ++i) {
-    std::string text(seeds[rng() % 4]);
-    if (i % 3 == 0) {
-      text.resize(rng() % (text.size() + 1));
-    } else {
-      for (int e = 0; e < 3; ++e) {
-        const std::size_t at = rng() % (text.size() + 1);
-        const char c = rng() % 8 == 0 ? static_cast<char>(1 + rng() % 255)
-                                      : alphabet[rng() % (sizeof(alphabet) - 1)];
-        if (at < text.size() && rng() % 2 == 0) {
-          text[at] = c;
-        } else {
-          text.insert(at, 1, c);
-        }
-      }
-    }
-    std::unique_ptr<char[]> exact(new char[text.size() + 1]);
-    std::memcpy(exact.get(), text.c_str(), text.size() + 1);
+  for (const std::string& text : inputs) {
     CDateTimeSpan span;
     try {
-      span.ParseXSDDuration(exact.get());
+      span.ParseXSDDuration(test::ExactCopy(text).get());
     } catch (const COvInvalidValueException&) {
       continue;
     }

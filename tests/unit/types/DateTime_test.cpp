@@ -6,11 +6,10 @@
 
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
-#include <memory>
 #include <random>
 #include <string>
-#include <vector>
 
 using namespace OvXmlLib6;
 using test::MessageOf;
@@ -143,15 +142,48 @@ TEST(CDateTime, RefusesBadTextWithItsMessages) {
   EXPECT_THROW(Date("2003-02-29"), COvInvalidValueException);
 }
 
-TEST(CDateTime, PrintsOnlyASetValue) {
-  EXPECT_EQ(MessageOf([] { CDateTime().ToString(); }), "Date Not Set");
-  EXPECT_EQ(MessageOf([] { Time("00:00:00").ToString(); }), "Date Not Set");
+// Each setter and getter refuses what its kind cannot hold, naming the field or the kind.
+TEST(CDateTime, SettersAndGettersRefuseWithTheirMessages) {
+  const CDateTime time = Time("10:20:30.5");
+  const struct {
+    std::function<void()> action;
+    const char* message;
+  } cases[] = {
+      {[] { CDateTime().ToString(); }, "Date Not Set"},
+      {[] { Time("00:00:00").ToString(); }, "Date Not Set"},
+      {[] { CDateTime(CDateTime::gDay).ToString(); }, "Date Not Set"},
+      {[] { CDateTime(10000, 1, 1); }, "Invalid Year [10000] (9999 <= year <= -9999 && year != 0)"},
+      {[] { CDateTime().SetTime(24, 0, 0); }, "Invalid Hour [24] (0 <= hour <= 23)"},
+      {[] { CDateTime().SetTime(0, 60, 0); }, "Invalid Minute [60] (0 <= minute <= 59)"},
+      {[] { CDateTime().SetTime(0, 0, 60); }, "Invalid Second [60] (0 <= second <= 59)"},
+      {[] { CDateTime().SetFracTime(1000, 0, 0); },
+       "Invalid Milli-Second [1000] (0 <= milli <= 999)"},
+      {[] { CDateTime().SetFracTime(0, 1000, 0); },
+       "Invalid Micro-Second [1000] (0 <= micro <= 999)"},
+      {[] { CDateTime(2000, 1, 1, 0, 0, 0, 0, 0, 1000); },
+       "Invalid Nano-Second [1000] (0 <= nano <= 999)"},
+      {[] { CDateTime().SetGMonth(0); }, "Invalid Month [0] (1 <= month <= 12)"},
+      {[&] { time.GetYear(); }, "Failed to GetYear. Invalid Date Type: time."},
+      {[] { Date("---05").GetMonth(); }, "Failed to GetMonth. Invalid Date Type: gDay."},
+      {[] { Date("2004").GetDay(); }, "Failed to GetDay. Invalid Date Type: gYear."},
+      {[] { Date("2004-01-01").GetNanoSecond(); },
+       "Failed to GetNanoSecond. Invalid Date Type: date."},
+      {[&] { time.GetDayOfWeek(); }, "Failed to GetDayOfWeek. Invalid Date Type: time."},
+      {[&] { time.GetZoneHour(); }, "TimeZone is not been used"},
+      {[] { Time("10:00:00Z").GetZoneMinute(); }, "TimeZone is not been used"},
+      {[] { Time("10:00:00").SetTimeZone(24, 0); }, "Invalid TimeZone [24:0]"},
+      {[] { Time("10:00:00").SetTimeZone(-24, 0); }, "Invalid TimeZone [-24:0]"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(MessageOf(c.action), c.message);
+  EXPECT_THROW(time.GetYear(), COvInvalidStateException);
+  EXPECT_EQ(time.GetHour(), 10);
+  EXPECT_DOUBLE_EQ(time.GetRealSecond(), 30.5);
+
   const CDateTime value("2001-10-26T21:32:52");
   EXPECT_EQ(value.ToString(nullptr), "");
   EXPECT_EQ(value.ToString(""), "");
   EXPECT_EQ(value.ToString("G"), "");
   EXPECT_EQ(value.ToString("yyyy"), "Unknown Format: yyyy");
-
   CDateTime fraction;
   fraction.SetTime(1, 2, 3, 0, 40, 0);
   EXPECT_EQ(fraction.ToString(), "01:02:03.00004");
@@ -160,34 +192,16 @@ TEST(CDateTime, PrintsOnlyASetValue) {
   EXPECT_EQ(fraction.ToString(), "00:00:00.0000001");
 }
 
-TEST(CDateTime, SettersValidateAndKeepTheirKind) {
+TEST(CDateTime, SettersKeepTheirKindAndZone) {
   CDateTime value;
   value.SetDate(2004, 2, 29);
   EXPECT_EQ(value.ToString(), "2004-02-29");
   EXPECT_FALSE(value.IsUTC());
-  EXPECT_EQ(MessageOf([&] { value.SetTime(1, 2, 3); }),
+  EXPECT_EQ(MessageOf<COvInvalidStateException>([&] { value.SetTime(1, 2, 3); }),
             "Failed to copy CDateTime. Invalid Date Type: time, expected: date.");
-  EXPECT_THROW(value.SetTime(1, 2, 3), COvInvalidStateException);
   value.SetUTC();
   value.SetDate(2004, 3, 1);  // same kind: allowed, and the zone is cleared
   EXPECT_EQ(value.ToString(), "2004-03-01");
-
-  EXPECT_EQ(MessageOf([] { CDateTime(10000, 1, 1); }),
-            "Invalid Year [10000] (9999 <= year <= -9999 && year != 0)");
-  EXPECT_EQ(MessageOf([] { CDateTime().SetTime(24, 0, 0); }),
-            "Invalid Hour [24] (0 <= hour <= 23)");
-  EXPECT_EQ(MessageOf([] { CDateTime().SetTime(0, 60, 0); }),
-            "Invalid Minute [60] (0 <= minute <= 59)");
-  EXPECT_EQ(MessageOf([] { CDateTime().SetTime(0, 0, 60); }),
-            "Invalid Second [60] (0 <= second <= 59)");
-  EXPECT_EQ(MessageOf([] { CDateTime().SetFracTime(1000, 0, 0); }),
-            "Invalid Milli-Second [1000] (0 <= milli <= 999)");
-  EXPECT_EQ(MessageOf([] { CDateTime().SetFracTime(0, 1000, 0); }),
-            "Invalid Micro-Second [1000] (0 <= micro <= 999)");
-  EXPECT_EQ(MessageOf([] { CDateTime(2000, 1, 1, 0, 0, 0, 0, 0, 1000); }),
-            "Invalid Nano-Second [1000] (0 <= nano <= 999)");
-  EXPECT_EQ(MessageOf([] { CDateTime().SetGMonth(0); }), "Invalid Month [0] (1 <= month <= 12)");
-  EXPECT_EQ(MessageOf([] { CDateTime(CDateTime::gDay).ToString(); }), "Date Not Set");
 
   CDateTime gMonthDay;
   gMonthDay.SetGMonthDay(2, 29);
@@ -196,30 +210,10 @@ TEST(CDateTime, SettersValidateAndKeepTheirKind) {
   CDateTime gYearMonth;
   gYearMonth.SetGYearMonth(-1, 12);
   EXPECT_EQ(gYearMonth.ToString(), "-0001-12");
-}
 
-TEST(CDateTime, GettersAndZoneAccessCheckTheKind) {
-  const CDateTime time = Time("10:20:30.5");
-  EXPECT_EQ(time.GetHour(), 10);
-  EXPECT_DOUBLE_EQ(time.GetRealSecond(), 30.5);
-  EXPECT_EQ(MessageOf([&] { time.GetYear(); }), "Failed to GetYear. Invalid Date Type: time.");
-  EXPECT_THROW(time.GetYear(), COvInvalidStateException);
-  const CDateTime gDay = Date("---05");
-  EXPECT_EQ(MessageOf([&] { gDay.GetMonth(); }), "Failed to GetMonth. Invalid Date Type: gDay.");
-  EXPECT_EQ(MessageOf([&] { Date("2004").GetDay(); }),
-            "Failed to GetDay. Invalid Date Type: gYear.");
-  EXPECT_EQ(MessageOf([&] { Date("2004-01-01").GetNanoSecond(); }),
-            "Failed to GetNanoSecond. Invalid Date Type: date.");
-  EXPECT_EQ(MessageOf([&] { time.GetDayOfWeek(); }),
-            "Failed to GetDayOfWeek. Invalid Date Type: time.");
-
-  EXPECT_EQ(MessageOf([&] { time.GetZoneHour(); }), "TimeZone is not been used");
-  EXPECT_EQ(MessageOf([] { Time("10:00:00Z").GetZoneMinute(); }), "TimeZone is not been used");
   CDateTime zoned = Time("10:00:00");
   zoned.SetTimeZone(-23, 59);
   EXPECT_EQ(zoned.ToString(), "10:00:00-23:59");
-  EXPECT_EQ(MessageOf([&] { zoned.SetTimeZone(24, 0); }), "Invalid TimeZone [24:0]");
-  EXPECT_EQ(MessageOf([&] { zoned.SetTimeZone(-24, 0); }), "Invalid TimeZone [-24:0]");
   zoned.SetUTC();
   EXPECT_FALSE(zoned.HasTimeZone());
   EXPECT_EQ(zoned.ToString(), "10:00:00Z");
@@ -262,53 +256,48 @@ TEST(CDateTime, DayOfYearAndWeekFollowTheirFormulas) {
   EXPECT_EQ(Date("-0003-01-01").GetDayOfWeek(), static_cast<unsigned char>((1 - 1095 + 3 - 3) % 7));
 }
 
+// Each pair compared from both sides. A zoneless value within 14 hours of a zoned one cannot be
+// ordered; an offset zone is normalised before that window applies.
 TEST(CDateTime, ComparesByTheSchemaOrder) {
-  EXPECT_EQ(CDateTime("2000-01-01T12:00:00").CompareTo(CDateTime("2000-01-01T12:00:00")), kEq);
-  EXPECT_EQ(CDateTime("2000-01-01T12:00:00").CompareTo(CDateTime("2000-01-01T12:00:00.000000001")),
-            kLt);
-  EXPECT_EQ(CDateTime("2000-01-01T12:00:00+05:00").CompareTo(CDateTime("2000-01-01T07:00:00Z")),
-            kEq);
-  EXPECT_EQ(CDateTime("2000-01-01T01:00:00+05:00").CompareTo(CDateTime("1999-12-31T21:00:00Z")),
-            kLt);
-  EXPECT_EQ(CDateTime("2000-01-01T12:00:00-05:30").CompareTo(CDateTime("2000-01-01T17:30:00Z")),
-            kEq);
-  // Years of opposite sign are not ordered.
-  EXPECT_EQ(CDateTime("-0001-01-01T00:00:00").CompareTo(CDateTime("0001-01-01T00:00:00")), kIn);
-
+  const char* const zoned = "2000-01-15T12:00:00Z";
+  const struct {
+    const char* a;
+    const char* b;
+    CDateTime::DTCompareResult expected;  // a.CompareTo(b)
+  } cases[] = {
+      {"2000-01-01T12:00:00", "2000-01-01T12:00:00", kEq},
+      {"2000-01-01T12:00:00", "2000-01-01T12:00:00.000000001", kLt},
+      {"2000-01-01T12:00:00+05:00", "2000-01-01T07:00:00Z", kEq},
+      {"2000-01-01T01:00:00+05:00", "1999-12-31T21:00:00Z", kLt},
+      {"2000-01-01T12:00:00-05:30", "2000-01-01T17:30:00Z", kEq},
+      {"-0001-01-01T00:00:00", "0001-01-01T00:00:00", kIn},  // years of opposite sign
+      {"2000-01-14T21:59:59", zoned, kLt},
+      {"2000-01-14T22:00:00", zoned, kIn},
+      {"2000-01-15T12:00:00", zoned, kIn},
+      {"2000-01-16T02:00:00", zoned, kIn},
+      {"2000-01-16T02:00:00.000000001", zoned, kGt},
+      {"2000-01-20T00:00:00", zoned, kGt},
+      {"2000-01-14T23:59:59", "2000-01-15T12:00:00-02:00", kLt},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(CDateTime(c.a).CompareTo(CDateTime(c.b)), c.expected) << c.a << " vs " << c.b;
+    EXPECT_EQ(CDateTime(c.b).CompareTo(CDateTime(c.a)), test::Mirrored(c.expected, kLt, kGt))
+        << c.b << " vs " << c.a;
+  }
   // Dates compare until they need a time field.
   EXPECT_EQ(Date("2000-01-01").CompareTo(Date("2000-01-02")), kLt);
   EXPECT_EQ(MessageOf([] { Date("2000-01-01").CompareTo(Date("2000-01-01")); }),
             "Failed to GetHour. Invalid Date Type: date.");
   EXPECT_EQ(MessageOf([] { Time("10:00:00").CompareTo(Time("11:00:00")); }),
             "Failed to GetYear. Invalid Date Type: time.");
-}
 
-TEST(CDateTime, IsIndeterminateWithinFourteenHoursOfAZone) {
-  const CDateTime zoned("2000-01-15T12:00:00Z");
-  struct Case {
-    const char* zoneless;
-    CDateTime::DTCompareResult expected;  // zoneless.CompareTo(zoned)
-  };
-  const Case cases[] = {
-      {"2000-01-14T21:59:59", kLt},           {"2000-01-14T22:00:00", kIn},
-      {"2000-01-15T12:00:00", kIn},           {"2000-01-16T02:00:00", kIn},
-      {"2000-01-16T02:00:00.000000001", kGt}, {"2000-01-20T00:00:00", kGt},
-  };
-  for (const Case& c : cases) {
-    const CDateTime zoneless(c.zoneless);
-    EXPECT_EQ(zoneless.CompareTo(zoned), c.expected) << c.zoneless;
-    // Antisymmetric: the mirror from the other side.
-    const CDateTime::DTCompareResult mirror =
-        c.expected == kLt ? kGt : (c.expected == kGt ? kLt : c.expected);
-    EXPECT_EQ(zoned.CompareTo(zoneless), mirror) << c.zoneless;
-  }
+  // The operators of an indeterminate pair: only != holds.
   const CDateTime inside("2000-01-15T12:00:00");
-  EXPECT_FALSE(inside == zoned);
-  EXPECT_FALSE(inside < zoned || inside <= zoned || inside > zoned || inside >= zoned);
-  EXPECT_TRUE(inside != zoned);
-  // An offset zone is normalised before the window is applied.
-  EXPECT_EQ(CDateTime("2000-01-14T23:59:59").CompareTo(CDateTime("2000-01-15T12:00:00-02:00")),
-            kLt);
+  const CDateTime zonedValue(zoned);
+  EXPECT_FALSE(inside == zonedValue);
+  EXPECT_FALSE(inside < zonedValue || inside <= zonedValue || inside > zonedValue ||
+               inside >= zonedValue);
+  EXPECT_TRUE(inside != zonedValue);
 
   // Antisymmetry on random pairs, with and without zones.
   std::mt19937 rng(7);
@@ -322,11 +311,7 @@ TEST(CDateTime, IsIndeterminateWithinFourteenHoursOfAZone) {
   for (int i = 0; i < 2000; ++i) {
     const CDateTime a = random();
     const CDateTime b = random();
-    const CDateTime::DTCompareResult ab = a.CompareTo(b);
-    const CDateTime::DTCompareResult ba = b.CompareTo(a);
-    EXPECT_EQ(ab == kLt, ba == kGt);
-    EXPECT_EQ(ab == kEq, ba == kEq);
-    EXPECT_EQ(ab == kIn, ba == kIn);
+    EXPECT_EQ(b.CompareTo(a), test::Mirrored(a.CompareTo(b), kLt, kGt));
   }
 }
 
@@ -420,12 +405,7 @@ TEST(CDateTime, ConvertsToAndFromThePlatformRecords) {
   EXPECT_EQ(MessageOf([&] { CDateTime{st}; }),
             "Invalid Year [40000] (9999 <= year <= -9999 && year != 0)");
 
-  // Seconds counts round-trip through the calendar.
-  std::mt19937_64 rng(3);
-  for (int i = 0; i < 1000; ++i) {
-    const std::int64_t seconds = static_cast<std::int64_t>(rng() % 500000000000ULL) - 250000000000;
-    ASSERT_EQ(CDateTime(seconds).GetTime(), seconds);
-  }
+  // The calendar itself is checked against the C library in the port's tests.
 
   const CDateTime now = CDateTime::GetTickCount();
   EXPECT_EQ(now.GetType(), CDateTime::dateTime);
@@ -436,65 +416,31 @@ TEST(CDateTime, ConvertsToAndFromThePlatformRecords) {
 // Random and truncated text goes to every parser under the sanitizers: each call either yields a
 // value or one of the library's exceptions, and whatever parses prints and re-parses unchanged.
 TEST(CDateTime, FuzzedTextYieldsValuesOrExceptions) {
-  const char* seeds[] = {"2001-10-26T21:32:52.123456789+02:00",
-                         "-0044-03-15Z",
-                         "--02-29-05:00",
-                         "---45",
-                         "12:00:00.5Z",
-                         "2004-05",
-                         "--05--",
-                         "0001-01-01T00:00:00Z"};
-  const char alphabet[] = "0123456789-:.TZ+ Pz";
-  std::mt19937 rng(2024);
-  std::vector<std::string> inputs;
-  for (const char* seed : seeds) {
-    for (std::size_t n = 0; n <= std::strlen(seed); ++n) inputs.emplace_back(seed, n);
-  }
-  for (int i = 0; i < 20000; ++i) {
-    std::string text(seeds[rng() % 8]);
-    const int edits = 1 + rng() % 4;
-    for (int e = 0; e < edits && !text.empty(); ++e) {
-      const std::size_t at = rng() % text.size();
-      switch (rng() % 3) {
-        case 0:
-          text[at] = alphabet[rng() % (sizeof(alphabet) - 1)];
-          break;
-        case 1:
-          text.erase(at, 1);
-          break;
-        default:
-          text.insert(at, 1, static_cast<char>(1 + rng() % 255));
-      }
-    }
-    inputs.push_back(text);
-  }
+  const auto inputs =
+      test::MutatedTexts({"2001-10-26T21:32:52.123456789+02:00", "-0044-03-15Z", "--02-29-05:00",
+                          "---45", "12:00:00.5Z", "2004-05", "--05--", "0001-01-01T00:00:00Z"},
+                         "0123456789-:.TZ+ Pz", 20000, 2024);
+  const auto parse = [](int parser, CDateTime& value, const char* text) {
+    if (parser == 0) value.ParseXSDDate(text);
+    if (parser == 1) value.ParseXSDTime(text);
+    if (parser == 2) value.ParseXSDDateTime(text);
+  };
   const CDateTime reference("2000-01-01T00:00:00");
   int parsed = 0;
   for (const std::string& input : inputs) {
-    // An exact-size heap copy, so that reading past the terminating zero is caught.
-    std::unique_ptr<char[]> exact(new char[input.size() + 1]);
-    std::memcpy(exact.get(), input.c_str(), input.size() + 1);
+    const auto exact = test::ExactCopy(input);
     for (int parser = 0; parser < 3; ++parser) {
       CDateTime value;
-      try {
-        if (parser == 0) value.ParseXSDDate(exact.get());
-        if (parser == 1) value.ParseXSDTime(exact.get());
-        if (parser == 2) value.ParseXSDDateTime(exact.get());
-      } catch (const COvException&) {
-        continue;
-      }
+      if (MessageOf([&] { parse(parser, value, exact.get()); }) != "no exception") continue;
       ++parsed;
       std::string printed;
-      try {
-        printed = value.ToString();
-      } catch (const COvException& e) {
-        EXPECT_EQ(e.GetMessage(), "Date Not Set") << input;
+      const std::string error = MessageOf([&] { printed = value.ToString(); });
+      if (error != "no exception") {
+        EXPECT_EQ(error, "Date Not Set") << input;
         continue;
       }
       CDateTime again;
-      if (parser == 0) again.ParseXSDDate(printed.c_str());
-      if (parser == 1) again.ParseXSDTime(printed.c_str());
-      if (parser == 2) again.ParseXSDDateTime(printed.c_str());
+      parse(parser, again, printed.c_str());
       EXPECT_EQ(again.ToString(), printed) << input;
       try {
         value.CompareTo(reference);

@@ -8,6 +8,8 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 using namespace OvXmlLib6;
 using test::MessageOf;
@@ -53,15 +55,12 @@ TEST(CDecimal, ParsesLexicalForms) {
 }
 
 TEST(CDecimal, RejectsInvalidCharsWithTheirPosition) {
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("12a"); }), InvalidChar(2, "12a"));
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1.2.3"); }),
-            InvalidChar(3, "1.2.3"));
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1.5-"); }), InvalidChar(3, "1.5-"));
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1e5-"); }), InvalidChar(3, "1e5-"));
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1e2.5"); }),
-            InvalidChar(3, "1e2.5"));
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("0x10"); }), InvalidChar(1, "0x10"));
-  EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1\v"); }), InvalidChar(1, "1\v"));
+  const std::pair<const char*, int> refused[] = {
+      {"12a", 2}, {"1.2.3", 3}, {"1.5-", 3}, {"1e5-", 3}, {"1e2.5", 3}, {"0x10", 1}, {"1\v", 1}};
+  for (const auto& r : refused) {
+    EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { CDecimal{r.first}; }),
+              InvalidChar(r.second, r.first));
+  }
   EXPECT_EQ(MessageOf<COvInvalidValueException>([] { CDecimal("1e100001"); }),
             "The string representing a Decimal, contained an exponent out of range at position 7 "
             "[1e100001]");
@@ -193,38 +192,27 @@ TEST(CDecimal, ComparesByValue) {
 // prints to text that reads back as the same value. Run under the sanitizers, this also checks
 // that no text reads or writes out of bounds.
 TEST(CDecimal, FuzzedTextsGiveValuesOrInvalidValueErrors) {
-  static const char alphabet[] = "0123456789+-.eE \t\r\n0123456789x,";
-  const char* seeds[] = {"-12 345.678e-3", "+1.5E+2", "0.000000000000000000000000000000001e31",
-                         "99999999999999999999.99999999999999999999", "1e99999"};
-  std::mt19937 rng(1);
-  auto check = [](const std::string& text) {
-    for (int kind = 0; kind < 2; ++kind) {
-      try {
-        if (kind == 0) {
-          const CDecimal value(text.c_str());
-          ASSERT_EQ(CDecimal(value.ToString().c_str()), value) << text;
-          (void)value.ToString(3);
-        } else {
-          const CBigInteger value(text.c_str());
-          ASSERT_EQ(CBigInteger(value.ToString().c_str()), value) << text;
-        }
-      } catch (const COvInvalidValueException&) {
-      }
-    }
-  };
-  for (const char* seed : seeds) {
-    const std::string text(seed);
-    for (std::size_t n = 0; n <= text.size(); ++n) check(text.substr(0, n));
-  }
-  for (int n = 0; n < 3000; ++n) {
-    std::string text(rng() % 40, ' ');
-    for (char& c : text) {
-      c = n % 4 == 0 ? static_cast<char>(1 + rng() % 255) : alphabet[rng() % (sizeof alphabet - 1)];
-    }
-    check(text);
-  }
+  std::vector<std::string> inputs =
+      test::MutatedTexts({"-12 345.678e-3", "+1.5E+2", "0.000000000000000000000000000000001e31",
+                          "99999999999999999999.99999999999999999999", "1e99999", ""},
+                         "0123456789+-.eE \t\r\nx,", 3000, 1, 12);
   // Long texts take the heap path of the parser.
+  std::mt19937 rng(1);
   std::string longText;
-  for (int n = 0; n < 500; ++n) longText += alphabet[rng() % 12];
-  for (std::size_t n = 100; n <= longText.size(); n += 37) check(longText.substr(0, n));
+  for (int n = 0; n < 500; ++n) longText += "0123456789.e"[rng() % 12];
+  for (std::size_t n = 100; n <= longText.size(); n += 37) inputs.push_back(longText.substr(0, n));
+  for (const std::string& text : inputs) {
+    const auto exact = test::ExactCopy(text);
+    try {
+      const CDecimal value(exact.get());
+      ASSERT_EQ(CDecimal(value.ToString().c_str()), value) << text;
+      (void)value.ToString(3);
+    } catch (const COvInvalidValueException&) {
+    }
+    try {
+      const CBigInteger value(exact.get());
+      ASSERT_EQ(CBigInteger(value.ToString().c_str()), value) << text;
+    } catch (const COvInvalidValueException&) {
+    }
+  }
 }
