@@ -28,6 +28,7 @@ namespace {
 constexpr std::size_t kBlockSize = 16 * 1024;
 constexpr std::size_t kBlocksPerSlab = 64;
 constexpr std::size_t kSpareSlabs = 4;
+// The strictest alignment an object handed out may need.
 constexpr std::size_t kGrain = alignof(std::max_align_t);
 
 struct Slab;
@@ -48,7 +49,8 @@ constexpr std::int64_t kBias = std::int64_t{1} << 40;
 // allocations, which later aligned requests cannot use: a long-running process would see its
 // heap grow and every request get slower. A free block goes back to its slab and is handed out
 // again first; a slab whose blocks are all free goes back to the heap, except the last few
-// (kSpareSlabs, 4 MiB in all), kept for the next requests. Slabs change hands only once per block, so one lock serves every thread.
+// (kSpareSlabs, 4 MiB in all), kept for the next requests. Slabs change hands only once per block,
+// so one lock serves every thread.
 struct Slab {
   Slab* previous;  // in the list of slabs with free blocks
   Slab* next;
@@ -60,7 +62,7 @@ struct Slab {
 struct SlabList {
   std::mutex lock;
   Slab* withFree = nullptr;  // slabs with at least one free block, the newest first
-  Slab* spares = nullptr;  // slabs with every block free, kept for the next requests
+  Slab* spares = nullptr;    // slabs with every block free, kept for the next requests
   std::size_t spareCount = 0;
 };
 
@@ -103,7 +105,8 @@ BlockHeader* TakeBlock() {
       --slabs.spareCount;
     } else {
       std::unique_ptr<Slab> made(new Slab{nullptr, nullptr, nullptr, nullptr, 0});
-      made->memory = static_cast<char*>(std::aligned_alloc(kBlockSize, kBlockSize * kBlocksPerSlab));
+      made->memory =
+          static_cast<char*>(std::aligned_alloc(kBlockSize, kBlockSize * kBlocksPerSlab));
       if (made->memory == nullptr) throw std::bad_alloc();
       for (std::size_t i = kBlocksPerSlab; i-- > 0;) {
         void* block = made->memory + i * kBlockSize;
@@ -215,11 +218,21 @@ void* AllocateSmall(std::size_t size) {
   return ::operator new(size);
 #else
   if (size > kMaxPooledObjectSize) return ::operator new(size);
-  const std::size_t rounded = (size + kGrain - 1) & ~(kGrain - 1);
+  // Sizes go up to a multiple of 8. A type that needs 16-byte alignment has a size that is a
+  // multiple of 16, so such sizes start on a 16-byte boundary; nothing else needs more than 8.
+  const std::size_t rounded = (size + 7) & ~std::size_t{7};
   Filling& filling = t_filling;
-  if (static_cast<std::size_t>(filling.end - filling.next) < rounded) StartBlock(filling);
-  void* memory = filling.next;
-  filling.next += rounded;
+  char* start = filling.next;
+  if (start != nullptr && rounded % kGrain == 0) {
+    start += (kGrain - reinterpret_cast<std::uintptr_t>(start) % kGrain) % kGrain;
+  }
+  if (start == nullptr || start > filling.end ||
+      static_cast<std::size_t>(filling.end - start) < rounded) {
+    StartBlock(filling);  // a block's first object starts on a 16-byte boundary
+    start = filling.next;
+  }
+  void* memory = start;
+  filling.next = start + rounded;
   ++filling.cut;
   if (filling.exiting) Retire(filling);
   return memory;

@@ -8,7 +8,8 @@
 namespace OvXmlLib6 {
 namespace detail {
 
-// Memory for `size` bytes, aligned for any object; throws std::bad_alloc.
+// Memory for `size` bytes, aligned for any object of that size (16 bytes when the size is a
+// multiple of 16, else 8); throws std::bad_alloc.
 void* AllocateSmall(std::size_t size);
 // Gives back memory from AllocateSmall with the same size; null is ignored.
 void FreeSmall(void* memory, std::size_t size) noexcept;
