@@ -4,11 +4,12 @@
 // together, and the general-purpose heap spends more time on them than the parse itself.
 //
 // Objects up to kMaxPooledObjectSize bytes are cut one after the other from 16 KiB blocks that
-// each thread fills in turn; a block goes back to the heap when its last object is deleted, on
-// whichever thread that happens. Objects made together therefore sit together in memory, and
-// releasing a tree costs no per-object heap bookkeeping. The price: an object that outlives the
-// others of its block keeps the whole block (at most 16 KiB) alive until it goes. Larger objects
-// (a derived class, say) use the ordinary heap.
+// each thread fills in turn; a block is free again when its last object is deleted, on whichever
+// thread that happens. Blocks come from 1 MiB slabs that go back to the heap once all their
+// blocks are free (the last four are kept). Objects made together therefore sit together in
+// memory, and releasing a tree costs no per-object heap bookkeeping. The price: an object that
+// outlives the others of its block keeps the whole block (at most 16 KiB) in use until it goes.
+// Larger objects (a derived class, say) use the ordinary heap.
 #ifndef OVXMLLIB6_CORE_POOLEDOBJECT_H
 #define OVXMLLIB6_CORE_POOLEDOBJECT_H
 
