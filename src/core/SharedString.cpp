@@ -17,12 +17,6 @@ CSharedString CSharedString::Permanent(std::string_view text) {
   return permanent;
 }
 
-CSharedString::CSharedString(const CSharedString& other) noexcept : m_block(other.m_block) {
-  if (m_block != nullptr && !m_block->permanent) {
-    m_block->references.fetch_add(1, std::memory_order_relaxed);
-  }
-}
-
 CSharedString& CSharedString::operator=(const CSharedString& other) noexcept {
   if (m_block != other.m_block) {
     if (other.m_block != nullptr && !other.m_block->permanent) {
@@ -51,12 +45,11 @@ CSharedString& CSharedString::operator=(std::string_view text) {
   return *this;
 }
 
-CSharedString::~CSharedString() { Release(); }
-
 void CSharedString::Release() noexcept {
-  // A permanent block is never freed; the pointer stays, so that leak checkers still see the
-  // block reachable from a static string after its destruction.
-  if (m_block == nullptr || m_block->permanent) return;
+  if (m_block != nullptr && !m_block->permanent) ReleaseCounted();
+}
+
+void CSharedString::ReleaseCounted() noexcept {
   if (m_block->references.fetch_sub(1, std::memory_order_acq_rel) == 1) delete m_block;
   m_block = nullptr;
 }

@@ -25,13 +25,22 @@ CXmlCollection::CXmlCollection(const CSharedString& elementName, const CSharedSt
 
 CXmlCollection::~CXmlCollection() {
   if (!HasEventListeners()) {
-    // The next node and its item are requested while the current one goes.
-    while (m_head != nullptr) {
-      if (CNode* next = m_head->m_next) {
+    // Nobody watches: the nodes go one after the other without relinking the list, the next
+    // node and its item requested while the current one goes.
+    CNode* node = m_head;
+    m_head = m_tail = nullptr;
+    m_count = 0;
+    while (node != nullptr) {
+      CNode* next = node->m_next;
+      if (next != nullptr) {
         detail::Prefetch(next);
         detail::Prefetch(next->m_item);
       }
-      UnlinkNode(m_head);
+      CXmlObjectBase* item = node->m_item;
+      node->~CNode();
+      detail::FreeSmall(node, sizeof(CNode));
+      detail::ReleaseDeferred(item);
+      node = next;
     }
     return;
   }

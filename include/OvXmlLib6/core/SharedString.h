@@ -28,7 +28,13 @@ class OVXML_API CSharedString {
   // A null pointer gives the empty string.
   explicit CSharedString(const char* text)
       : CSharedString(text != nullptr ? std::string_view(text) : std::string_view()) {}
-  CSharedString(const CSharedString& other) noexcept;
+  // Copies and destruction are inline: objects copy names by the hundred thousand, and most
+  // names are permanent or empty, which needs no counting at all.
+  CSharedString(const CSharedString& other) noexcept : m_block(other.m_block) {
+    if (m_block != nullptr && !m_block->permanent) {
+      m_block->references.fetch_add(1, std::memory_order_relaxed);
+    }
+  }
   CSharedString(CSharedString&& other) noexcept : m_block(other.m_block) {
     other.m_block = nullptr;
   }
@@ -39,7 +45,11 @@ class OVXML_API CSharedString {
   CSharedString& operator=(const char* text) {
     return *this = (text != nullptr ? std::string_view(text) : std::string_view());
   }
-  ~CSharedString();
+  ~CSharedString() {
+    // A permanent block is never freed; the pointer stays, so that leak checkers still see the
+    // block reachable from a static string after its destruction.
+    if (m_block != nullptr && !m_block->permanent) ReleaseCounted();
+  }
 
   // A string that is never freed, for names made once and used for the life of the process
   // (descriptor tables, fixed collection names, restriction keywords): its copies share it
@@ -73,6 +83,8 @@ class OVXML_API CSharedString {
   };
   static const std::string& Empty() noexcept;
   void Release() noexcept;
+  // Drops this copy's reference to a counted block, freeing it with the last one.
+  void ReleaseCounted() noexcept;
 
   Block* m_block;
 };
