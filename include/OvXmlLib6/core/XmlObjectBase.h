@@ -63,10 +63,10 @@ OVXML_API std::uint32_t GetMaxNestingDepth();
 class OVXML_API IEventSink {
  public:
   enum MsgType : std::int32_t {
-    MsgType_CollectionChange = 0,          // data: null
-    MsgType_CollectionAdd = 1,             // an item is about to be added; data: the item
-    MsgType_CollectionAddComplete = 2,     // an item was added; data: the item
-    MsgType_CollectionRemove = 3,          // an item is about to be removed; data: int* index
+    MsgType_CollectionChange = 0,       // data: null
+    MsgType_CollectionAdd = 1,          // about to add; data: the item or value being added
+    MsgType_CollectionAddComplete = 2,  // added; data: the item or value as the collection holds it
+    MsgType_CollectionRemove = 3,       // an item is about to be removed; data: int* index
     MsgType_CollectionRemoveComplete = 4,  // an item was removed; data: int* index
   };
   virtual void OnEvent(CXmlObjectBase* source, MsgType type, void* data) = 0;
