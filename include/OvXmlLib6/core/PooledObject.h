@@ -26,7 +26,8 @@ class OVXML_API CPooledObject {
   static void* operator new(std::size_t size);
   // Sized: a virtual destructor passes the size of the object's own class.
   static void operator delete(void* memory, std::size_t size) noexcept;
-  // Placement forms, which the class-specific ones would otherwise hide.
+  // Placement forms, which the class-specific ones would otherwise hide. There is no
+  // non-throwing form: its matching delete would not know the size the memory came with.
   static void* operator new(std::size_t, void* place) noexcept { return place; }
   static void operator delete(void*, void*) noexcept {}
 
