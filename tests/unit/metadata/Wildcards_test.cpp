@@ -162,10 +162,7 @@ TEST(CXmlSerializationContext, AdditionalRootAttributesAreSharedByCopiesAndWritt
 TEST(CElement, VeryDeepDocumentsAreReadAndReleasedWithoutRecursion) {
   // Writing such a tree back is covered by the ovxml tool's deep-document round trip.
   const int levels = 100000;
-  std::string xml;
-  xml.reserve(levels * 7);
-  for (int i = 0; i < levels; ++i) xml += "<e>";
-  for (int i = 0; i < levels; ++i) xml += "</e>";
+  const std::string xml = test::NestedElements(levels);
   CSmartPtr<CElement> root = new CElement("root");
   root->FromXml(xml.c_str());
   CElement* deepest = root;
