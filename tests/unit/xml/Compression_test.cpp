@@ -11,7 +11,6 @@
 #include <string>
 
 using namespace OvXmlLib6;
-using test::ExpectThrowMessage;
 using test::UBytes;
 
 namespace {
@@ -42,6 +41,8 @@ TEST(Compression, RoundTripsGzipAndZlib) {
       EXPECT_FALSE(detail::TryInflate(p, cut, part)) << cut;
     }
   }
+  // Deflating no input at all is refused.
+  EXPECT_THROW(detail::Deflate(nullptr, 0, 2), COvException);
 }
 
 TEST(Compression, PlainAndCorruptInputIsNotInflated) {
@@ -71,21 +72,12 @@ TEST(Compression, InflationIsCappedByTheProcessLimit) {
   const CBinaryData bomb = detail::Deflate(UBytes(zeros), zeros.size(), 1);
   SetMaxInflatedSize(1 << 20);
   CBinaryData out;
-  try {
-    detail::TryInflate(bomb.GetData(), bomb.GetLength(), out);
-    ADD_FAILURE() << "no exception";
-  } catch (const COvException& e) {
-    EXPECT_NE(e.GetMessage().find("limit of 1048576 bytes"), std::string::npos);
-  }
+  EXPECT_NE(test::MessageOf([&] {
+              detail::TryInflate(bomb.GetData(), bomb.GetLength(), out);
+            }).find("limit of 1048576 bytes"),
+            std::string::npos);
   SetMaxInflatedSize(0);
   EXPECT_EQ(GetMaxInflatedSize(), std::uint64_t{1} << 30);
   EXPECT_TRUE(detail::TryInflate(bomb.GetData(), bomb.GetLength(), out));
   EXPECT_EQ(out.GetLength(), zeros.size());
-}
-
-TEST(Compression, IncompressibleOutputFailsWithZlibsCode) {
-  const std::string few = "ab";
-  ExpectThrowMessage([&] { detail::Deflate(UBytes(few), few.size(), 1); },
-                     "Failed to compress data. [Error Code: -5]");
-  EXPECT_THROW(detail::Deflate(nullptr, 0, 2), COvException);
 }
