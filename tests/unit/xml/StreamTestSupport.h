@@ -1,6 +1,6 @@
-// Helpers for the stream and writer tests: zlib's own inflation, and a memory file system,
-// installed as the library's current one for the life of a scope, that fails chosen calls with
-// chosen errors.
+// Helpers for the stream, writer and reader tests: bytes of strings, the library's deflation and
+// zlib's own inflation, and a memory file system, installed as the library's current one for the
+// life of a scope, that fails chosen calls with chosen errors.
 #ifndef OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
 #define OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
 
@@ -8,9 +8,11 @@
 #include "OvXmlLib6/types/BinaryData.h"
 #include "port/File.h"
 #include "unit/TestSupport.h"
+#include "xml/Compression.h"
 
 #include <zlib.h>
 
+#include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -18,6 +20,16 @@
 
 namespace OvXmlLib6 {
 namespace test {
+
+// The bytes of `s` as the library's byte-block parameters take them.
+inline const unsigned char* UBytes(const std::string& s) {
+  return reinterpret_cast<const unsigned char*>(s.data());
+}
+
+// `text` deflated by the library into a gzip (type 1) or zlib (type 2) stream.
+inline std::string Packed(const std::string& text, int type) {
+  return Bytes(detail::Deflate(UBytes(text), text.size(), type));
+}
 
 // Inflates gzip or zlib data (detected from the header) of at most `capacity` bytes.
 inline std::string Inflate(const CBinaryData& data, std::size_t capacity) {
@@ -37,17 +49,26 @@ inline std::string Inflate(const CBinaryData& data, std::size_t capacity) {
 class CFailingFileSystem : public port::IFileSystem {
  public:
   // Errors to return: from Create, from the write that would pass `writeLimit` bytes in total,
-  // and from Close. 0 means the call goes through.
+  // from Close, from a file's size query, and from a read at or after `failReadsFrom`. 0 means
+  // the call goes through. `reportExtraSize` makes files come up short of their announced size.
   int createError = 0;
   int writeError = 0;
   std::size_t writeLimit = 0;
   int closeError = 0;
+  int sizeError = 0;
+  int readError = 0;
+  std::uint64_t failReadsFrom = 0;
+  std::uint64_t reportExtraSize = 0;
+  int writeCalls = 0;
 
   CFailingFileSystem() : m_memory(port::NewMemoryFileSystem()) { SetCurrent(this); }
   ~CFailingFileSystem() override { SetCurrent(nullptr); }
 
   int OpenRead(const char* path, std::unique_ptr<port::IReadFile>& file) override {
-    return m_memory->OpenRead(path, file);
+    std::unique_ptr<port::IReadFile> inner;
+    const int error = m_memory->OpenRead(path, inner);
+    if (error == 0) file.reset(new Reader(*this, std::move(inner)));
+    return error;
   }
 
   int Create(const char* path, std::unique_ptr<port::IWriteFile>& file) override {
@@ -56,6 +77,14 @@ class CFailingFileSystem : public port::IFileSystem {
     const int error = m_memory->Create(path, inner);
     if (error == 0) file.reset(new Writer(*this, std::move(inner)));
     return error;
+  }
+
+  // Stores a file, past the failures.
+  void Put(const std::string& path, const std::string& content) {
+    std::unique_ptr<port::IWriteFile> file;
+    ASSERT_EQ(m_memory->Create(path.c_str(), file), 0);
+    ASSERT_EQ(file->Write(content.data(), content.size()), 0);
+    file->Close();
   }
 
   // The file's content, or "<missing>".
@@ -71,9 +100,30 @@ class CFailingFileSystem : public port::IFileSystem {
     return content;
   }
 
-  int writeCalls = 0;
-
  private:
+  class Reader : public port::IReadFile {
+   public:
+    Reader(CFailingFileSystem& fs, std::unique_ptr<port::IReadFile> inner)
+        : m_fs(fs), m_inner(std::move(inner)) {}
+    int Size(std::uint64_t& size) override {
+      if (m_fs.sizeError != 0) return m_fs.sizeError;
+      const int error = m_inner->Size(size);
+      size += m_fs.reportExtraSize;
+      return error;
+    }
+    int Read(void* buffer, std::size_t n, std::size_t& got) override {
+      if (m_fs.readError != 0 && m_position >= m_fs.failReadsFrom) return m_fs.readError;
+      const int error = m_inner->Read(buffer, n, got);
+      m_position += got;
+      return error;
+    }
+
+   private:
+    CFailingFileSystem& m_fs;
+    std::unique_ptr<port::IReadFile> m_inner;
+    std::uint64_t m_position = 0;
+  };
+
   class Writer : public port::IWriteFile {
    public:
     Writer(CFailingFileSystem& fs, std::unique_ptr<port::IWriteFile> inner)

@@ -3,7 +3,7 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "port/File.h"
-#include "xml/Compression.h"
+#include "unit/xml/StreamTestSupport.h"
 
 #include <cerrno>
 #include <gtest/gtest.h>
@@ -14,75 +14,13 @@ using namespace OvXmlLib6;
 
 namespace {
 
-// Wraps the memory file system; a file's size query or a read at or after a given offset can be
-// made to fail with an errno value, and a file can be made to come up short.
-class FaultyFileSystem : public port::IFileSystem {
- public:
-  int sizeError = 0;
-  int readError = 0;
-  std::uint64_t failReadsFrom = 0;
-  std::uint64_t reportExtraSize = 0;
-
-  FaultyFileSystem() : m_inner(port::NewMemoryFileSystem()) {}
-  void Put(const std::string& path, const std::string& content) {
-    std::unique_ptr<port::IWriteFile> file;
-    ASSERT_EQ(m_inner->Create(path.c_str(), file), 0);
-    ASSERT_EQ(file->Write(content.data(), content.size()), 0);
-    file->Close();
-  }
-  int OpenRead(const char* path, std::unique_ptr<port::IReadFile>& file) override {
-    std::unique_ptr<port::IReadFile> inner;
-    const int error = m_inner->OpenRead(path, inner);
-    if (error == 0) file.reset(new File(std::move(inner), *this));
-    return error;
-  }
-  int Create(const char* path, std::unique_ptr<port::IWriteFile>& file) override {
-    return m_inner->Create(path, file);
-  }
-
- private:
-  class File : public port::IReadFile {
-   public:
-    File(std::unique_ptr<port::IReadFile> inner, FaultyFileSystem& fs)
-        : m_inner(std::move(inner)), m_fs(fs) {}
-    int Size(std::uint64_t& size) override {
-      if (m_fs.sizeError != 0) return m_fs.sizeError;
-      const int error = m_inner->Size(size);
-      size += m_fs.reportExtraSize;
-      return error;
-    }
-    int Read(void* buffer, std::size_t n, std::size_t& got) override {
-      if (m_fs.readError != 0 && m_position >= m_fs.failReadsFrom) return m_fs.readError;
-      const int error = m_inner->Read(buffer, n, got);
-      m_position += got;
-      return error;
-    }
-
-   private:
-    std::unique_ptr<port::IReadFile> m_inner;
-    FaultyFileSystem& m_fs;
-    std::uint64_t m_position = 0;
-  };
-  std::unique_ptr<port::IFileSystem> m_inner;
-};
-
 class CXmlDocumentLoad : public ::testing::Test {
  protected:
-  void SetUp() override { port::IFileSystem::SetCurrent(&m_fs); }
-  void TearDown() override {
-    port::IFileSystem::SetCurrent(nullptr);
-    AsyncFromXmlFile(false);
+  void TearDown() override { AsyncFromXmlFile(false); }
+  static std::string LoadError(const char* path) {
+    return test::MessageOf([&] { CXmlDocument().Load(path); });
   }
-  std::string LoadError(const char* path) {
-    CXmlDocument doc;
-    try {
-      doc.Load(path);
-    } catch (const COvException& e) {
-      return e.GetMessage();
-    }
-    return "no exception";
-  }
-  FaultyFileSystem m_fs;
+  test::CFailingFileSystem m_fs;
 };
 
 // A document of `records` elements of about 40 bytes each, so sizes can straddle chunks.
@@ -100,12 +38,6 @@ int CountChildren(const CXmlDocument& doc) {
     ++n;
   }
   return n;
-}
-
-std::string Pack(const std::string& text, int type) {
-  const CBinaryData packed =
-      detail::Deflate(reinterpret_cast<const unsigned char*>(text.data()), text.size(), type);
-  return std::string(reinterpret_cast<const char*>(packed.GetData()), packed.GetLength());
 }
 
 }  // namespace
@@ -135,10 +67,9 @@ TEST_F(CXmlDocumentLoad, FilesInBothModesAcrossChunkBoundaries) {
 TEST_F(CXmlDocumentLoad, CompressedInputIsInflatedExceptInAsyncMode) {
   const std::string xml = Records(500);
   for (int type : {1, 2}) {
-    const std::string packed = Pack(xml, type);
+    const std::string packed = test::Packed(xml, type);
     CXmlDocument doc;
-    doc.LoadXmlStream(reinterpret_cast<const unsigned char*>(packed.data()),
-                      static_cast<std::uint32_t>(packed.size()));
+    doc.LoadXmlStream(test::UBytes(packed), static_cast<std::uint32_t>(packed.size()));
     EXPECT_EQ(CountChildren(doc), 500) << type;
 
     m_fs.Put("packed.xml", packed);

@@ -217,18 +217,10 @@ TEST(CXmlDocument, EmptyInputsFailWithTheirMessages) {
   EXPECT_EQ(LoadError(doc, nullptr), "XML String is empty!");
   EXPECT_EQ(LoadError(doc, "  \n\t "), "no element found at line 2");
   // An empty wide string still carries the byte-order mark, so the parser reports it.
-  try {
-    doc.LoadXml(L"");
-    FAIL();
-  } catch (const COvException& e) {
-    EXPECT_EQ(e.GetMessage(), "no element found at line 1");
-  }
-  try {
-    doc.LoadXmlStream(reinterpret_cast<const unsigned char*>("x"), 0);
-    FAIL();
-  } catch (const COvException& e) {
-    EXPECT_EQ(e.GetMessage(), "XML Stream is empty!");
-  }
+  test::ExpectThrowMessage([&] { doc.LoadXml(L""); }, "no element found at line 1");
+  test::ExpectThrowMessage(
+      [&] { doc.LoadXmlStream(reinterpret_cast<const unsigned char*>("x"), 0); },
+      "XML Stream is empty!");
 }
 
 TEST(CXmlDocument, ReloadingReplacesTheTree) {
@@ -282,12 +274,8 @@ TEST(CXmlDocument, CallbackConsumesElementsAsTheyComplete) {
 
   // An exception from the callback comes out of the load unchanged.
   CXmlDocument throwing(&ThrowOnSecond);
-  try {
-    throwing.LoadXml("<r><v>1</v><v>2</v><v>3</v></r>");
-    FAIL();
-  } catch (const COvInvalidValueException& e) {
-    EXPECT_EQ(e.GetMessage(), "callback refused 2");
-  }
+  test::ExpectThrowMessage<COvInvalidValueException>(
+      [&] { throwing.LoadXml("<r><v>1</v><v>2</v><v>3</v></r>"); }, "callback refused 2");
 }
 
 TEST(CXmlDocument, AsciiOnlyKeepsParserBytes) {

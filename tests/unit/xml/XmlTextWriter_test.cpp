@@ -30,17 +30,6 @@ void WriteSample(CXmlTextWriter& w) {
   w.WriteEndElement();
 }
 
-std::string WriteWith(EOLType eol, bool formatted) {
-  CTextStream stream;
-  CXmlTextWriter w(&stream);
-  w.Open();
-  w.SetEOLType(eol);
-  w.SetFormatted(formatted);
-  WriteSample(w);
-  w.Close();
-  return stream.GetEncodedText();
-}
-
 // Runs `body` between Open and Close of a writer over a memory stream; returns the output.
 std::string Write(const std::function<void(CXmlTextWriter&)>& body) {
   CTextStream stream;
@@ -53,40 +42,39 @@ std::string Write(const std::function<void(CXmlTextWriter&)>& body) {
 
 }  // namespace
 
-TEST(CXmlTextWriter, FormatsWithEitherLineEnd) {
-  EXPECT_EQ(WriteWith(EOLType_LF, true),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-            "<root id=\"1\">\n"
-            "\t<empty/>\n"
-            "\t<name>Ann\nLee</name>\n"
-            "\t<list>\n"
-            "\t\t<item/>\n"
-            "\t</list>\n"
-            "</root>\n");
-  EXPECT_EQ(WriteWith(EOLType_CRLF, true),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n"
-            "<root id=\"1\">\r\n"
-            "\t<empty/>\r\n"
-            "\t<name>Ann\r\nLee</name>\r\n"
-            "\t<list>\r\n"
-            "\t\t<item/>\r\n"
-            "\t</list>\r\n"
-            "</root>\r\n");
-  EXPECT_EQ(WriteWith(EOLType_LF, false),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-            "<root id=\"1\"><empty/><name>Ann\nLee</name><list><item/></list></root>");
-}
+TEST(CXmlTextWriter, FormatsWithEitherLineEndAndDeclaresTheEncoding) {
+  const std::string formatted =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<root "
+      "id=\"1\">\n\t<empty/>\n\t<name>Ann\nLee</name>\n\t<list>\n\t\t<item/>\n\t</list>\n</root>\n";
+  std::string crlf;
+  for (char c : formatted) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+  const struct {
+    EOLType eol;
+    bool formatted;
+    std::string expected;
+  } cases[] = {
+      {EOLType_LF, true, formatted},
+      {EOLType_CRLF, true, crlf},
+      {EOLType_LF, false,
+       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+       "<root id=\"1\"><empty/><name>Ann\nLee</name><list><item/></list></root>"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Write([&](CXmlTextWriter& w) {
+                w.SetEOLType(c.eol);
+                w.SetFormatted(c.formatted);
+                WriteSample(w);
+              }),
+              c.expected);
+  }
 
-TEST(CXmlTextWriter, SettingsAndDeclaration) {
+  // A refused line end leaves the one set before.
   CTextStream stream;
   CXmlTextWriter w(&stream);
-  EXPECT_EQ(w.GetEOLType(), EOLType_LF);
-  EXPECT_TRUE(w.GetFormatted());
   w.SetEOLType(EOLType_CRLF);
   EXPECT_EQ(MessageOf([&] { w.SetEOLType(static_cast<EOLType>(2)); }), "Invalid EOL type.");
   EXPECT_EQ(w.GetEOLType(), EOLType_CRLF);
-  w.SetFormatted(false);
-  EXPECT_FALSE(w.GetFormatted());
 
   const std::pair<int, const char*> declarations[] = {
       {1, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"},
