@@ -32,6 +32,11 @@
 #include <string>
 #include <utility>
 
+namespace OvXmlLib6Data {
+class CAttributeInfo;
+class CElementInfo;
+}  // namespace OvXmlLib6Data
+
 namespace OvXmlLib6 {
 
 class CXmlObjectBase;
@@ -264,6 +269,9 @@ class OVXML_API CXmlObjectBase : public IEventSink {
                    const CXmlSerializationContext& bindContext, Load load);
 
   friend class detail::CFirstReference;
+  // Descriptors reach the protected operations of the objects they read and write.
+  friend class OvXmlLib6Data::CAttributeInfo;
+  friend class OvXmlLib6Data::CElementInfo;
 
   std::atomic<std::int32_t> m_refCount;
   CSharedString m_elementName;
