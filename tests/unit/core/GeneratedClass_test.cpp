@@ -3,6 +3,8 @@
 // context's ignore flags, the writing rules and the nesting limit.
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/core/XmlObjectBase.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
+#include "OvXmlLib6/xml/XmlElement.h"
 #include "core/Support.h"
 #include "unit/TestSupport.h"
 #include "unit/core/TestSchema.h"
@@ -286,6 +288,13 @@ TEST(GeneratedClassReading, BadDocumentsFailWithTheirPathAndTheFlagsAcceptExactl
        In("order", "Validation: Failed to find the required Attribute [id]"),
        IgnoreUnknownAttributes,
        In("order", "Validation: Failed to find the required Attribute [id]")},
+      {"instance attributes and namespace declarations", ReaderOf<CNode>(),
+       "<node xmlns='urn:t' xmlns:p='urn:p'" + kXsiDecl +
+           " xsi:type='node' xsi:schemaLocation='urn:t t.xsd'/>",
+       kOk, IgnoreUnknownAttributes, kOk},
+      // The instance namespace's nil marker is not among the attributes skipped.
+      {"xsi:nil", ReaderOf<CNode>(), "<node xmlns='urn:t'" + kXsiDecl + " xsi:nil='false'/>",
+       In("node", "Validation: Unexpected Attribute [nil] found."), IgnoreUnknownAttributes, kOk},
       {"unexpected attribute", ReaderOf<CNode>(), "<node xmlns='urn:t' v='1' foo='2'/>",
        In("node", "Validation: Unexpected Attribute [foo] found."), IgnoreUnknownAttributes, kOk},
       // The wildcard attribute takes every attribute, so its namespace check is not skipped.
@@ -389,6 +398,204 @@ TEST(GeneratedClassReading, OnlyTheEightBitEntryPointIgnoresTheContext) {
             }),
             kOk);
   EXPECT_EQ(order->name, "n");
+}
+
+// The primitive attribute descriptor compares namespaces even when the context ignores them;
+// the enum one does not.
+TEST(GeneratedClassReading, IgnoringNamespacesReachesEnumAttributesButNotPrimitiveOnes) {
+  const std::string xml = Order(kOrderMin, " id='1' xmlns:x='urn:x' x:status='closed' x:id='5'");
+  CSmartPtr<COrder> strict = Read<COrder>(xml);
+  EXPECT_FALSE(strict->status);
+  EXPECT_EQ(strict->anyAttributes->GetCount(), 2);
+  Context context;
+  context.SetIgnoreNamespaces(true);
+  CSmartPtr<COrder> loose = Read<COrder>(xml, context);
+  EXPECT_EQ(loose->status, 1);
+  EXPECT_EQ(loose->id, 1);
+  ASSERT_EQ(loose->anyAttributes->GetCount(), 1);
+  EXPECT_EQ(loose->anyAttributes->Item(0)->GetName(), "id");
+}
+
+TEST(GeneratedClassReading, ReadingAgainReplacesTheContent) {
+  CSmartPtr<COrder> order = Read<COrder>(
+      Order("<name>n</name><qty>3</qty><color>red</color><ship><street>s</street><zip>1</zip>"
+            "</ship><bill><street>b</street></bill>"));
+  EXPECT_EQ(order->qty, 3);
+  ReadInto(order.get(), Order(kOrderMin), Context());
+  EXPECT_FALSE(order->qty);
+  EXPECT_FALSE(order->ship->zip);
+  EXPECT_FALSE(order->bill);
+}
+
+// ---- writing ----
+
+struct BadObject {
+  const char* name;
+  std::function<CSmartPtr<CXmlObjectBase>()> make;
+  std::string failure;
+  std::function<void(Context&)> ignore;
+  std::string failureIgnored;
+};
+
+std::string Out(const char* element, const std::string& chain) {
+  return "Validation: Failed to convert the element [" + std::string(element) + "] to XML\n" +
+         chain;
+}
+std::string OutAttributes(const std::string& chain) {
+  return Out("order", "Exception: Failed to convert attributes to XML\n" + chain);
+}
+
+CSmartPtr<COrder> MinimalOrder() {
+  CSmartPtr<COrder> o = new COrder();
+  o->id = 1;
+  o->name = "n";
+  o->color = 0;
+  o->ship->street = "s";
+  return o;
+}
+
+template <class F>
+std::function<CSmartPtr<CXmlObjectBase>()> Changed(F change) {
+  return [change] {
+    CSmartPtr<COrder> o = MinimalOrder();
+    change(*o);
+    return CSmartPtr<CXmlObjectBase>(o.get());
+  };
+}
+
+TEST(GeneratedClassWriting, BadObjectsFailWithTheirPathAndTheFlagsAcceptExactlyTheirCase) {
+  const std::vector<BadObject> cases = {
+      {"facet of an element", Changed([](COrder& o) { o.name = "toolongname"; }),
+       Out("order", "Exception: Invalid Value for name [toolongname]"), IgnoreCounts,
+       Out("order", "Exception: Invalid Value for name [toolongname]")},
+      {"facet of an attribute", Changed([](COrder& o) { o.note = "toolong"; }),
+       OutAttributes("Exception: Invalid Value for note [toolong]"), IgnoreCounts,
+       OutAttributes("Exception: Invalid Value for note [toolong]")},
+      {"required attribute unset", Changed([](COrder& o) { o.id.reset(); }),
+       OutAttributes("Exception: Invalid Type 0 to convert to string"), IgnoreCounts,
+       OutAttributes("Exception: Invalid Type 0 to convert to string")},
+      // An unset mandatory primitive writes nothing.
+      {"required element unset", Changed([](COrder& o) { o.name.reset(); }), kOk, IgnoreCounts,
+       kOk},
+      {"too many in a collection", Changed([](COrder& o) {
+         for (const char* t : {"a", "b", "c"}) o.tags->Add(t);
+       }),
+       Out("order",
+           "Validation: The Maximum number of [tag] elements allowed in this collection is 2"),
+       IgnoreCounts, kOk},
+      {"too few in a collection", [] { return CSmartPtr<CXmlObjectBase>(new CDrawing()); },
+       Out("drawing",
+           "Validation: The Minimum number of [more] elements allowed in this collection is 1"),
+       IgnoreCounts, kOk},
+      // A choice collection member makes no count check of its own; a typed primitive
+      // collection checks its count when it writes itself.
+      {"too many in a choice collection", With<CPicks>([](CPicks& p) {
+         for (int i = 0; i < 3; ++i) p.s->Add(Circle("s", i).get());
+       }),
+       kOk, IgnoreCounts, kOk},
+      {"too many in a typed choice collection", With<CPicks>([](CPicks& p) {
+         for (int i = 0; i < 3; ++i) p.n->Add(i);
+       }),
+       Out("picks",
+           "Validation: The Maximum number of [n] elements allowed in this collection is 2"),
+       IgnoreCounts, kOk},
+      {"choice with no branch", [] { return CSmartPtr<CXmlObjectBase>(new CPicks()); },
+       Out("picks",
+           "Validation: This element is a choice, and as such must have at one (and only one) "
+           "valid item, currently there are none set"),
+       IgnoreMissingChoice, kOk},
+      {"choice of optional branches with none",
+       [] { return CSmartPtr<CXmlObjectBase>(new CPick()); }, kOk, IgnoreMissingChoice, kOk},
+  };
+  for (const BadObject& c : cases) {
+    SCOPED_TRACE(c.name);
+    CSmartPtr<CXmlObjectBase> object = c.make();
+    EXPECT_EQ(ChainOf([&] { Write(object); }), c.failure);
+    Context context;
+    c.ignore(context);
+    EXPECT_EQ(ChainOf([&] { Write(object, context); }), c.failureIgnored);
+  }
+}
+
+TEST(GeneratedClassWriting, ChoiceWritesOnlyItsFirstSetBranch) {
+  CSmartPtr<CPick> pick = new CPick();
+  pick->shape = Circle("shape", 1).get();
+  pick->color = 1;
+  pick->num = 4;
+  EXPECT_EQ(Write(pick), R"(<AA:pick xmlns:AA="urn:t"><AA:num>4</AA:num></AA:pick>)");
+  pick->num.reset();
+  EXPECT_EQ(Write(pick), R"(<AA:pick xmlns:AA="urn:t"><AA:color>green</AA:color></AA:pick>)");
+}
+
+TEST(GeneratedClassWriting, OptionalAttributesEqualToTheirDefaultAreLeftOutOnlyWhenAsked) {
+  CSmartPtr<COrder> order = MinimalOrder();
+  order->status = 0;  // "open", the default
+  order->note = "none";
+  const std::string body =
+      R"(<AA:name>n</AA:name><AA:color>red</AA:color><AA:ship><AA:street>s</AA:street></AA:ship></AA:order>)";
+  EXPECT_EQ(Write(order), R"(<AA:order xmlns:AA="urn:t" id="1" status="open" note="none">)" + body);
+  Context context;
+  context.SetNoOptionalAttributeDefaultOutput(true);
+  EXPECT_EQ(Write(order, context), R"(<AA:order xmlns:AA="urn:t" id="1">)" + body);
+  order->status = 1;
+  EXPECT_EQ(Write(order, context), R"(<AA:order xmlns:AA="urn:t" id="1" status="closed">)" + body);
+}
+
+TEST(GeneratedClassWriting, RootOptionsGoOnTheRootElementOnly) {
+  Context context;
+  context.GetProcessingInstructions().push_back("<?keep going?>");
+  context.GetNamespaceAliases().Add("x", "urn:x");
+  context.SetDefaultNamespaceURI("urn:d");
+  context.GetAdditionalRootAttributes()->Add("urn:x", "1", "extra");
+  context.SetInLineSchema("<s/>");
+  const std::string out = Write(MinimalOrder(), context);
+  EXPECT_EQ(out.rfind("<?keep going?>", 0), 0u) << out;
+  // The schema text goes inside the root element, before the children: the document stays
+  // well-formed.
+  CXmlDocument document;
+  ASSERT_EQ(ChainOf([&] { document.LoadXml(out.c_str()); }), kOk) << out;
+  CXmlElement* root = document.GetDocumentElement();
+  std::string rootAttributes;
+  for (const CXmlAttribute* a : root->GetAttributes())
+    rootAttributes += " {" + a->GetNamespaceURI() + "}" + a->GetLocalName() + "=" + a->GetValue();
+  EXPECT_EQ(rootAttributes, " {urn:x}extra=1 {}id=1");
+  CXmlElement* schema = root->GetFirstElement();
+  ASSERT_NE(schema, nullptr);
+  EXPECT_EQ(schema->GetNamespaceURI() + " " + schema->GetLocalName(), "urn:d s");
+  EXPECT_EQ(schema->GetNextSiblingElement()->GetLocalName(), "name");
+  EXPECT_NE(out.find("<AA:ship><AA:street>"), std::string::npos) << out;
+}
+
+TEST(GeneratedClassWriting, AnObjectKeepsTheElementNameItWasReadUnder) {
+  CSmartPtr<COrder> order =
+      Read<COrder>("<purchase xmlns='urn:t' id='1'>" + kOrderMin + "</purchase>");
+  EXPECT_EQ(order->GetElementName(), "purchase");
+  EXPECT_EQ(
+      Write(order),
+      R"(<AA:purchase xmlns:AA="urn:t" id="1"><AA:name>n</AA:name><AA:color>red</AA:color><AA:ship><AA:street>s</AA:street></AA:ship></AA:purchase>)");
+}
+
+// ---- nesting ----
+
+// A recursive type nested far deeper than the nesting limit fails with the library's exception,
+// one wrapper per level, both ways; nothing of the failed read stays behind (leak check).
+TEST(GeneratedClassNesting, DeepRecursiveTypesEndInTheNestingLimit) {
+  const int depth = 100000;
+  const std::string limit = OvXmlLib6::FormatString(
+      "Exception: Element nesting is deeper than %u levels at element [node]",
+      OvXmlLib6::GetMaxNestingDepth());
+  const auto firstAndLast = [](const std::string& chain) {
+    return chain.substr(0, chain.find('\n')) + " ... " + chain.substr(chain.rfind('\n') + 1);
+  };
+  const std::string xml =
+      "<node xmlns='urn:t'>" + OvXmlLib6::test::NestedElements(depth - 1, "node") + "</node>";
+  CSmartPtr<CNode> read = new CNode();
+  EXPECT_EQ(firstAndLast(ChainOf([&] { ReadInto(read.get(), xml, Context()); })),
+            "Validation: Failed to process the element [node] ... " + limit);
+
+  CSmartPtr<CXmlObjectBase> written = Nodes(depth);
+  EXPECT_EQ(firstAndLast(ChainOf([&] { Write(written); })),
+            "Validation: Failed to convert the element [node] to XML ... " + limit);
 }
 
 }  // namespace

@@ -562,7 +562,7 @@ CPicks::CPicks()
     : n(new Ci4Col("n", kNs, 1, 2)),
       c(new CstringCol("c", kNs, 1, -1)),
       lines(new CTypedCollection<CLine>("line", kNs, 1, -1)),
-      s(new CShapeCol("s", kNs, 1, -1)),
+      s(new CShapeCol("s", kNs, 1, 2)),
       any(new CElementCol("any", "##other", kNs, 1, -1)) {
   const char* name = nullptr;
   TEST_SCHEMA_NAME("picks")

@@ -204,7 +204,7 @@ class CPick : public CTestClass {
 class CPicks : public CTestClass {
   TEST_SCHEMA_CLASS(CPicks)
   CPicks();
-  // One of: n{1,2}, c+, line+, s+ (shapes), any+ (elements of other namespaces).
+  // One of: n{1,2}, c+, line+, s{1,2} (shapes), any+ (elements of other namespaces).
   CSmartPtr<Ci4Col> n;
   CSmartPtr<CstringCol> c;
   CSmartPtr<CTypedCollection<CLine>> lines;
