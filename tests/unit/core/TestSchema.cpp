@@ -117,6 +117,14 @@ CTables::CTables(CParentElementInfo* i, CElementInfo** e, CAttributeInfo** a)
   Registry().push_back(this);
 }
 
+void CTestClass::NameElement(const char* name, const CSharedString& ownName) {
+  if (name != nullptr) {
+    SetElementName(name);
+  } else {
+    SetElementName(ownName);
+  }
+}
+
 void CTestClass::CleanAll() {
   for (CTables* t : Registry()) CleanMetaData(t->info, t->elements, t->attributes);
   Registry().clear();
@@ -132,17 +140,12 @@ class CSchemaEnvironment : public ::testing::Environment {
     ::testing::AddGlobalTestEnvironment(new CSchemaEnvironment);
 }  // namespace
 
-// Names the element: the element name given by a factory, or the class's own permanent name.
-#define TEST_SCHEMA_NAME(defaultName)                                       \
-  static const CSharedString kName = CSharedString::Permanent(defaultName); \
-  if (name != nullptr) {                                                    \
-    SetElementName(name);                                                   \
-  } else {                                                                  \
-    SetElementName(kName);                                                  \
-  }
-
 // ---- address ----
-CAddress::CAddress(const char* name){TEST_SCHEMA_NAME("address")} CAddress::~CAddress() = default;
+CAddress::CAddress(const char* name) {
+  static const CSharedString kOwnName = CSharedString::Permanent("address");
+  NameElement(name, kOwnName);
+}
+CAddress::~CAddress() = default;
 const CTables& CAddress::Tables() const {
   static CTables t(Info(XmlElementGroupType_Sequence, "address"),
                    Elements({new CElementInfoSeqPrimMnd("street", kNs, 0, ItemType_string, nullptr,
@@ -168,7 +171,11 @@ void CAddress::PrepareForRead() {
 }
 
 // ---- dims (pseudo element) ----
-CDims::CDims(const char* name){TEST_SCHEMA_NAME("dims")} CDims::~CDims() = default;
+CDims::CDims(const char* name) {
+  static const CSharedString kOwnName = CSharedString::Permanent("dims");
+  NameElement(name, kOwnName);
+}
+CDims::~CDims() = default;
 const CTables& CDims::Tables() const {
   static CTables t(
       // A pseudo element reads the attributes of the element that holds it, so unknown ones
@@ -200,7 +207,11 @@ void CDims::PrepareForRead() {
 }
 
 // ---- line (simple content) ----
-CLine::CLine(const char* name){TEST_SCHEMA_NAME("line")} CLine::~CLine() = default;
+CLine::CLine(const char* name) {
+  static const CSharedString kOwnName = CSharedString::Permanent("line");
+  NameElement(name, kOwnName);
+}
+CLine::~CLine() = default;
 const CTables& CLine::Tables() const {
   static CTables t(
       Info(XmlElementGroupType_Sequence, "line", 1), Elements({}),
@@ -232,7 +243,11 @@ CAttributeInfo* XsiType(int index) {
 }
 }  // namespace
 
-CCircle::CCircle(const char* name){TEST_SCHEMA_NAME("circle")} CCircle::~CCircle() = default;
+CCircle::CCircle(const char* name) {
+  static const CSharedString kOwnName = CSharedString::Permanent("circle");
+  NameElement(name, kOwnName);
+}
+CCircle::~CCircle() = default;
 const CTables& CCircle::Tables() const {
   static CTables t(Info(XmlElementGroupType_Sequence, "circle"), Elements({SeqI4("radius", 0)}),
                    Attributes({XsiType(1)}));
@@ -250,7 +265,11 @@ void CCircle::AccessProperty(int index, bool read, OvVariant& v) {
 }
 void CCircle::PrepareForRead() { radius.reset(); }
 
-CSquare::CSquare(const char* name){TEST_SCHEMA_NAME("square")} CSquare::~CSquare() = default;
+CSquare::CSquare(const char* name) {
+  static const CSharedString kOwnName = CSharedString::Permanent("square");
+  NameElement(name, kOwnName);
+}
+CSquare::~CSquare() = default;
 const CTables& CSquare::Tables() const {
   static CTables t(Info(XmlElementGroupType_Sequence, "square"), Elements({SeqI4("side", 0)}),
                    Attributes({XsiType(1)}));
@@ -296,7 +315,10 @@ CXmlElement* CShapeCol::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* curren
 }
 
 // ---- node (recursive) ----
-CNode::CNode(const char* name){TEST_SCHEMA_NAME("node")}
+CNode::CNode(const char* name) {
+  static const CSharedString kOwnName = CSharedString::Permanent("node");
+  NameElement(name, kOwnName);
+}
 // Frees a chain of nodes held only by this one level by level: the default destructor would
 // nest one call per level and overflow the stack on a long chain.
 CNode::~CNode() {
@@ -352,8 +374,8 @@ COrder::COrder()
       marks(new CstringCol("mark", kNs, 0, -1)),
       ship(new CAddress("ship")),
       lines(new CTypedCollection<CLine>("line", kNs, 0, 3)) {
-  const char* name = nullptr;
-  TEST_SCHEMA_NAME("order")
+  static const CSharedString kOwnName = CSharedString::Permanent("order");
+  SetElementName(kOwnName);
 }
 COrder::~COrder() = default;
 const CTables& COrder::Tables() const {
@@ -450,8 +472,8 @@ void COrder::PrepareForRead() {
 CDrawing::CDrawing()
     : more(new CShapeCol("more", kNs, 1, -1)),
       extra(new CElementCol("extra", "##other", kNs, 0, -1)) {
-  const char* name = nullptr;
-  TEST_SCHEMA_NAME("drawing")
+  static const CSharedString kOwnName = CSharedString::Permanent("drawing");
+  SetElementName(kOwnName);
 }
 CDrawing::~CDrawing() = default;
 const CTables& CDrawing::Tables() const {
@@ -511,8 +533,8 @@ void CDrawing::PrepareForRead() {
 
 // ---- pick (choice of optional branches) ----
 CPick::CPick() {
-  const char* name = nullptr;
-  TEST_SCHEMA_NAME("pick")
+  static const CSharedString kOwnName = CSharedString::Permanent("pick");
+  SetElementName(kOwnName);
 }
 CPick::~CPick() = default;
 const CTables& CPick::Tables() const {
@@ -564,8 +586,8 @@ CPicks::CPicks()
       lines(new CTypedCollection<CLine>("line", kNs, 1, -1)),
       s(new CShapeCol("s", kNs, 1, 2)),
       any(new CElementCol("any", "##other", kNs, 1, -1)) {
-  const char* name = nullptr;
-  TEST_SCHEMA_NAME("picks")
+  static const CSharedString kOwnName = CSharedString::Permanent("picks");
+  SetElementName(kOwnName);
 }
 CPicks::~CPicks() = default;
 const CTables& CPicks::Tables() const {
@@ -615,8 +637,8 @@ CBag::CBag()
       lines(new CTypedCollection<CLine>("line", kNs, 0, -1)),
       more(new CShapeCol("more", kNs, 0, -1)),
       extra(new CElementCol("extra", "##other", kNs, 0, -1)) {
-  const char* name = nullptr;
-  TEST_SCHEMA_NAME("bag")
+  static const CSharedString kOwnName = CSharedString::Permanent("bag");
+  SetElementName(kOwnName);
 }
 CBag::~CBag() = default;
 const CTables& CBag::Tables() const {
@@ -705,8 +727,8 @@ void CBag::PrepareForRead() {
 
 // ---- bagAbs (all group with abstract members) ----
 CBagAbs::CBagAbs() {
-  const char* name = nullptr;
-  TEST_SCHEMA_NAME("bagAbs")
+  static const CSharedString kOwnName = CSharedString::Permanent("bagAbs");
+  SetElementName(kOwnName);
 }
 CBagAbs::~CBagAbs() = default;
 const CTables& CBagAbs::Tables() const {

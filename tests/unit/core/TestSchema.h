@@ -69,6 +69,8 @@ class CTestClass : public CXmlGeneratedClass {
  protected:
   std::string GetTargetNamespace() const override { return kNs; }
   virtual const CTables& Tables() const = 0;
+  // Names the element: the name a factory gives, or the class's own permanent name.
+  void NameElement(const char* name, const CSharedString& ownName);
 };
 
 #define TEST_SCHEMA_CLASS(Class)                                    \
