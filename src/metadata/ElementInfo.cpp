@@ -114,9 +114,13 @@ bool CElementInfo::ElementToXmlPrim(const Context& /*context*/, const CXmlGenera
   ReadProperty(object, value);
   if (!value.IsValid()) return false;
   CheckRestriction(value);
-  const std::string text = value.ToString(m_format);
   writer->WriteStartElement(std::string_view(m_elementName), std::string_view(m_elementNamespace));
-  writer->WriteText(std::string_view(text), value.GetTypeAsEnum());
+  if (value.GetTypeAsEnum() == OvXmlLib6::ItemType_string) {
+    // A string is its own text form: written from the variant without a copy.
+    writer->WriteText(std::string_view(value.GetString()), OvXmlLib6::ItemType_string);
+  } else {
+    writer->WriteText(std::string_view(value.ToString(m_format)), value.GetTypeAsEnum());
+  }
   writer->WriteEndElement();
   return true;
 }
