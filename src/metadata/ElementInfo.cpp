@@ -80,7 +80,9 @@ OvXmlLib6::CXmlElement* CElementInfo::FromXml_Int(CXmlObjectBase* object, CXmlEl
   }
   // Counts one level of nesting, as the object base's own forwarding does.
   const CXmlObjectBase::CNestingGuard depth(
-      cursor != nullptr ? CTreeStore::LocalName(cursor).c_str() : object->GetElementName().c_str());
+      parent != nullptr   ? CTreeStore::LocalName(parent).c_str()
+      : cursor != nullptr ? CTreeStore::LocalName(cursor).c_str()
+                          : object->GetElementName().c_str());
   return object->FromXml_Int(parent, cursor, context, flag);
 }
 
