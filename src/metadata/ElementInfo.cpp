@@ -28,7 +28,8 @@ CElementInfo::CElementInfo(const char* name, const char* ns, int propertyIndex)
       m_format(nullptr),
       m_whitespaceRule(OvXmlLib6::CWhitespaceUtils::WhitespaceRule_None),
       m_hasPrimitiveInfo(false),
-      m_choiceBranch(ChoiceBranch_None) {}
+      m_choiceBranch(ChoiceBranch_None),
+      m_usesTargetNamespace(false) {}
 
 CElementInfo::CElementInfo(const char* name, const char* ns, int propertyIndex, ItemType type,
                            const char* format, WhitespaceRule rule,
@@ -41,7 +42,8 @@ CElementInfo::CElementInfo(const char* name, const char* ns, int propertyIndex, 
       m_format(format),
       m_whitespaceRule(rule),
       m_hasPrimitiveInfo(true),
-      m_choiceBranch(ChoiceBranch_None) {}
+      m_choiceBranch(ChoiceBranch_None),
+      m_usesTargetNamespace(false) {}
 
 CElementInfo::CElementInfo(const CElementInfo& other) = default;
 CElementInfo& CElementInfo::operator=(const CElementInfo& other) = default;

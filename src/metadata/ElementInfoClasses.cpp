@@ -429,6 +429,7 @@ bool ValidateMandatory(const CElementInfo& info, bool found, bool check) {
                const char* secondNamespace)                                                     \
       : Base(name, ns, propertyIndex), m_kind{OrEmpty(restriction), OrEmpty(secondNamespace)} { \
     SetChoiceBranch(ChoiceBranchValue);                                                         \
+    SetUsesTargetNamespace();                                                                   \
   }                                                                                             \
   bool Class::ElementToXml(OVXML_TO_XML_ARGS) const {                                           \
     return ElementToXmlCls(context, object, writer, false);                                     \

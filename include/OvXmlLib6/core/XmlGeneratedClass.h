@@ -87,6 +87,8 @@ class OVXML_API CXmlGeneratedClass : public CXmlObjectBase, public CPooledObject
 
  private:
   int GetClassElementInfoCount() const;
+  // The target namespace handed to the members, empty unless one of them reads with it.
+  std::string TargetNamespace(OvXmlLib6Data::CElementInfo* const* elements) const;
 
   void ReadAttributes(const CXmlSerializationContext& context, CXmlElement* element,
                       bool failIfUnknown);
