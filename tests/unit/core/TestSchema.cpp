@@ -6,7 +6,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <initializer_list>
-#include <utility>
 #include <vector>
 
 namespace test_schema {
@@ -319,18 +318,7 @@ CNode::CNode(const char* name) {
   static const CSharedString kOwnName = CSharedString::Permanent("node");
   NameElement(name, kOwnName);
 }
-// Frees a chain of nodes held only by this one level by level: the default destructor would
-// nest one call per level and overflow the stack on a long chain.
-CNode::~CNode() {
-  CSmartPtr<CNode> next = std::move(child);
-  while (next) {
-    const bool shared = next->AddRef() > 2;
-    next->Release();
-    if (shared) break;  // its other owners keep the rest of the chain
-    CSmartPtr<CNode> after = std::move(next->child);
-    next = std::move(after);
-  }
-}
+CNode::~CNode() = default;
 const CTables& CNode::Tables() const {
   static CTables t(
       Info(XmlElementGroupType_Sequence, "node"),
