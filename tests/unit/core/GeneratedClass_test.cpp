@@ -234,6 +234,8 @@ std::string In(const char* element, const std::string& chain) {
   return "Validation: Failed to process the element [" + std::string(element) + "]\n" + chain;
 }
 const char* const kOk = "no exception";
+// The flag changes nothing: the same failure.
+const char* const kSame = "same";
 
 struct BadInput {
   const char* name;
@@ -241,7 +243,7 @@ struct BadInput {
   std::string xml;
   std::string failure;                   // the chain with the default context
   std::function<void(Context&)> ignore;  // a flag that may change the outcome
-  std::string failureIgnored;            // the chain with that flag set
+  std::string failureIgnored;            // the chain with that flag set, or kSame
 };
 
 void IgnoreUnknownElements(Context& c) { c.SetIgnoreUnknownElements(true); }
@@ -277,18 +279,16 @@ TEST(GeneratedClassReading, BadDocumentsFailWithTheirPathAndTheFlagsAcceptExactl
        In("order", required + "[name]"), IgnoreNamespaces, kOk},
       {"bad element value", ReaderOf<COrder>(),
        Order("<name>n</name><qty>x</qty><color>red</color><ship><street>s</street></ship>"),
-       In("order", i4), IgnoreUnknownElements, In("order", i4)},
+       In("order", i4), IgnoreUnknownElements, kSame},
       {"bad attribute value", ReaderOf<COrder>(), Order(kOrderMin, " id='x'"), In("order", i4),
-       IgnoreUnknownAttributes, In("order", i4)},
+       IgnoreUnknownAttributes, kSame},
       // The enum's from-text function gets the text as it stands.
       {"enum text with a blank", ReaderOf<COrder>(),
        Order("<name>n</name><color> red</color><ship><street>s</street></ship>"),
-       In("order", "Value: Invalid Color [ red]"), IgnoreUnknownElements,
-       In("order", "Value: Invalid Color [ red]")},
+       In("order", "Value: Invalid Color [ red]"), IgnoreUnknownElements, kSame},
       {"missing required attribute", ReaderOf<COrder>(), Order(kOrderMin, ""),
        In("order", "Validation: Failed to find the required Attribute [id]"),
-       IgnoreUnknownAttributes,
-       In("order", "Validation: Failed to find the required Attribute [id]")},
+       IgnoreUnknownAttributes, kSame},
       {"instance attributes and namespace declarations", ReaderOf<CNode>(),
        "<node xmlns='urn:t' xmlns:p='urn:p'" + kXsiDecl +
            " xsi:type='node' xsi:schemaLocation='urn:t t.xsd'/>",
@@ -304,10 +304,7 @@ TEST(GeneratedClassReading, BadDocumentsFailWithTheirPathAndTheFlagsAcceptExactl
        In("order",
           "Namespace: Invalid namespace [urn:t]. The namespace must be one of [##other] where the "
           "target namespace is [urn:t]"),
-       IgnoreUnknownAttributes,
-       In("order",
-          "Namespace: Invalid namespace [urn:t]. The namespace must be one of [##other] where the "
-          "target namespace is [urn:t]")},
+       IgnoreUnknownAttributes, kSame},
       {"choice with no branch", ReaderOf<CPicks>(), "<picks xmlns='urn:t'/>",
        In("picks",
           "Validation: No child elements within the element [picks] were populated. The element "
@@ -342,18 +339,16 @@ TEST(GeneratedClassReading, BadDocumentsFailWithTheirPathAndTheFlagsAcceptExactl
       {"unknown xsi:type", ReaderOf<CDrawing>(),
        Drawing("<shape xsi:type='Triangle'/>" + kMore + "<memo/>"),
        In("drawing", "Validation: Failed to find a suitable substitution element for [shape]"),
-       IgnoreUnknownElements,
-       In("drawing", "Validation: Failed to find a suitable substitution element for [shape]")},
+       IgnoreUnknownElements, kSame},
       {"missing wildcard element", ReaderOf<CDrawing>(), Drawing(kCircle + kMore),
        In("drawing", required + "[memo]"), IgnoreMissingMandatory, kOk},
       {"failure three levels deep", ReaderOf<CNode>(),
        "<node xmlns='urn:t'><node><node v='x'/></node></node>",
-       In("node", In("node", In("node", i4))), IgnoreUnknownAttributes,
-       In("node", In("node", In("node", i4)))},
+       In("node", In("node", In("node", i4))), IgnoreUnknownAttributes, kSame},
       {"missing member of an all group", ReaderOf<CBag>(),
        "<bag xmlns='urn:t'><e>red</e><memo/></bag>",
        In("bag", "Validation: Failed to find the mandatory element [a]"), IgnoreUnknownElements,
-       In("bag", "Validation: Failed to find the mandatory element [a]")},
+       kSame},
       {"repeated member of an all group", ReaderOf<CBag>(),
        "<bag xmlns='urn:t'><memo/><a>1</a><e>red</e><a>2</a></bag>",
        In("bag", leftover + "[bag]. The unexpected element [a] remains un processed"),
@@ -367,18 +362,15 @@ TEST(GeneratedClassReading, BadDocumentsFailWithTheirPathAndTheFlagsAcceptExactl
           std::string("Exception: AllAbsClsMndElm.ProcessXml, has not been implemented fully, "
                       "contact ") +
               OvXmlLib6::detail::kSupportAddress),
-       IgnoreUnknownElements,
-       In("bagAbs",
-          std::string("Exception: AllAbsClsMndElm.ProcessXml, has not been implemented fully, "
-                      "contact ") +
-              OvXmlLib6::detail::kSupportAddress)},
+       IgnoreUnknownElements, kSame},
   };
   for (const BadInput& c : cases) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(ChainOf([&] { c.read(c.xml, Context()); }), c.failure);
     Context context;
     c.ignore(context);
-    EXPECT_EQ(ChainOf([&] { c.read(c.xml, context); }), c.failureIgnored);
+    EXPECT_EQ(ChainOf([&] { c.read(c.xml, context); }),
+              c.failureIgnored == kSame ? c.failure : c.failureIgnored);
   }
 }
 
@@ -467,14 +459,11 @@ std::function<CSmartPtr<CXmlObjectBase>()> Changed(F change) {
 TEST(GeneratedClassWriting, BadObjectsFailWithTheirPathAndTheFlagsAcceptExactlyTheirCase) {
   const std::vector<BadObject> cases = {
       {"facet of an element", Changed([](COrder& o) { o.name = "toolongname"; }),
-       Out("order", "Exception: Invalid Value for name [toolongname]"), IgnoreCounts,
-       Out("order", "Exception: Invalid Value for name [toolongname]")},
+       Out("order", "Exception: Invalid Value for name [toolongname]"), IgnoreCounts, kSame},
       {"facet of an attribute", Changed([](COrder& o) { o.note = "toolong"; }),
-       OutAttributes("Exception: Invalid Value for note [toolong]"), IgnoreCounts,
-       OutAttributes("Exception: Invalid Value for note [toolong]")},
+       OutAttributes("Exception: Invalid Value for note [toolong]"), IgnoreCounts, kSame},
       {"required attribute unset", Changed([](COrder& o) { o.id.reset(); }),
-       OutAttributes("Exception: Invalid Type 0 to convert to string"), IgnoreCounts,
-       OutAttributes("Exception: Invalid Type 0 to convert to string")},
+       OutAttributes("Exception: Invalid Type 0 to convert to string"), IgnoreCounts, kSame},
       // An unset mandatory primitive writes nothing.
       {"required element unset", Changed([](COrder& o) { o.name.reset(); }), kOk, IgnoreCounts,
        kOk},
@@ -514,7 +503,8 @@ TEST(GeneratedClassWriting, BadObjectsFailWithTheirPathAndTheFlagsAcceptExactlyT
     EXPECT_EQ(ChainOf([&] { Write(object); }), c.failure);
     Context context;
     c.ignore(context);
-    EXPECT_EQ(ChainOf([&] { Write(object, context); }), c.failureIgnored);
+    EXPECT_EQ(ChainOf([&] { Write(object, context); }),
+              c.failureIgnored == kSame ? c.failure : c.failureIgnored);
   }
 }
 

@@ -157,11 +157,9 @@ const CTables& CAddress::Tables() const {
 void CAddress::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, street);
-      break;
+      return Prop(read, v, street);
     case 1:
-      Prop(read, v, zip);
-      break;
+      return Prop(read, v, zip);
   }
 }
 void CAddress::PrepareForRead() {
@@ -189,14 +187,11 @@ const CTables& CDims::Tables() const {
 void CDims::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, w);
-      break;
+      return Prop(read, v, w);
     case 1:
-      Prop(read, v, h);
-      break;
+      return Prop(read, v, h);
     case 2:
-      Prop(read, v, unit);
-      break;
+      return Prop(read, v, unit);
   }
 }
 void CDims::PrepareForRead() {
@@ -221,11 +216,9 @@ const CTables& CLine::Tables() const {
 void CLine::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, sku);
-      break;
+      return Prop(read, v, sku);
     case 1:
-      Prop(read, v, text);
-      break;
+      return Prop(read, v, text);
   }
 }
 void CLine::PrepareForRead() {
@@ -255,8 +248,7 @@ const CTables& CCircle::Tables() const {
 void CCircle::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, radius);
-      break;
+      return Prop(read, v, radius);
     case 1:
       if (read) v.SetString("Circle");
       break;
@@ -277,8 +269,7 @@ const CTables& CSquare::Tables() const {
 void CSquare::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, side);
-      break;
+      return Prop(read, v, side);
     case 1:
       if (read) v.SetString("Square");
       break;
@@ -331,11 +322,9 @@ const CTables& CNode::Tables() const {
 void CNode::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, value);
-      break;
+      return Prop(read, v, value);
     case 1:
-      Prop(read, v, child);
-      break;
+      return Prop(read, v, child);
   }
 }
 void CNode::PrepareForRead() {
@@ -400,44 +389,31 @@ const CTables& COrder::Tables() const {
 void COrder::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, id);
-      break;
+      return Prop(read, v, id);
     case 1:
-      Prop(read, v, status);
-      break;
+      return Prop(read, v, status);
     case 2:
-      Prop(read, v, note);
-      break;
+      return Prop(read, v, note);
     case 3:
-      Col(read, v, anyAttributes);
-      break;
+      return Col(read, v, anyAttributes);
     case 4:
-      Prop(read, v, name);
-      break;
+      return Prop(read, v, name);
     case 5:
-      Prop(read, v, qty);
-      break;
+      return Prop(read, v, qty);
     case 6:
-      Col(read, v, tags);
-      break;
+      return Col(read, v, tags);
     case 7:
-      Prop(read, v, color);
-      break;
+      return Prop(read, v, color);
     case 8:
-      Prop(read, v, size);
-      break;
+      return Prop(read, v, size);
     case 9:
-      Col(read, v, marks);
-      break;
+      return Col(read, v, marks);
     case 10:
-      Prop(read, v, ship);
-      break;
+      return Prop(read, v, ship);
     case 11:
-      Prop(read, v, bill);
-      break;
+      return Prop(read, v, bill);
     case 12:
-      Col(read, v, lines);
-      break;
+      return Col(read, v, lines);
   }
 }
 void COrder::PrepareForRead() {
@@ -487,26 +463,19 @@ const CTables& CDrawing::Tables() const {
 void CDrawing::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, shape);
-      break;
+      return Prop(read, v, shape);
     case 1:
-      Prop(read, v, spare);
-      break;
+      return Prop(read, v, spare);
     case 2:
-      Col(read, v, more);
-      break;
+      return Col(read, v, more);
     case 3:
-      Prop(read, v, memo);
-      break;
+      return Prop(read, v, memo);
     case 4:
-      Prop(read, v, any);
-      break;
+      return Prop(read, v, any);
     case 5:
-      Col(read, v, extra);
-      break;
+      return Col(read, v, extra);
     case 7:
-      Prop(read, v, dims);
-      break;
+      return Prop(read, v, dims);
   }
 }
 void CDrawing::PrepareForRead() {
@@ -543,20 +512,15 @@ const CTables& CPick::Tables() const {
 void CPick::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, num);
-      break;
+      return Prop(read, v, num);
     case 1:
-      Prop(read, v, color);
-      break;
+      return Prop(read, v, color);
     case 2:
-      Prop(read, v, addr);
-      break;
+      return Prop(read, v, addr);
     case 3:
-      Prop(read, v, shape);
-      break;
+      return Prop(read, v, shape);
     case 4:
-      Prop(read, v, any);
-      break;
+      return Prop(read, v, any);
   }
 }
 void CPick::PrepareForRead() {
@@ -593,20 +557,15 @@ const CTables& CPicks::Tables() const {
 void CPicks::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Col(read, v, n);
-      break;
+      return Col(read, v, n);
     case 1:
-      Col(read, v, c);
-      break;
+      return Col(read, v, c);
     case 2:
-      Col(read, v, lines);
-      break;
+      return Col(read, v, lines);
     case 3:
-      Col(read, v, s);
-      break;
+      return Col(read, v, s);
     case 4:
-      Col(read, v, any);
-      break;
+      return Col(read, v, any);
   }
 }
 void CPicks::PrepareForRead() {
@@ -657,44 +616,31 @@ const CTables& CBag::Tables() const {
 void CBag::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, a);
-      break;
+      return Prop(read, v, a);
     case 1:
-      Prop(read, v, b);
-      break;
+      return Prop(read, v, b);
     case 2:
-      Col(read, v, c);
-      break;
+      return Col(read, v, c);
     case 3:
-      Prop(read, v, e);
-      break;
+      return Prop(read, v, e);
     case 4:
-      Prop(read, v, f);
-      break;
+      return Prop(read, v, f);
     case 5:
-      Col(read, v, g);
-      break;
+      return Col(read, v, g);
     case 6:
-      Prop(read, v, addr);
-      break;
+      return Prop(read, v, addr);
     case 7:
-      Prop(read, v, bill);
-      break;
+      return Prop(read, v, bill);
     case 8:
-      Col(read, v, lines);
-      break;
+      return Col(read, v, lines);
     case 9:
-      Col(read, v, more);
-      break;
+      return Col(read, v, more);
     case 10:
-      Prop(read, v, memo);
-      break;
+      return Prop(read, v, memo);
     case 11:
-      Prop(read, v, any);
-      break;
+      return Prop(read, v, any);
     case 12:
-      Col(read, v, extra);
-      break;
+      return Col(read, v, extra);
   }
 }
 void CBag::PrepareForRead() {
@@ -733,11 +679,9 @@ const CTables& CBagAbs::Tables() const {
 void CBagAbs::AccessProperty(int index, bool read, OvVariant& v) {
   switch (index) {
     case 0:
-      Prop(read, v, shape);
-      break;
+      return Prop(read, v, shape);
     case 1:
-      Prop(read, v, spare);
-      break;
+      return Prop(read, v, spare);
   }
 }
 void CBagAbs::PrepareForRead() {
