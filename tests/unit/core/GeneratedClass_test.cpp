@@ -457,6 +457,9 @@ std::function<CSmartPtr<CXmlObjectBase>()> Changed(F change) {
 }
 
 TEST(GeneratedClassWriting, BadObjectsFailWithTheirPathAndTheFlagsAcceptExactlyTheirCase) {
+  const char* const kNoBranch =
+      "Validation: This element is a choice, and as such must have at one (and only one) valid "
+      "item, currently there are none set";
   const std::vector<BadObject> cases = {
       {"facet of an element", Changed([](COrder& o) { o.name = "toolongname"; }),
        Out("order", "Exception: Invalid Value for name [toolongname]"), IgnoreCounts, kSame},
@@ -490,10 +493,29 @@ TEST(GeneratedClassWriting, BadObjectsFailWithTheirPathAndTheFlagsAcceptExactlyT
            "Validation: The Maximum number of [n] elements allowed in this collection is 2"),
        IgnoreCounts, kOk},
       {"choice with no branch", [] { return CSmartPtr<CXmlObjectBase>(new CPicks()); },
-       Out("picks",
-           "Validation: This element is a choice, and as such must have at one (and only one) "
-           "valid item, currently there are none set"),
+       Out("picks", kNoBranch), IgnoreMissingChoice, kOk},
+      // A choice class written as the branch of another choice may have no branch set; as the
+      // member of a sequence it may not.
+      {"empty choice in a choice", With<CPick>([](CPick& p) { p.picks = new CPicks(); }), kOk,
        IgnoreMissingChoice, kOk},
+      {"empty choice in a sequence",
+       [] {
+         CSmartPtr<CXmlObjectBase> drawing = FullDrawing();
+         static_cast<CDrawing*>(drawing.get())->picks = new CPicks();
+         return drawing;
+       },
+       Out("drawing", Out("picks", kNoBranch)), IgnoreMissingChoice, kOk},
+      // A choice class written as the branch of another choice may have no branch set; as the
+      // member of a sequence it may not.
+      {"empty choice in a choice", With<CPick>([](CPick& p) { p.picks = new CPicks(); }), kOk,
+       IgnoreMissingChoice, kOk},
+      {"empty choice in a sequence",
+       [] {
+         CSmartPtr<CXmlObjectBase> drawing = FullDrawing();
+         static_cast<CDrawing*>(drawing.get())->picks = new CPicks();
+         return drawing;
+       },
+       Out("drawing", Out("picks", kNoBranch)), IgnoreMissingChoice, kOk},
       {"choice of optional branches with none",
        [] { return CSmartPtr<CXmlObjectBase>(new CPick()); }, kOk, IgnoreMissingChoice, kOk},
   };

@@ -338,6 +338,8 @@ CSmartPtr<CXmlObjectBase> CreateObject(int classId, const char* elementName) {
       return CSmartPtr<CXmlObjectBase>(new CAddress(elementName));
     case ClassId_Dims:
       return CSmartPtr<CXmlObjectBase>(new CDims(elementName));
+    case ClassId_Picks:
+      return CSmartPtr<CXmlObjectBase>(new CPicks());
     case ClassId_Node:
       return CSmartPtr<CXmlObjectBase>(new CNode(elementName));
   }
@@ -456,6 +458,8 @@ const CTables& CDrawing::Tables() const {
           new CElementInfoSeqNonCol("none", kNs, 6),
           new CElementInfoSeqClsOpt("dims", kNs, 7, XmlElementType_PseudoElement, &CreateObject,
                                     ClassId_Dims),
+          new CElementInfoSeqClsOpt("picks", kNs, 8, XmlElementType_Element, &CreateObject,
+                                    ClassId_Picks),
       }),
       Attributes({}));
   return t;
@@ -476,10 +480,13 @@ void CDrawing::AccessProperty(int index, bool read, OvVariant& v) {
       return Col(read, v, extra);
     case 7:
       return Prop(read, v, dims);
+    case 8:
+      return Prop(read, v, picks);
   }
 }
 void CDrawing::PrepareForRead() {
   dims = nullptr;
+  picks = nullptr;
   shape = nullptr;
   spare = nullptr;
   more->Clear();
@@ -504,6 +511,8 @@ const CTables& CPick::Tables() const {
                                                     &CreateObject, ClassId_Address),
                        new CElementInfoChoiceAbsClsOpt("shape", kNs, 3, XmlElementType_Element,
                                                        &CShapeFactory::Create),
+                       new CElementInfoChoiceClsOpt("picks", kNs, 5, XmlElementType_Element,
+                                                    &CreateObject, ClassId_Picks),
                        new CElementInfoChoiceUntpdOpt("AnyElement", "", 4, "##other", kNs),
                    }),
                    Attributes({}));
@@ -521,6 +530,8 @@ void CPick::AccessProperty(int index, bool read, OvVariant& v) {
       return Prop(read, v, shape);
     case 4:
       return Prop(read, v, any);
+    case 5:
+      return Prop(read, v, picks);
   }
 }
 void CPick::PrepareForRead() {
@@ -528,6 +539,7 @@ void CPick::PrepareForRead() {
   color.reset();
   addr = nullptr;
   shape = nullptr;
+  picks = nullptr;
   any = nullptr;
 }
 

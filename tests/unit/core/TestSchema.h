@@ -134,7 +134,7 @@ class CShapeFactory : public CClassfactoryBase {
 };
 
 // Makes the objects of complex-type members: class ids below.
-enum ClassId { ClassId_Address = 1, ClassId_Dims = 2, ClassId_Node = 3 };
+enum ClassId { ClassId_Address = 1, ClassId_Dims = 2, ClassId_Node = 3, ClassId_Picks = 4 };
 CSmartPtr<CXmlObjectBase> CreateObject(int classId, const char* elementName);
 
 // A collection of shapes: each element becomes the class its xsi:type names.
@@ -150,6 +150,8 @@ class CShapeCol : public CXmlCollection {
   CXmlElement* FromXml_Int(CXmlElement* parent, CXmlElement* current,
                            const CXmlSerializationContext& context, bool flag) override;
 };
+
+class CPicks;
 
 class CNode : public CTestClass {
   TEST_SCHEMA_CLASS(CNode)
@@ -191,15 +193,17 @@ class CDrawing : public CTestClass {
   CSmartPtr<CElement> memo, any;
   CSmartPtr<CElementCol> extra;
   CSmartPtr<CDims> dims;
+  CSmartPtr<CPicks> picks;  // picks?, a choice class
 };
 
 class CPick : public CTestClass {
   TEST_SCHEMA_CLASS(CPick)
   CPick();
-  // One of: num, color, addr, shape, an element of another namespace.
+  // One of: num, color, addr, shape, picks (a choice class), an element of another namespace.
   std::optional<std::int32_t> num, color;
   CSmartPtr<CAddress> addr;
   CSmartPtr<CShape> shape;
+  CSmartPtr<CPicks> picks;
   CSmartPtr<CElement> any;
 };
 
