@@ -6,8 +6,9 @@
 //
 //   order     sequence: Prim, Enum and Cls members as Mnd/Opt/Col, primitive, enum and
 //             wildcard attributes
-//   drawing   sequence: AbsCls Mnd/Opt/Col, Untpd Mnd/Opt/Col, Non Col, a pseudo-element member
-//   pick      choice of optional branches (Prim, Enum, Cls, AbsCls, Untpd)
+//   drawing   sequence: AbsCls Mnd/Opt/Col, Untpd Mnd/Opt/Col, Non Col, a pseudo-element member,
+//             a choice-class member
+//   pick      choice of optional branches (Prim, Enum, Cls, AbsCls, Untpd, a choice class)
 //   picks     choice of collection branches, each needing at least one item
 //   bag       all group: Prim, Enum, Cls, Untpd as Mnd/Opt/Col, AbsCls Col, Non Col
 //   bagAbs    all group with AbsCls Mnd/Opt (not readable by design)
