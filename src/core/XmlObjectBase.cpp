@@ -4,6 +4,7 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/xml/XmlElement.h"
+#include "core/SharedNames.h"
 #include "core/Strings.h"
 #include "xml/TreeStore.h"
 
@@ -68,7 +69,11 @@ void CXmlObjectBase::OnEvent(CXmlObjectBase* /*source*/, MsgType /*type*/, void*
 void CXmlObjectBase::AttributesToXml_Int(CXmlWriter* /*writer*/,
                                          const CXmlSerializationContext& /*context*/) const {}
 
-void CXmlObjectBase::SetElementName(const char* name) { m_elementName = OrEmpty(name); }
+void CXmlObjectBase::SetElementName(const char* name) {
+  // Objects made in numbers are named with one of few names: share them rather than copy.
+  const std::string_view text = OrEmpty(name);
+  if (m_elementName.str() != text) m_elementName = detail::SharedName(text);
+}
 
 void CXmlObjectBase::SetElementName(CXmlObjectBase* object, const char* name) {
   if (object == nullptr) throw COvInvalidParamException("SetElementName: the object is NULL");

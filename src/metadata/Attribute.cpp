@@ -80,8 +80,7 @@ void CAttributeCol::SetNamespaceRestrictions(const CSharedString& restriction,
 
 void CAttributeCol::CheckNamespace(const CAttribute* attribute) const {
   if (attribute == nullptr) return;  // refused as a null item by the insertion itself
-  TestNamespace(attribute->GetNamespace().c_str(), m_restriction.c_str(),
-                m_targetNamespace.c_str());
+  detail::RequireNamespace(attribute->GetNamespace(), m_restriction.str(), m_targetNamespace.str());
 }
 
 void CAttributeCol::Add(CAttribute* attribute) {
@@ -133,7 +132,7 @@ void CAttributeCol::ReadAttributesOf(const CXmlElement* element, detail::CNameCa
       element,
       [this, checkNamespaces](const std::string& ns) {
         return !checkNamespaces ||
-               IsNamespaceValid(ns.c_str(), m_restriction.c_str(), m_targetNamespace.c_str());
+               detail::NamespaceSatisfies(ns, m_restriction.str(), m_targetNamespace.str());
       },
       [this, &names](const std::string& ns, const std::string& name, std::string_view value) {
         AppendItem(new CAttribute(CAttribute::FromParts{}, names.Get(ns), std::string(value),

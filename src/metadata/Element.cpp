@@ -7,6 +7,7 @@
 #include "OvXmlLib6/xml/XmlWriter.h"
 #include "core/FirstReference.h"
 #include "core/Prefetch.h"
+#include "core/RootOptions.h"
 #include "core/Strings.h"
 #include "metadata/AttributeRecords.h"
 #include "metadata/ChildList.h"
@@ -97,7 +98,7 @@ void CElement::Init(const char* name, const char* ns, const char* restriction,
                     const char* targetNamespace) {
   if (name == nullptr) throw COvInvalidNamespaceException("Element Name must have a value");
   RequireRestriction(restriction, targetNamespace);
-  TestNamespace(detail::OrEmpty(ns), restriction, targetNamespace);
+  detail::RequireNamespace(detail::OrEmpty(ns), restriction, targetNamespace);
   m_namespace = ns;
   m_restriction = detail::SharedRestriction(restriction);
   m_targetNamespace = targetNamespace;
@@ -210,16 +211,7 @@ void CElement::CopyXmlElement(const CXmlElement* element) {
 
 void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
                           const CXmlSerializationContext& context) const {
-  if (isRoot) {
-    for (const std::string& instruction : context.GetProcessingInstructions()) {
-      writer->WriteRawBlock(instruction.c_str());
-    }
-    for (const auto& entry : context.GetNamespaceAliases()) {
-      writer->AddNamespace(entry.second.c_str(), entry.first.c_str());
-    }
-    const std::string defaultNamespace = context.GetDefaultNamespaceURI();
-    if (!defaultNamespace.empty()) writer->SetDefaultNamespace(defaultNamespace.c_str());
-  }
+  if (isRoot) detail::CRootOptions::WritePrologue(writer, context);
   // The attributes and the text are requested now, so that they load while the start tag is
   // written. The lengths are passed on: the writer need not measure the strings.
   if (m_attributeRecords != nullptr) {
@@ -230,10 +222,7 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
   detail::Prefetch(m_text.c_str());
   writer->WriteStartElement(std::string_view(GetElementName()),
                             std::string_view(m_namespace.c_str(), m_namespace.size()));
-  if (isRoot) {
-    CSmartPtr<CAttributeCol> extra = context.GetAdditionalRootAttributes();
-    if (extra) CXmlObjectBase::AttributesToXml_Int(extra.get(), writer, context);
-  }
+  if (isRoot) detail::CRootOptions::WriteAttributes(writer, context);
   if (m_attributes) {
     CXmlObjectBase::AttributesToXml_Int(m_attributes.get(), writer, context);
   } else if (m_attributeRecords != nullptr) {
@@ -242,10 +231,7 @@ void CElement::WriteStart(CXmlWriter* writer, bool isRoot,
                              std::string_view(record.value));
     }
   }
-  if (isRoot) {
-    const std::string schema = context.GetInLineSchema();
-    if (!schema.empty()) writer->WriteRawLine(schema.c_str());
-  }
+  if (isRoot) detail::CRootOptions::WriteInlineSchema(writer, context);
   if (!m_text.empty()) writer->WriteText(std::string_view(m_text.c_str(), m_text.size()));
 }
 
@@ -331,7 +317,8 @@ void CElementCol::SetNamespaceRestrictions(const char* restriction, const char* 
 
 void CElementCol::CheckNamespace(const CElement* element) const {
   if (element == nullptr) return;  // refused as a null item by the insertion itself
-  TestNamespace(element->m_namespace.c_str(), m_restriction.c_str(), m_targetNamespace.c_str());
+  detail::RequireNamespace(element->m_namespace.str(), m_restriction.str(),
+                           m_targetNamespace.str());
 }
 
 void CElementCol::Add(CElement* element) {
@@ -370,8 +357,9 @@ CSmartPtr<CElement> CElementCol::Item(int index) const {
 
 CXmlElement* CElementCol::FromXml_Int(CXmlElement* parent, CXmlElement* current,
                                       const CXmlSerializationContext& context, bool /*flag*/) {
-  while (current != nullptr && IsNamespaceValid(current->GetNamespaceURI().c_str(),
-                                                m_restriction.c_str(), m_targetNamespace.c_str())) {
+  while (current != nullptr &&
+         detail::NamespaceSatisfies(current->GetNamespaceURI(), m_restriction.str(),
+                                    m_targetNamespace.str())) {
     CSmartPtr<CElement> element =
         new CElement(GetCollectionElementName().c_str(), current->GetNamespaceURI().c_str(),
                      m_restriction.c_str(), m_targetNamespace.c_str());

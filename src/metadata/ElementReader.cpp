@@ -4,6 +4,7 @@
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "metadata/AttributeRecords.h"
 #include "metadata/ChildList.h"
+#include "metadata/Restriction.h"
 #include "xml/TreeStore.h"
 
 #include <utility>
@@ -27,8 +28,7 @@ CElementReader::CElementReader(CElement& target, Checks checks)
 bool CElementReader::ChildNamespaceValid(const std::string& ns) {
   if (m_checks == Checks::None) return true;
   return m_childVerdicts.Admits(ns, [this](const std::string& uri) {
-    return m_target.IsNamespaceValid(uri.c_str(), m_childRestriction.c_str(),
-                                     m_childTarget.c_str());
+    return NamespaceSatisfies(uri, m_childRestriction.str(), m_childTarget.str());
   });
 }
 
@@ -59,9 +59,8 @@ void CElementReader::OnElementStarted(const CXmlElement* source, std::size_t dep
     } else if (depth == 0) {
       // As reading from a tree: a document element in a namespace the target does not take is
       // not read at all, and that is no error.
-      if (!m_target.IsNamespaceValid(CTreeStore::NamespaceURI(source).c_str(),
-                                     m_target.m_restriction.c_str(),
-                                     m_target.m_targetNamespace.c_str())) {
+      if (!NamespaceSatisfies(CTreeStore::NamespaceURI(source), m_target.m_restriction.str(),
+                              m_target.m_targetNamespace.str())) {
         m_state = State::Skipped;
         return;
       }

@@ -49,6 +49,7 @@ class CElement;
 namespace detail {
 class CObjectReader;
 class CFirstReference;
+class CRootOptions;
 }  // namespace detail
 
 // When on, ToXmlFile without compression writes through a file text stream while the document is
@@ -269,6 +270,7 @@ class OVXML_API CXmlObjectBase : public IEventSink {
                    const CXmlSerializationContext& bindContext, Load load);
 
   friend class detail::CFirstReference;
+  friend class detail::CRootOptions;
   // Descriptors reach the protected operations of the objects they read and write.
   friend class OvXmlLib6Data::CAttributeInfo;
   friend class OvXmlLib6Data::CElementInfo;
