@@ -67,12 +67,14 @@ void PrintOrder(const po::CPurchaseOrder& order) {
     std::printf("It is paid by bank transfer from %s.\n", payment.GetBankTransfer().c_str());
   }
   if (const po::CDelivery* delivery = order.GetDelivery()) {
-    std::printf(
-        "Delivery is %s%s%s.\n", po::PriorityToText(delivery->GetPriority()),
-        delivery->HasWindow()
-            ? (", from " + CConversions::datetimeToString(delivery->GetWindow())).c_str()
-            : "",
-        delivery->HasInstructions() ? (", \"" + delivery->GetInstructions() + "\"").c_str() : "");
+    std::string details = po::PriorityToText(delivery->GetPriority());
+    if (delivery->HasWindow()) {
+      details += ", from " + CConversions::datetimeToString(delivery->GetWindow());
+    }
+    if (delivery->HasInstructions()) {
+      details += ", with the note \"" + delivery->GetInstructions() + "\"";
+    }
+    std::printf("Delivery is %s.\n", details.c_str());
   }
   if (order.HasSignature()) {
     const CBinaryData& signature = order.GetSignature();
