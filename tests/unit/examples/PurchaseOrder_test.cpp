@@ -145,6 +145,10 @@ TEST(PurchaseOrder, FailuresNameThePathToTheFaultyElement) {
             "Failed to process the element [items]\n"
             "Failed to process the element [item]\n"
             "Failed to find a required element [unitPrice]");
+  EXPECT_EQ(readFailure(replaced(">express<", ">whenever<")),
+            "Failed to process the element [purchaseOrder]\n"
+            "Failed to process the element [delivery]\n"
+            "The value [whenever] is not one of the enumeration [Priority]");
   EXPECT_EQ(readFailure(replaced("po:USAddress", "po:MarsAddress")),
             "Failed to process the element [purchaseOrder]\n"
             "Failed to find a suitable substitution element for [shipTo]");
