@@ -98,7 +98,8 @@ void ReadCollection(OvVariant& value, bool read, CXmlCollectionBase* collection)
 }
 
 constexpr auto kGetString = &OvVariant::GetString;
-constexpr auto kSetString = &OvVariant::SetString;
+// The copying overload: members keep their text.
+constexpr void (OvVariant::*kSetString)(const std::string&) = &OvVariant::SetString;
 
 const char* EnumText(const char* const* texts, int count, int value) {
   return value >= 0 && value < count ? texts[value] : "";
