@@ -1,15 +1,29 @@
 #!/usr/bin/env bash
-# The main job: installs what is missing, builds the library and the ovxml tool in Release mode,
-# and converts the sample document shipped in examples/: to gzip-compressed UTF-16, and from that
-# back to formatted UTF-8 on standard output. Then the example program tours the API.
+# The main job: installs what is missing, builds the library, the ovxml tool and the example
+# programs in Release mode (quietly: the build log is shown only when the build fails), then
+# - converts the sample document of examples/ to gzip-compressed UTF-16 with ovxml, and from that
+#   back to formatted UTF-8 on standard output;
+# - runs the purchase-order demonstration: the sample order of examples/purchase_order/ read into
+#   the classes generated for po.xsd, values read back, the order changed and written as XML, and
+#   a value that breaks the schema reported with the path to it;
+# - runs the short tour of the value types.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/deps.sh
-cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release -DOVXML_BUILD_TESTS=OFF \
-  -DOVXML_BUILD_BENCHMARKS=OFF > /dev/null
-cmake --build build/release -j "$(nproc)" --target ovxml ovxml_example
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+if ! { cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release -DOVXML_BUILD_TESTS=OFF \
+         -DOVXML_BUILD_BENCHMARKS=OFF &&
+       cmake --build build/release -j "$(nproc)" --target ovxml ovxml_example ovxml_po_demo
+     } > "$log" 2>&1; then
+  cat "$log" >&2
+  echo "main.sh: the build failed" >&2
+  exit 1
+fi
 out=build/release/sample.utf16.xml.gz
 build/release/tools/ovxml convert --gzip --utf16 examples/sample.xml "$out"
 build/release/tools/ovxml convert --format "$out" -
+echo
+build/release/examples/ovxml_po_demo examples/purchase_order/sample_po.xml
 echo
 build/release/examples/ovxml_example
