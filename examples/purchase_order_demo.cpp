@@ -133,8 +133,12 @@ int Run(const char* path) {
     std::printf(
         "\nNow 3 lawnmowers are ordered, the baby monitor ships on 2027-01-04, a garden hose is "
         "added, payment switches from the credit card to a bank transfer and the order is open "
-        "again. Written as formatted XML:\n");
-    std::printf("%s\n", order->ToXml(true, true, EOLType_LF).c_str());
+        "again. Written as formatted XML, with the prefixes \"po\" and \"xsi\" declared on the "
+        "root:\n");
+    CXmlSerializationContext output;
+    output.GetNamespaceAliases().Add("po", po::kNamespace);
+    output.GetNamespaceAliases().Add("xsi", "http://www.w3.org/2001/XMLSchema-instance");
+    std::printf("%s\n", order->ToXml(true, true, EOLType_LF, output).c_str());
 
     ShowValidationFailure(*order);
   } catch (const COvException& e) {
