@@ -36,7 +36,7 @@ class CFoundFlags {
       m_heap.reset(new bool[count]());
       m_flags = m_heap.get();
     } else {
-      for (bool& flag : m_inline) flag = false;
+      for (int i = 0; i < count; ++i) m_inline[i] = false;
       m_flags = m_inline;
     }
   }
@@ -78,6 +78,15 @@ CXmlGeneratedClass::~CXmlGeneratedClass() = default;
 void CXmlGeneratedClass::ReadProperty(int index, OvVariant& value) const {
   // Reading a property does not change the object; the accessor is one virtual for both ways.
   const_cast<CXmlGeneratedClass*>(this)->AccessProperty(index, true, value);
+}
+
+std::string CXmlGeneratedClass::TargetNamespace(CElementInfo* const* elements) const {
+  // Worked out only for a class that has a member that reads with it (a wildcard), since it is a
+  // virtual call that builds a string for every object read.
+  for (int i = 0, count = CountEntries(elements); i < count; ++i) {
+    if (elements[i]->m_usesTargetNamespace) return GetTargetNamespace();
+  }
+  return std::string();
 }
 
 int CXmlGeneratedClass::GetClassElementInfoCount() const {
@@ -274,9 +283,9 @@ void CXmlGeneratedClass::ReadAttributes(const CXmlSerializationContext& context,
 CXmlElement* CXmlGeneratedClass::ReadSequence(const CXmlSerializationContext& context,
                                               CXmlElement* parent, CXmlElement* cursor,
                                               XmlElementType elementType) {
-  const std::string targetNamespace = GetTargetNamespace();
-  const bool ignoreUnknown = context.GetIgnoreUnknownElements();
   CElementInfo** elements = GetClassElementInfo();
+  const std::string targetNamespace = TargetNamespace(elements);
+  const bool ignoreUnknown = context.GetIgnoreUnknownElements();
   for (int i = 0, count = CountEntries(elements); i < count; ++i) {
     // A member that stops the sequence is offered the next element again when unknown elements
     // are skipped.
@@ -296,9 +305,9 @@ CXmlElement* CXmlGeneratedClass::ReadSequence(const CXmlSerializationContext& co
 CXmlElement* CXmlGeneratedClass::ReadChoice(const CXmlSerializationContext& context,
                                             CXmlElement* parent, CXmlElement* cursor,
                                             XmlElementType elementType, bool flag) {
-  const std::string targetNamespace = GetTargetNamespace();
-  const bool ignoreUnknown = context.GetIgnoreUnknownElements();
   CElementInfo** elements = GetClassElementInfo();
+  const std::string targetNamespace = TargetNamespace(elements);
+  const bool ignoreUnknown = context.GetIgnoreUnknownElements();
   const int count = CountEntries(elements);
   bool chosen = false;
   while (true) {
@@ -331,8 +340,8 @@ CXmlElement* CXmlGeneratedClass::ReadChoice(const CXmlSerializationContext& cont
 CXmlElement* CXmlGeneratedClass::ReadAll(const CXmlSerializationContext& context,
                                          CXmlElement* parent, CXmlElement* cursor,
                                          XmlElementType elementType) {
-  const std::string targetNamespace = GetTargetNamespace();
   CElementInfo** elements = GetClassElementInfo();
+  const std::string targetNamespace = TargetNamespace(elements);
   const int count = CountEntries(elements);
   CFoundFlags found(count);
   // Passes over the members not yet found, while a pass takes something: members may come in

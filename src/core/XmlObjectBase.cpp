@@ -4,12 +4,14 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/xml/XmlElement.h"
+#include "core/Prefetch.h"
 #include "core/SharedNames.h"
 #include "core/Strings.h"
 #include "xml/TreeStore.h"
 
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 namespace OvXmlLib6 {
 
@@ -18,6 +20,49 @@ namespace {
 std::uint32_t g_maxNestingDepth = kDefaultMaxNestingDepth;
 // Levels of bound objects being read or written on this thread.
 thread_local std::uint32_t t_nestingDepth = 0;
+
+// The objects whose count reached 0 while another object was being destroyed on this thread,
+// last in first out. The outermost destruction deletes them one after the other, so destroying
+// objects nested 100,000 deep (a collection's items, a generated object's members) takes a
+// bounded amount of stack. The first few hundred stay in the frame of the outermost call.
+class CPendingDeletes {
+ public:
+  bool Empty() const { return m_count == 0 && m_spill.empty(); }
+  // False when memory is exhausted once the frame's room is used up.
+  bool TryPush(CXmlObjectBase* object) noexcept {
+    if (m_count < kInline && m_spill.empty()) {
+      m_inline[m_count++] = object;
+      return true;
+    }
+    try {
+      m_spill.push_back(object);
+      return true;
+    } catch (...) {
+      return false;
+    }
+  }
+  CXmlObjectBase* Pop() {
+    if (!m_spill.empty()) {
+      CXmlObjectBase* object = m_spill.back();
+      m_spill.pop_back();
+      return object;
+    }
+    return m_inline[--m_count];
+  }
+  CXmlObjectBase* Top() const {
+    if (!m_spill.empty()) return m_spill.back();
+    return m_count != 0 ? m_inline[m_count - 1] : nullptr;
+  }
+
+ private:
+  static constexpr std::size_t kInline = 256;
+  CXmlObjectBase* m_inline[kInline];
+  std::size_t m_count = 0;
+  std::vector<CXmlObjectBase*> m_spill;
+};
+
+// The queue of the outermost destruction on this thread, or null outside one.
+thread_local CPendingDeletes* t_pendingDeletes = nullptr;
 
 }  // namespace
 
@@ -60,8 +105,24 @@ std::int32_t CXmlObjectBase::Release() {
   // Release ordering publishes this thread's writes; the thread that reaches 0 acquires them
   // before it deletes.
   const std::int32_t count = m_refCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
-  if (count == 0) delete this;
-  return count;
+  if (count != 0) return count;
+  // Inside another object's destruction the delete waits for the outermost one; should memory
+  // for the queue run out, the object goes at once (one level deeper) rather than leak.
+  if (t_pendingDeletes != nullptr && t_pendingDeletes->TryPush(this)) return 0;
+  if (t_pendingDeletes != nullptr) {
+    delete this;
+    return 0;
+  }
+  CPendingDeletes pending;
+  t_pendingDeletes = &pending;
+  delete this;
+  while (!pending.Empty()) {
+    CXmlObjectBase* next = pending.Pop();
+    detail::Prefetch(pending.Top());
+    delete next;
+  }
+  t_pendingDeletes = nullptr;
+  return 0;
 }
 
 void CXmlObjectBase::OnEvent(CXmlObjectBase* /*source*/, MsgType /*type*/, void* /*data*/) {}

@@ -9,6 +9,7 @@
 #include "OvXmlLib6/xml/XmlWriter.h"
 #include "core/Strings.h"
 #include "metadata/Restriction.h"
+#include "types/VariantText.h"
 #include "xml/TreeStore.h"
 
 #include <string_view>
@@ -119,8 +120,8 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const Context& /*context*/,
     return false;
   }
   OvVariant value;
-  value.FromString(std::string(CTreeStore::AttributeValue(attribute)), m_itemType,
-                   m_whitespaceRule);
+  OvXmlLib6::detail::VariantFromText(value, CTreeStore::AttributeValue(attribute), m_itemType,
+                                     m_whitespaceRule);
   AccessProperty(object, false, value);
   return true;
 }

@@ -4,7 +4,6 @@
 #include "OvXmlLib6/metadata/Element.h"
 #include "core/FirstReference.h"
 #include "core/ObjectMemory.h"
-#include "metadata/DeferredRelease.h"
 
 #include <cstring>
 #include <limits>
@@ -46,7 +45,7 @@ void CChildList::Release(CChildList*& list) noexcept {
   CChildList* released = list;
   list = nullptr;
   CXmlObjectBase** items = released->Items();
-  for (std::uint32_t i = 0; i < released->m_count; ++i) ReleaseDeferred(items[i]);
+  for (std::uint32_t i = 0; i < released->m_count; ++i) items[i]->Release();
   FreeSmall(released, sizeof(CChildList) + released->m_capacity * sizeof(CXmlObjectBase*));
 }
 

@@ -28,7 +28,8 @@ CElementInfo::CElementInfo(const char* name, const char* ns, int propertyIndex)
       m_format(nullptr),
       m_whitespaceRule(OvXmlLib6::CWhitespaceUtils::WhitespaceRule_None),
       m_hasPrimitiveInfo(false),
-      m_choiceBranch(ChoiceBranch_None) {}
+      m_choiceBranch(ChoiceBranch_None),
+      m_usesTargetNamespace(false) {}
 
 CElementInfo::CElementInfo(const char* name, const char* ns, int propertyIndex, ItemType type,
                            const char* format, WhitespaceRule rule,
@@ -41,7 +42,8 @@ CElementInfo::CElementInfo(const char* name, const char* ns, int propertyIndex, 
       m_format(format),
       m_whitespaceRule(rule),
       m_hasPrimitiveInfo(true),
-      m_choiceBranch(ChoiceBranch_None) {}
+      m_choiceBranch(ChoiceBranch_None),
+      m_usesTargetNamespace(false) {}
 
 CElementInfo::CElementInfo(const CElementInfo& other) = default;
 CElementInfo& CElementInfo::operator=(const CElementInfo& other) = default;
@@ -80,7 +82,9 @@ OvXmlLib6::CXmlElement* CElementInfo::FromXml_Int(CXmlObjectBase* object, CXmlEl
   }
   // Counts one level of nesting, as the object base's own forwarding does.
   const CXmlObjectBase::CNestingGuard depth(
-      cursor != nullptr ? CTreeStore::LocalName(cursor).c_str() : object->GetElementName().c_str());
+      parent != nullptr   ? CTreeStore::LocalName(parent).c_str()
+      : cursor != nullptr ? CTreeStore::LocalName(cursor).c_str()
+                          : object->GetElementName().c_str());
   return object->FromXml_Int(parent, cursor, context, flag);
 }
 
@@ -114,9 +118,13 @@ bool CElementInfo::ElementToXmlPrim(const Context& /*context*/, const CXmlGenera
   ReadProperty(object, value);
   if (!value.IsValid()) return false;
   CheckRestriction(value);
-  const std::string text = value.ToString(m_format);
   writer->WriteStartElement(std::string_view(m_elementName), std::string_view(m_elementNamespace));
-  writer->WriteText(std::string_view(text), value.GetTypeAsEnum());
+  if (value.GetTypeAsEnum() == OvXmlLib6::ItemType_string) {
+    // A string is its own text form: written from the variant without a copy.
+    writer->WriteText(std::string_view(value.GetString()), OvXmlLib6::ItemType_string);
+  } else {
+    writer->WriteText(std::string_view(value.ToString(m_format)), value.GetTypeAsEnum());
+  }
   writer->WriteEndElement();
   return true;
 }

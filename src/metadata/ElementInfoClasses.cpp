@@ -14,6 +14,7 @@
 #include "OvXmlLib6/types/Variant.h"
 #include "core/Strings.h"
 #include "core/Support.h"
+#include "types/VariantText.h"
 #include "xml/TreeStore.h"
 
 #include <string>
@@ -57,8 +58,8 @@ struct CPrimReader {
   CXmlGeneratedClass* object;
   CXmlElement* operator()(CXmlElement* element) const {
     OvVariant value;
-    value.FromString(std::string(CTreeStore::ElementText(element)), info.GetItemType(),
-                     info.GetWhitespaceRule());
+    OvXmlLib6::detail::VariantFromText(value, CTreeStore::ElementText(element), info.GetItemType(),
+                                       info.GetWhitespaceRule());
     info.AccessProperty(object, false, value);
     return Next(element);
   }
@@ -428,6 +429,7 @@ bool ValidateMandatory(const CElementInfo& info, bool found, bool check) {
                const char* secondNamespace)                                                     \
       : Base(name, ns, propertyIndex), m_kind{OrEmpty(restriction), OrEmpty(secondNamespace)} { \
     SetChoiceBranch(ChoiceBranchValue);                                                         \
+    SetUsesTargetNamespace();                                                                   \
   }                                                                                             \
   bool Class::ElementToXml(OVXML_TO_XML_ARGS) const {                                           \
     return ElementToXmlCls(context, object, writer, false);                                     \

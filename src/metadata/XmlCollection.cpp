@@ -1,6 +1,5 @@
 #include "OvXmlLib6/metadata/XmlCollection.h"
 
-#include "DeferredRelease.h"
 #include "OvXmlLib6/core/Exceptions.h"
 #include "core/ObjectMemory.h"
 #include "core/Prefetch.h"
@@ -39,7 +38,7 @@ CXmlCollection::~CXmlCollection() {
       CXmlObjectBase* item = node->m_item;
       node->~CNode();
       detail::FreeSmall(node, sizeof(CNode));
-      detail::ReleaseDeferred(item);
+      item->Release();
       node = next;
     }
     return;
@@ -195,7 +194,7 @@ void CXmlCollection::UnlinkNode(CNode* node) noexcept {
   node->~CNode();
   detail::FreeSmall(node, sizeof(CNode));
   --m_count;
-  detail::ReleaseDeferred(item);
+  item->Release();
 }
 
 void CXmlCollection::RemoveNode(CNode* node) {

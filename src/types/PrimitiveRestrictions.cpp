@@ -9,12 +9,15 @@
 #include "OvXmlLib6/types/Decimal.h"
 #include "OvXmlLib6/types/Variant.h"
 #include "types/DecimalText.h"
+#include "types/NumberText.h"
 #include "types/XsdRegex.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <exception>
 #include <functional>
+#include <limits>
 
 namespace OvXmlLib6 {
 
@@ -199,6 +202,7 @@ CPrimitiveRestrictions::CPrimitiveRestrictions(const char* pattern, int minLengt
       m_totalDigits(FacetNumber(totalDigits)),
       m_fractionDigits(-1) {
   CompilePattern();
+  PrepareIntegerRange();
 }
 
 CPrimitiveRestrictions::CPrimitiveRestrictions(const CPrimitiveRestrictions& other) = default;
@@ -217,14 +221,65 @@ void CPrimitiveRestrictions::CompilePattern() {
 #endif
 }
 
-void CPrimitiveRestrictions::SetLength(int length) { m_length = FacetNumber(length); }
+void CPrimitiveRestrictions::PrepareIntegerRange() {
+  m_integerRangeOnly = false;
+  if (!m_pattern.empty() || m_length >= 0 || m_minLength >= 0 || m_maxLength >= 0 ||
+      m_totalDigits >= 0 || m_fractionDigits >= 0 || !m_enumerations.empty()) {
+    return;
+  }
+  std::int64_t low = std::numeric_limits<std::int64_t>::min();
+  std::int64_t high = std::numeric_limits<std::int64_t>::max();
+  // A bound that is not a plain integer, or one whose exclusive form leaves no room, keeps the
+  // full check.
+  auto bound = [](const std::string& literal, std::int64_t& value) {
+    const std::string text = CWhitespaceUtils::Collapse(literal);
+    std::size_t digits = text.empty() || (text[0] != '-' && text[0] != '+') ? 0 : 1;
+    if (digits == text.size()) return false;
+    for (std::size_t i = digits; i < text.size(); ++i) {
+      if (text[i] < '0' || text[i] > '9') return false;
+    }
+    try {
+      value = static_cast<std::int64_t>(detail::ParseInteger(text, detail::kI8Range));
+    } catch (const COvException&) {
+      return false;
+    }
+    return true;
+  };
+  std::int64_t value = 0;
+  if (!m_minInclusive.empty()) {
+    if (!bound(m_minInclusive, value)) return;
+    low = std::max(low, value);
+  }
+  if (!m_minExclusive.empty()) {
+    if (!bound(m_minExclusive, value) || value == std::numeric_limits<std::int64_t>::max()) return;
+    low = std::max(low, value + 1);
+  }
+  if (!m_maxInclusive.empty()) {
+    if (!bound(m_maxInclusive, value)) return;
+    high = std::min(high, value);
+  }
+  if (!m_maxExclusive.empty()) {
+    if (!bound(m_maxExclusive, value) || value == std::numeric_limits<std::int64_t>::min()) return;
+    high = std::min(high, value - 1);
+  }
+  m_integerMin = low;
+  m_integerMax = high;
+  m_integerRangeOnly = true;
+}
+
+void CPrimitiveRestrictions::SetLength(int length) {
+  m_length = FacetNumber(length);
+  PrepareIntegerRange();
+}
 
 void CPrimitiveRestrictions::SetFractionDigits(int fractionDigits) {
   m_fractionDigits = FacetNumber(fractionDigits);
+  PrepareIntegerRange();
 }
 
 void CPrimitiveRestrictions::AddEnumeration(const char* value) {
   if (value != nullptr) m_enumerations.emplace_back(value);
+  PrepareIntegerRange();
 }
 
 bool CPrimitiveRestrictions::HasFacets() const {
@@ -306,6 +361,7 @@ void CPrimitiveRestrictions::CheckSubject(const char* name, const Subject& subje
 
 void CPrimitiveRestrictions::CheckSigned(const char* name, std::int64_t value,
                                          ItemType type) const {
+  if (m_integerRangeOnly && value >= m_integerMin && value <= m_integerMax) return;
   if (!HasFacets()) return;
   Subject s;
   s.type = type;
@@ -321,6 +377,10 @@ void CPrimitiveRestrictions::CheckSigned(const char* name, std::int64_t value,
 
 void CPrimitiveRestrictions::CheckUnsigned(const char* name, std::uint64_t value,
                                            ItemType type) const {
+  if (m_integerRangeOnly && value <= static_cast<std::uint64_t>(m_integerMax) &&
+      (m_integerMin <= 0 || value >= static_cast<std::uint64_t>(m_integerMin))) {
+    return;
+  }
   if (!HasFacets()) return;
   Subject s;
   s.type = type;

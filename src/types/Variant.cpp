@@ -4,6 +4,8 @@
 #include "OvXmlLib6/core/XmlObjectBase.h"
 #include "OvXmlLib6/metadata/XmlCollectionBase.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "types/VariantText.h"
+#include "types/WhitespaceView.h"
 
 #include <cstring>
 #include <type_traits>
@@ -219,6 +221,12 @@ void OvVariant::SetDateTime(const CDateTime& value) { SetObject(ItemType_datetim
 void OvVariant::SetTime(const CDateTime& value) { SetObject(ItemType_time, value); }
 void OvVariant::SetChar(char value) { SetScalar(ItemType_char, value); }
 void OvVariant::SetString(const std::string& value) { SetObject(ItemType_string, value); }
+void OvVariant::SetString(std::string&& value) {
+  auto* moved = new std::string(std::move(value));
+  Clear();
+  m_value.object = moved;
+  m_type = ItemType_string;
+}
 void OvVariant::SetBoolean(bool value) { SetScalar(ItemType_boolean, value); }
 void OvVariant::SetDecimal(const CDecimal& value) { SetObject(ItemType_decimal, value); }
 void OvVariant::SetInteger(const CBigInteger& value) { SetObject(ItemType_integer, value); }
@@ -431,4 +439,22 @@ void OvVariant::FromString(const std::string& text, ItemType type,
   }
 }
 
+namespace detail {
+
+void VariantFromText(OvVariant& value, std::string_view text, ItemType type,
+                     CWhitespaceUtils::WhitespaceRule rule) {
+  if (type != ItemType_string) {
+    value.FromString(std::string(text), type, rule);
+    return;
+  }
+  std::string scratch;
+  const std::string_view result = ApplyRuleView(rule, text, scratch);
+  if (result.data() == scratch.data()) {
+    value.SetString(std::move(scratch));
+  } else {
+    value.SetString(std::string(result));
+  }
+}
+
+}  // namespace detail
 }  // namespace OvXmlLib6

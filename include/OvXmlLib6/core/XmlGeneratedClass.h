@@ -23,6 +23,7 @@
 #define OVXMLLIB6_CORE_XMLGENERATEDCLASS_H
 
 #include "OvXmlLib6/core/Export.h"
+#include "OvXmlLib6/core/PooledObject.h"
 #include "OvXmlLib6/core/XmlObjectBase.h"
 #include "OvXmlLib6/metadata/AttributeInfo.h"
 #include "OvXmlLib6/metadata/ElementInfo.h"
@@ -30,7 +31,9 @@
 
 namespace OvXmlLib6 {
 
-class OVXML_API CXmlGeneratedClass : public CXmlObjectBase {
+// Generated objects are made in numbers while reading: they come from the library's small-object
+// memory (CPooledObject).
+class OVXML_API CXmlGeneratedClass : public CXmlObjectBase, public CPooledObject {
  public:
   CXmlObjectBase* GetBase() override { return this; }
 
@@ -84,6 +87,8 @@ class OVXML_API CXmlGeneratedClass : public CXmlObjectBase {
 
  private:
   int GetClassElementInfoCount() const;
+  // The target namespace handed to the members, empty unless one of them reads with it.
+  std::string TargetNamespace(OvXmlLib6Data::CElementInfo* const* elements) const;
 
   void ReadAttributes(const CXmlSerializationContext& context, CXmlElement* element,
                       bool failIfUnknown);

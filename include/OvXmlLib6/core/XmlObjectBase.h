@@ -105,7 +105,9 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   // Atomically increments the count; returns the new count.
   std::int32_t AddRef();
   // Atomically decrements the count and deletes the object when it reaches 0; returns the new
-  // count.
+  // count. An object whose count reaches 0 while another is being destroyed on the same thread
+  // is deleted when that destruction has returned, so releasing objects nested to any depth
+  // takes bounded stack.
   std::int32_t Release();
 
   // The object that represents this one (collections return their owner-facing base).

@@ -180,6 +180,9 @@ class OVXML_API CElementInfo {
     ChoiceBranch_Collection = 2
   };
   void SetChoiceBranch(ChoiceBranch branch) { m_choiceBranch = branch; }
+  // Set by members that read with the target namespace (wildcards); the engine works it out for
+  // classes that have one.
+  void SetUsesTargetNamespace() { m_usesTargetNamespace = true; }
 
  private:
   friend class OvXmlLib6::CXmlGeneratedClass;
@@ -193,6 +196,7 @@ class OVXML_API CElementInfo {
   WhitespaceRule m_whitespaceRule;
   bool m_hasPrimitiveInfo;
   ChoiceBranch m_choiceBranch;
+  bool m_usesTargetNamespace;
 };
 
 // The group bases. Validate of the sequence and choice bases throws COvException "Not

@@ -105,6 +105,8 @@ class OVXML_API CPrimitiveRestrictions {
   struct Subject;
   void CheckSubject(const char* name, const Subject& subject) const;
   void CompilePattern();
+  // Works out m_integerRangeOnly and the range, after any facet changes.
+  void PrepareIntegerRange();
 
   std::string m_pattern;
   int m_length;
@@ -121,6 +123,12 @@ class OVXML_API CPrimitiveRestrictions {
   std::shared_ptr<const detail::CXsdRegex> m_regex;
   // Why the pattern failed to compile; empty when it compiled.
   std::string m_patternError;
+  // Set when every facet is a bound written as an integer that 64 bits hold: the inclusive range
+  // they allow then lets integer values pass without text. Values outside it take the full
+  // check, which words the error.
+  bool m_integerRangeOnly = false;
+  std::int64_t m_integerMin = 0;
+  std::int64_t m_integerMax = 0;
 };
 
 }  // namespace OvXmlLib6

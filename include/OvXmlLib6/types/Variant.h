@@ -67,6 +67,7 @@ struct OVXML_API OvVariant {
   void SetTime(const CDateTime& value);
   void SetChar(char value);
   void SetString(const std::string& value);
+  void SetString(std::string&& value);
   void SetBoolean(bool value);
   void SetDecimal(const CDecimal& value);
   void SetInteger(const CBigInteger& value);

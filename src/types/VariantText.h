@@ -1,0 +1,21 @@
+// Readers hand the variant a view of a document's text, which is already stored in the document:
+// a string value is built from the view under its whitespace rule with one copy, and the other
+// types take the conversions of OvVariant::FromString.
+#ifndef OVXMLLIB6_SRC_TYPES_VARIANTTEXT_H
+#define OVXMLLIB6_SRC_TYPES_VARIANTTEXT_H
+
+#include "OvXmlLib6/types/Variant.h"
+
+#include <string_view>
+
+namespace OvXmlLib6 {
+namespace detail {
+
+// What value.FromString(std::string(text), type, rule) does.
+void VariantFromText(OvVariant& value, std::string_view text, ItemType type,
+                     CWhitespaceUtils::WhitespaceRule rule);
+
+}  // namespace detail
+}  // namespace OvXmlLib6
+
+#endif  // OVXMLLIB6_SRC_TYPES_VARIANTTEXT_H
