@@ -22,7 +22,7 @@ struct CClassTables {
   CAttributeInfo** attributes;
 };
 
-// The tables of a class: built once by `build` (a function-local static, so the first use is
+// The tables of a class: built once by `Build` (a function-local static, so the first use is
 // thread-safe), and built again when used after CleanUp.
 template <CClassTables (*Build)()>
 CClassTables& TablesOf() {
@@ -56,15 +56,50 @@ T* ObjectOf(const OvVariant& value, const char* property) {
   return typed;
 }
 
-// An optional primitive member: the value and whether it is set.
-template <class T, class Set>
-void ReadOptional(OvVariant& value, bool isSet, const T& member, Set set) {
-  if (isSet) {
+// Moves a member through the variant: read copies it in, write stores the variant's value.
+template <class T, class Set, class Get>
+void Move(OvVariant& value, bool read, T& member, Set set, Get get) {
+  if (read) {
     (value.*set)(member);
+  } else {
+    member = (value.*get)();
+  }
+}
+
+// An optional member reads as an invalid variant while it is unset.
+template <class T, class Set, class Get>
+void Move(OvVariant& value, bool read, COptional<T>& member, Set set, Get get) {
+  if (!read) {
+    member.Set((value.*get)());
+  } else if (member.IsSet()) {
+    (value.*set)(member.Get());
   } else {
     value.SetInvalid();
   }
 }
+
+// An enumeration travels as its int.
+template <class E>
+void MoveEnum(OvVariant& value, bool read, E& member) {
+  if (read) {
+    value.SetI4(member);
+  } else {
+    member = static_cast<E>(value.GetI4());
+  }
+}
+
+// A collection is read only: the descriptors fill the collection the member holds.
+void ReadCollection(OvVariant& value, bool read, CXmlCollectionBase* collection) {
+  if (read) value.SetXmlCollection(collection);
+}
+
+[[noreturn]] void NoProperty(const char* className, int index) {
+  throw COvInvalidParamException(FormatString("%s has no property %d", className, index));
+}
+
+constexpr auto kGetString = &OvVariant::GetString;
+// The copying overload: members keep their text.
+constexpr void (OvVariant::*kSetString)(const std::string&) = &OvVariant::SetString;
 
 const char* EnumText(const char* const* texts, int count, int value) {
   return value >= 0 && value < count ? texts[value] : "";
@@ -72,10 +107,10 @@ const char* EnumText(const char* const* texts, int count, int value) {
 
 int EnumValue(const char* const* texts, int count, const char* text, const char* enumeration) {
   for (int i = 0; i < count; ++i) {
-    if (std::strcmp(texts[i], text) == 0) return i;
+    if (text != nullptr && std::strcmp(texts[i], text) == 0) return i;
   }
-  throw COvInvalidValueException(
-      FormatString("The value [%s] is not one of the enumeration [%s]", text, enumeration));
+  throw COvInvalidValueException(FormatString("The value [%s] is not one of the enumeration [%s]",
+                                              text != nullptr ? text : "", enumeration));
 }
 
 const char* const kOrderStatusTexts[] = {"open", "shipped", "cancelled"};
@@ -270,30 +305,27 @@ int PriorityFromText(const char* text) { return EnumValue(kPriorityTexts, 3, tex
 
 // ---- CAddress and its extensions ----
 
+// The three table accessors of a class whose tables `Build` makes.
+#define PO_CLASS_TABLES(Class, Build)                                                      \
+  CParentElementInfo* Class::GetClassInfo() const { return TablesOf<Build>().info; }       \
+  CElementInfo** Class::GetClassElementInfo() const { return TablesOf<Build>().elements; } \
+  CAttributeInfo** Class::GetClassAttributeInfo() const { return TablesOf<Build>().attributes; }
+
 CAddress::CAddress() { SetElementName(NameShipTo()); }
 
 void CAddress::AccessProperty(int index, bool read, OvVariant& value) {
   switch (index) {
     case 0:
-      if (read)
-        value.SetString(m_name);
-      else
-        m_name = value.GetString();
+      Move(value, read, m_name, kSetString, kGetString);
       break;
     case 1:
-      if (read)
-        value.SetString(m_street);
-      else
-        m_street = value.GetString();
+      Move(value, read, m_street, kSetString, kGetString);
       break;
     case 2:
-      if (read)
-        value.SetString(m_city);
-      else
-        m_city = value.GetString();
+      Move(value, read, m_city, kSetString, kGetString);
       break;
     default:
-      throw COvInvalidParamException(FormatString("Address has no property %d", index));
+      NoProperty("Address", index);
   }
 }
 
@@ -314,31 +346,17 @@ CUSAddress::CUSAddress() = default;
 void CUSAddress::AccessProperty(int index, bool read, OvVariant& value) {
   switch (index) {
     case 3:
-      if (read)
-        value.SetString(m_state);
-      else
-        m_state = value.GetString();
+      Move(value, read, m_state, kSetString, kGetString);
       break;
     case 4:
-      if (read)
-        value.SetString(m_zip);
-      else
-        m_zip = value.GetString();
+      Move(value, read, m_zip, kSetString, kGetString);
       break;
     default:
       CAddress::AccessProperty(index, read, value);
   }
 }
 
-CParentElementInfo* CUSAddress::GetClassInfo() const {
-  return TablesOf<BuildUSAddressTables>().info;
-}
-CElementInfo** CUSAddress::GetClassElementInfo() const {
-  return TablesOf<BuildUSAddressTables>().elements;
-}
-CAttributeInfo** CUSAddress::GetClassAttributeInfo() const {
-  return TablesOf<BuildUSAddressTables>().attributes;
-}
+PO_CLASS_TABLES(CUSAddress, BuildUSAddressTables)
 
 void CUSAddress::PrepareForRead() {
   CAddress::PrepareForRead();
@@ -355,24 +373,13 @@ CUKAddress::CUKAddress() = default;
 
 void CUKAddress::AccessProperty(int index, bool read, OvVariant& value) {
   if (index == 3) {
-    if (read)
-      value.SetString(m_postcode);
-    else
-      m_postcode = value.GetString();
+    Move(value, read, m_postcode, kSetString, kGetString);
   } else {
     CAddress::AccessProperty(index, read, value);
   }
 }
 
-CParentElementInfo* CUKAddress::GetClassInfo() const {
-  return TablesOf<BuildUKAddressTables>().info;
-}
-CElementInfo** CUKAddress::GetClassElementInfo() const {
-  return TablesOf<BuildUKAddressTables>().elements;
-}
-CAttributeInfo** CUKAddress::GetClassAttributeInfo() const {
-  return TablesOf<BuildUKAddressTables>().attributes;
-}
+PO_CLASS_TABLES(CUKAddress, BuildUKAddressTables)
 
 void CUKAddress::PrepareForRead() {
   CAddress::PrepareForRead();
@@ -386,152 +393,80 @@ void CUKAddress::AttributesToXml_Int(CXmlWriter* writer,
 
 // ---- CContactGroup ----
 
-CContactGroup::CContactGroup() : m_hasPhone(false), m_contactLanguage("en") {
+CContactGroup::CContactGroup() : m_contactLanguage("en") {
   static const CSharedString name = CSharedString::Permanent("ContactGroup");
   SetElementName(name);
-}
-
-void CContactGroup::SetPhone(const std::string& value) {
-  m_phone = value;
-  m_hasPhone = true;
-}
-
-void CContactGroup::ClearPhone() {
-  m_phone.clear();
-  m_hasPhone = false;
 }
 
 void CContactGroup::AccessProperty(int index, bool read, OvVariant& value) {
   switch (index) {
     case 0:
-      if (read)
-        value.SetString(m_contactName);
-      else
-        m_contactName = value.GetString();
+      Move(value, read, m_contactName, kSetString, kGetString);
       break;
     case 1:
-      if (read)
-        ReadOptional(value, m_hasPhone, m_phone, &OvVariant::SetString);
-      else
-        SetPhone(value.GetString());
+      Move(value, read, m_phone, kSetString, kGetString);
       break;
     case 2:
-      if (read)
-        value.SetString(m_contactLanguage);
-      else
-        m_contactLanguage = value.GetString();
+      Move(value, read, m_contactLanguage, kSetString, kGetString);
       break;
     default:
-      throw COvInvalidParamException(FormatString("ContactGroup has no property %d", index));
+      NoProperty("ContactGroup", index);
   }
 }
 
-CParentElementInfo* CContactGroup::GetClassInfo() const {
-  return TablesOf<BuildContactGroupTables>().info;
-}
-CElementInfo** CContactGroup::GetClassElementInfo() const {
-  return TablesOf<BuildContactGroupTables>().elements;
-}
-CAttributeInfo** CContactGroup::GetClassAttributeInfo() const {
-  return TablesOf<BuildContactGroupTables>().attributes;
-}
+PO_CLASS_TABLES(CContactGroup, BuildContactGroupTables)
 
 void CContactGroup::PrepareForRead() {
   m_contactName.clear();
-  ClearPhone();
+  m_phone.Clear();
   m_contactLanguage = "en";
 }
 
 // ---- CItem ----
 
 CItem::CItem()
-    : m_quantity(0),
-      m_hasShipDate(false),
-      m_hasComment(false),
-      m_anyAttributes(new CAttributeCol("AnyAttribute", "##other", kNamespace)) {
+    : m_quantity(0), m_anyAttributes(new CAttributeCol("AnyAttribute", "##other", kNamespace)) {
   static const CSharedString name = CSharedString::Permanent("item");
   SetElementName(name);
-}
-
-void CItem::SetShipDate(const CDateTime& value) {
-  m_shipDate = value;
-  m_hasShipDate = true;
-}
-
-void CItem::ClearShipDate() {
-  m_shipDate = CDateTime();
-  m_hasShipDate = false;
-}
-
-void CItem::SetComment(const std::string& value) {
-  m_comment = value;
-  m_hasComment = true;
-}
-
-void CItem::ClearComment() {
-  m_comment.clear();
-  m_hasComment = false;
 }
 
 void CItem::AccessProperty(int index, bool read, OvVariant& value) {
   switch (index) {
     case 0:
-      if (read)
-        value.SetString(m_productName);
-      else
-        m_productName = value.GetString();
+      Move(value, read, m_productName, kSetString, kGetString);
       break;
     case 1:
-      if (read)
-        value.SetI4(m_quantity);
-      else
-        m_quantity = value.GetI4();
+      Move(value, read, m_quantity, &OvVariant::SetI4, &OvVariant::GetI4);
       break;
     case 2:
-      if (read)
-        value.SetDecimal(m_unitPrice);
-      else
-        m_unitPrice = value.GetDecimal();
+      Move(value, read, m_unitPrice, &OvVariant::SetDecimal, &OvVariant::GetDecimal);
       break;
     case 3:
-      if (read)
-        ReadOptional(value, m_hasShipDate, m_shipDate, &OvVariant::SetDate);
-      else
-        SetShipDate(value.GetDate());
+      Move(value, read, m_shipDate, &OvVariant::SetDate, &OvVariant::GetDate);
       break;
     case 4:
-      if (read)
-        ReadOptional(value, m_hasComment, m_comment, &OvVariant::SetString);
-      else
-        SetComment(value.GetString());
+      Move(value, read, m_comment, kSetString, kGetString);
       break;
     case 5:
-      if (read)
-        value.SetString(m_partNum);
-      else
-        m_partNum = value.GetString();
+      Move(value, read, m_partNum, kSetString, kGetString);
       break;
     case 6:
-      if (read) value.SetXmlCollection(m_anyAttributes.get());
+      ReadCollection(value, read, m_anyAttributes.get());
       break;
     default:
-      throw COvInvalidParamException(FormatString("Item has no property %d", index));
+      NoProperty("Item", index);
   }
 }
 
-CParentElementInfo* CItem::GetClassInfo() const { return TablesOf<BuildItemTables>().info; }
-CElementInfo** CItem::GetClassElementInfo() const { return TablesOf<BuildItemTables>().elements; }
-CAttributeInfo** CItem::GetClassAttributeInfo() const {
-  return TablesOf<BuildItemTables>().attributes;
-}
+PO_CLASS_TABLES(CItem, BuildItemTables)
 
 void CItem::PrepareForRead() {
   m_partNum.clear();
   m_productName.clear();
   m_quantity = 0;
   m_unitPrice = CDecimal();
-  ClearShipDate();
-  ClearComment();
+  m_shipDate.Clear();
+  m_comment.Clear();
   m_anyAttributes->Clear();
 }
 
@@ -543,15 +478,11 @@ CItems::CItems() : m_item(new CItemCol("item", kNamespace, 1, -1)) {
 }
 
 void CItems::AccessProperty(int index, bool read, OvVariant& value) {
-  if (index != 0) throw COvInvalidParamException(FormatString("Items has no property %d", index));
-  if (read) value.SetXmlCollection(m_item.get());
+  if (index != 0) NoProperty("Items", index);
+  ReadCollection(value, read, m_item.get());
 }
 
-CParentElementInfo* CItems::GetClassInfo() const { return TablesOf<BuildItemsTables>().info; }
-CElementInfo** CItems::GetClassElementInfo() const { return TablesOf<BuildItemsTables>().elements; }
-CAttributeInfo** CItems::GetClassAttributeInfo() const {
-  return TablesOf<BuildItemsTables>().attributes;
-}
+PO_CLASS_TABLES(CItems, BuildItemsTables)
 
 void CItems::PrepareForRead() { m_item->Clear(); }
 
@@ -565,37 +496,20 @@ CCreditCard::CCreditCard() {
 void CCreditCard::AccessProperty(int index, bool read, OvVariant& value) {
   switch (index) {
     case 0:
-      if (read)
-        value.SetString(m_holder);
-      else
-        m_holder = value.GetString();
+      Move(value, read, m_holder, kSetString, kGetString);
       break;
     case 1:
-      if (read)
-        value.SetString(m_number);
-      else
-        m_number = value.GetString();
+      Move(value, read, m_number, kSetString, kGetString);
       break;
     case 2:
-      if (read)
-        value.SetYearMonth(m_expires);
-      else
-        m_expires = value.GetYearMonth();
+      Move(value, read, m_expires, &OvVariant::SetYearMonth, &OvVariant::GetYearMonth);
       break;
     default:
-      throw COvInvalidParamException(FormatString("CreditCard has no property %d", index));
+      NoProperty("CreditCard", index);
   }
 }
 
-CParentElementInfo* CCreditCard::GetClassInfo() const {
-  return TablesOf<BuildCreditCardTables>().info;
-}
-CElementInfo** CCreditCard::GetClassElementInfo() const {
-  return TablesOf<BuildCreditCardTables>().elements;
-}
-CAttributeInfo** CCreditCard::GetClassAttributeInfo() const {
-  return TablesOf<BuildCreditCardTables>().attributes;
-}
+PO_CLASS_TABLES(CCreditCard, BuildCreditCardTables)
 
 void CCreditCard::PrepareForRead() {
   m_holder.clear();
@@ -605,7 +519,7 @@ void CCreditCard::PrepareForRead() {
 
 // ---- CPayment ----
 
-CPayment::CPayment() : m_hasBankTransfer(false) {
+CPayment::CPayment() {
   static const CSharedString name = CSharedString::Permanent("payment");
   SetElementName(name);
 }
@@ -622,115 +536,72 @@ void CPayment::SetBankTransfer(const std::string& value) {
   } else {
     Choice_SetElementValid(true, "bankTransfer", m_selected);
   }
-  m_bankTransfer = value;
-  m_hasBankTransfer = true;
+  m_bankTransfer.Set(value);
 }
 
 void CPayment::ClearBankTransfer() {
   if (m_selected == "bankTransfer") Choice_SetElementValid(false, "bankTransfer", m_selected);
-  m_bankTransfer.clear();
-  m_hasBankTransfer = false;
+  m_bankTransfer.Clear();
 }
 
 void CPayment::AccessProperty(int index, bool read, OvVariant& value) {
   switch (index) {
     case 0:
-      if (read)
+      if (read) {
         value.SetXmlObject(m_creditCard.get());
-      else
+      } else {
         SetCreditCard(ObjectOf<CCreditCard>(value, "creditCard"));
+      }
       break;
     case 1:
-      if (read)
-        ReadOptional(value, m_hasBankTransfer, m_bankTransfer, &OvVariant::SetString);
-      else
+      if (read) {
+        Move(value, read, m_bankTransfer, kSetString, kGetString);
+      } else {
         SetBankTransfer(value.GetString());
+      }
       break;
     default:
-      throw COvInvalidParamException(FormatString("Payment has no property %d", index));
+      NoProperty("Payment", index);
   }
 }
 
-CParentElementInfo* CPayment::GetClassInfo() const { return TablesOf<BuildPaymentTables>().info; }
-CElementInfo** CPayment::GetClassElementInfo() const {
-  return TablesOf<BuildPaymentTables>().elements;
-}
-CAttributeInfo** CPayment::GetClassAttributeInfo() const {
-  return TablesOf<BuildPaymentTables>().attributes;
-}
+PO_CLASS_TABLES(CPayment, BuildPaymentTables)
 
 void CPayment::PrepareForRead() {
   m_selected.clear();
   m_creditCard = nullptr;
-  m_bankTransfer.clear();
-  m_hasBankTransfer = false;
+  m_bankTransfer.Clear();
 }
 
 // ---- CDelivery ----
 
-CDelivery::CDelivery()
-    : m_priority(Priority_standard), m_hasWindow(false), m_hasInstructions(false) {
+CDelivery::CDelivery() : m_priority(Priority_standard) {
   static const CSharedString name = CSharedString::Permanent("delivery");
   SetElementName(name);
-}
-
-void CDelivery::SetWindow(const CDateTime& value) {
-  m_window = value;
-  m_hasWindow = true;
-}
-
-void CDelivery::ClearWindow() {
-  m_window = CDateTime();
-  m_hasWindow = false;
-}
-
-void CDelivery::SetInstructions(const std::string& value) {
-  m_instructions = value;
-  m_hasInstructions = true;
-}
-
-void CDelivery::ClearInstructions() {
-  m_instructions.clear();
-  m_hasInstructions = false;
 }
 
 void CDelivery::AccessProperty(int index, bool read, OvVariant& value) {
   switch (index) {
     case 0:
-      if (read)
-        value.SetI4(m_priority);
-      else
-        m_priority = static_cast<Priority>(value.GetI4());
+      MoveEnum(value, read, m_priority);
       break;
     case 1:
-      if (read)
-        ReadOptional(value, m_hasWindow, m_window, &OvVariant::SetDateTime);
-      else
-        SetWindow(value.GetDateTime());
+      Move(value, read, m_window, &OvVariant::SetDateTime, &OvVariant::GetDateTime);
       break;
     case 2:
-      if (read)
-        ReadOptional(value, m_hasInstructions, m_instructions, &OvVariant::SetString);
-      else
-        SetInstructions(value.GetString());
+      Move(value, read, m_instructions, kSetString, kGetString);
       break;
     default:
-      throw COvInvalidParamException(FormatString("Delivery has no property %d", index));
+      NoProperty("Delivery", index);
   }
 }
 
-CParentElementInfo* CDelivery::GetClassInfo() const { return TablesOf<BuildDeliveryTables>().info; }
-CElementInfo** CDelivery::GetClassElementInfo() const {
-  return TablesOf<BuildDeliveryTables>().elements;
-}
-CAttributeInfo** CDelivery::GetClassAttributeInfo() const {
-  return TablesOf<BuildDeliveryTables>().attributes;
-}
+PO_CLASS_TABLES(CDelivery, BuildDeliveryTables)
 
 void CDelivery::PrepareForRead() {
   m_priority = Priority_standard;
-  ClearWindow();
-  ClearInstructions();
+  m_window.Clear();
+  m_instructions.Clear();
 }
 
 // ---- CPurchaseOrder ----
@@ -740,9 +611,7 @@ CPurchaseOrder::CPurchaseOrder()
       m_comment(new CstringCol("comment", kNamespace, 0, -1)),
       m_items(new CItems()),
       m_payment(new CPayment()),
-      m_hasSignature(false),
       m_extensions(new CElementCol("AnyElement", "##other", kNamespace, 0, -1)),
-      m_hasOrderDate(false),
       m_status(OrderStatus_open),
       m_currency("EUR") {
   static const CSharedString name = CSharedString::Permanent("purchaseOrder");
@@ -770,103 +639,78 @@ void CPurchaseOrder::SetPayment(CPayment* value) {
   m_payment = value;
 }
 
-void CPurchaseOrder::SetSignature(const CBinaryData& value) {
-  m_signature = value;
-  m_hasSignature = true;
-}
-
-void CPurchaseOrder::ClearSignature() {
-  m_signature.Clear();
-  m_hasSignature = false;
-}
-
-void CPurchaseOrder::SetOrderDate(const CDateTime& value) {
-  m_orderDate = value;
-  m_hasOrderDate = true;
-}
-
 void CPurchaseOrder::AccessProperty(int index, bool read, OvVariant& value) {
+  // The object members: read hands out the object, write takes the one the descriptor made.
+  CXmlObjectBase* object = nullptr;
   switch (index) {
     case 0:
-      if (read)
-        value.SetXmlObject(m_shipTo.get());
-      else
-        SetShipTo(ObjectOf<CAddress>(value, "shipTo"));
+      object = m_shipTo.get();
       break;
     case 1:
-      if (read)
-        value.SetXmlObject(m_billTo.get());
-      else
-        SetBillTo(ObjectOf<CAddress>(value, "billTo"));
+      object = m_billTo.get();
       break;
     case 2:
-      if (read)
-        value.SetXmlObject(m_contact.get());
-      else
-        m_contact = ObjectOf<CContactGroup>(value, "ContactGroup");
-      break;
-    case 3:
-      if (read) value.SetXmlCollection(m_comment.get());
+      object = m_contact.get();
       break;
     case 4:
-      if (read)
-        value.SetXmlObject(m_items.get());
-      else
-        SetItems(ObjectOf<CItems>(value, "items"));
+      object = m_items.get();
       break;
     case 5:
-      if (read)
-        value.SetXmlObject(m_payment.get());
-      else
-        SetPayment(ObjectOf<CPayment>(value, "payment"));
+      object = m_payment.get();
       break;
     case 6:
-      if (read)
-        value.SetXmlObject(m_delivery.get());
-      else
-        m_delivery = ObjectOf<CDelivery>(value, "delivery");
+      object = m_delivery.get();
       break;
+    case 3:
+      ReadCollection(value, read, m_comment.get());
+      return;
     case 7:
-      if (read)
-        ReadOptional(value, m_hasSignature, m_signature, &OvVariant::SetBase64Binary);
-      else
-        SetSignature(value.GetBase64Binary());
-      break;
+      Move(value, read, m_signature, &OvVariant::SetBase64Binary, &OvVariant::GetBase64Binary);
+      return;
     case 8:
-      if (read) value.SetXmlCollection(m_extensions.get());
-      break;
+      ReadCollection(value, read, m_extensions.get());
+      return;
     case 9:
-      if (read)
-        ReadOptional(value, m_hasOrderDate, m_orderDate, &OvVariant::SetDate);
-      else
-        SetOrderDate(value.GetDate());
-      break;
+      Move(value, read, m_orderDate, &OvVariant::SetDate, &OvVariant::GetDate);
+      return;
     case 10:
-      if (read)
-        value.SetI4(m_status);
-      else
-        m_status = static_cast<OrderStatus>(value.GetI4());
-      break;
+      MoveEnum(value, read, m_status);
+      return;
     case 11:
-      if (read)
-        value.SetString(m_currency);
-      else
-        m_currency = value.GetString();
+      Move(value, read, m_currency, kSetString, kGetString);
+      return;
+    default:
+      NoProperty("PurchaseOrder", index);
+  }
+  if (read) {
+    value.SetXmlObject(object);
+    return;
+  }
+  switch (index) {
+    case 0:
+      SetShipTo(ObjectOf<CAddress>(value, "shipTo"));
+      break;
+    case 1:
+      SetBillTo(ObjectOf<CAddress>(value, "billTo"));
+      break;
+    case 2:
+      m_contact = ObjectOf<CContactGroup>(value, "ContactGroup");
+      break;
+    case 4:
+      SetItems(ObjectOf<CItems>(value, "items"));
+      break;
+    case 5:
+      SetPayment(ObjectOf<CPayment>(value, "payment"));
       break;
     default:
-      throw COvInvalidParamException(FormatString("PurchaseOrder has no property %d", index));
+      m_delivery = ObjectOf<CDelivery>(value, "delivery");
+      break;
   }
 }
 
-CParentElementInfo* CPurchaseOrder::GetClassInfo() const {
-  return TablesOf<BuildPurchaseOrderTables>().info;
-}
-CElementInfo** CPurchaseOrder::GetClassElementInfo() const {
-  return TablesOf<BuildPurchaseOrderTables>().elements;
-}
-CAttributeInfo** CPurchaseOrder::GetClassAttributeInfo() const {
-  return TablesOf<BuildPurchaseOrderTables>().attributes;
-}
+PO_CLASS_TABLES(CPurchaseOrder, BuildPurchaseOrderTables)
+
+#undef PO_CLASS_TABLES
 
 void CPurchaseOrder::PrepareForRead() {
   m_shipTo = nullptr;
@@ -876,10 +720,9 @@ void CPurchaseOrder::PrepareForRead() {
   m_items = new CItems();
   m_payment = new CPayment();
   m_delivery = nullptr;
-  ClearSignature();
+  m_signature.Clear();
   m_extensions->Clear();
-  m_hasOrderDate = false;
-  m_orderDate = CDateTime();
+  m_orderDate.Clear();
   m_status = OrderStatus_open;
   m_currency = "EUR";
 }

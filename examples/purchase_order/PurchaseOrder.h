@@ -47,9 +47,48 @@ int OrderStatusFromText(const char* text);
 const char* PriorityToText(int value);
 int PriorityFromText(const char* text);
 
+// An optional member of a primitive type: its value and whether it is set. An unset member is
+// not written.
+template <class T>
+class COptional {
+ public:
+  COptional() : m_value(), m_set(false) {}
+  bool IsSet() const { return m_set; }
+  const T& Get() const { return m_value; }
+  void Set(const T& value) {
+    m_value = value;
+    m_set = true;
+  }
+  void Clear() {
+    m_value = T();
+    m_set = false;
+  }
+
+ private:
+  T m_value;
+  bool m_set;
+};
+
+// The base of the schema's classes: the namespace they share.
+class CPoClass : public OvXmlLib6::CXmlGeneratedClass {
+ public:
+  std::string GetNamespace() const override { return kNamespace; }
+
+ protected:
+  std::string GetTargetNamespace() const override { return kNamespace; }
+};
+
+// What every concrete class of the schema overrides.
+#define PO_GENERATED_CLASS_MEMBERS                                                 \
+  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override; \
+  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;                \
+  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;              \
+  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;          \
+  void PrepareForRead() override
+
 // The abstract Address: documents name its extension with xsi:type (CPoFactory chooses the
 // class). Properties 0 to 2; the extensions go on from 3.
-class CAddress : public OvXmlLib6::CXmlGeneratedClass {
+class CAddress : public CPoClass {
  public:
   const std::string& GetName() const { return m_name; }
   void SetName(const std::string& value) { m_name = value; }
@@ -60,11 +99,9 @@ class CAddress : public OvXmlLib6::CXmlGeneratedClass {
 
   void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
   void PrepareForRead() override;
-  std::string GetNamespace() const override { return kNamespace; }
 
  protected:
   CAddress();
-  std::string GetTargetNamespace() const override { return kNamespace; }
   // Writes xsi:type with the extension's type name before the attributes.
   void WriteTypeAndAttributes(const char* typeName, OvXmlLib6::CXmlWriter* writer,
                               const OvXmlLib6::CXmlSerializationContext& context) const;
@@ -83,11 +120,7 @@ class CUSAddress : public CAddress {
   const std::string& GetZip() const { return m_zip; }
   void SetZip(const std::string& value) { m_zip = value; }
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
+  PO_GENERATED_CLASS_MEMBERS;
 
  protected:
   void AttributesToXml_Int(OvXmlLib6::CXmlWriter* writer,
@@ -104,11 +137,7 @@ class CUKAddress : public CAddress {
   const std::string& GetPostcode() const { return m_postcode; }
   void SetPostcode(const std::string& value) { m_postcode = value; }
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
+  PO_GENERATED_CLASS_MEMBERS;
 
  protected:
   void AttributesToXml_Int(OvXmlLib6::CXmlWriter* writer,
@@ -120,36 +149,27 @@ class CUKAddress : public CAddress {
 
 // The ContactGroup group with the ContactAttributes attribute group: a pseudo element, whose
 // elements are part of the order's content and whose attribute is on the order's start tag.
-class CContactGroup : public OvXmlLib6::CXmlGeneratedClass {
+class CContactGroup : public CPoClass {
  public:
   CContactGroup();
   const std::string& GetContactName() const { return m_contactName; }
   void SetContactName(const std::string& value) { m_contactName = value; }
-  bool HasPhone() const { return m_hasPhone; }
-  const std::string& GetPhone() const { return m_phone; }
-  void SetPhone(const std::string& value);
-  void ClearPhone();
+  bool HasPhone() const { return m_phone.IsSet(); }
+  const std::string& GetPhone() const { return m_phone.Get(); }
+  void SetPhone(const std::string& value) { m_phone.Set(value); }
+  void ClearPhone() { m_phone.Clear(); }
   const std::string& GetContactLanguage() const { return m_contactLanguage; }
   void SetContactLanguage(const std::string& value) { m_contactLanguage = value; }
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
-  std::string GetNamespace() const override { return kNamespace; }
-
- protected:
-  std::string GetTargetNamespace() const override { return kNamespace; }
+  PO_GENERATED_CLASS_MEMBERS;
 
  private:
   std::string m_contactName;
-  bool m_hasPhone;
-  std::string m_phone;
+  COptional<std::string> m_phone;
   std::string m_contactLanguage;
 };
 
-class CItem : public OvXmlLib6::CXmlGeneratedClass {
+class CItem : public CPoClass {
  public:
   CItem();
   const std::string& GetPartNum() const { return m_partNum; }
@@ -160,62 +180,44 @@ class CItem : public OvXmlLib6::CXmlGeneratedClass {
   void SetQuantity(std::int32_t value) { m_quantity = value; }
   const CDecimal& GetUnitPrice() const { return m_unitPrice; }
   void SetUnitPrice(const CDecimal& value) { m_unitPrice = value; }
-  bool HasShipDate() const { return m_hasShipDate; }
-  const CDateTime& GetShipDate() const { return m_shipDate; }
-  void SetShipDate(const CDateTime& value);
-  void ClearShipDate();
-  bool HasComment() const { return m_hasComment; }
-  const std::string& GetComment() const { return m_comment; }
-  void SetComment(const std::string& value);
-  void ClearComment();
+  bool HasShipDate() const { return m_shipDate.IsSet(); }
+  const CDateTime& GetShipDate() const { return m_shipDate.Get(); }
+  void SetShipDate(const CDateTime& value) { m_shipDate.Set(value); }
+  void ClearShipDate() { m_shipDate.Clear(); }
+  bool HasComment() const { return m_comment.IsSet(); }
+  const std::string& GetComment() const { return m_comment.Get(); }
+  void SetComment(const std::string& value) { m_comment.Set(value); }
+  void ClearComment() { m_comment.Clear(); }
   // Attributes of other namespaces (anyAttribute ##other).
   const CSmartPtr<OvXmlLib6::CAttributeCol>& GetAnyAttributes() const { return m_anyAttributes; }
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
-  std::string GetNamespace() const override { return kNamespace; }
-
- protected:
-  std::string GetTargetNamespace() const override { return kNamespace; }
+  PO_GENERATED_CLASS_MEMBERS;
 
  private:
   std::string m_partNum;
   std::string m_productName;
   std::int32_t m_quantity;
   CDecimal m_unitPrice;
-  bool m_hasShipDate;
-  CDateTime m_shipDate;
-  bool m_hasComment;
-  std::string m_comment;
+  COptional<CDateTime> m_shipDate;
+  COptional<std::string> m_comment;
   CSmartPtr<OvXmlLib6::CAttributeCol> m_anyAttributes;
 };
 
 using CItemCol = OvXmlLib6::CTypedCollection<CItem>;
 
-class CItems : public OvXmlLib6::CXmlGeneratedClass {
+class CItems : public CPoClass {
  public:
   CItems();
   // One or more items.
   const CSmartPtr<CItemCol>& GetItem() const { return m_item; }
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
-  std::string GetNamespace() const override { return kNamespace; }
-
- protected:
-  std::string GetTargetNamespace() const override { return kNamespace; }
+  PO_GENERATED_CLASS_MEMBERS;
 
  private:
   CSmartPtr<CItemCol> m_item;
 };
 
-class CCreditCard : public OvXmlLib6::CXmlGeneratedClass {
+class CCreditCard : public CPoClass {
  public:
   CCreditCard();
   const std::string& GetHolder() const { return m_holder; }
@@ -226,15 +228,7 @@ class CCreditCard : public OvXmlLib6::CXmlGeneratedClass {
   const CDateTime& GetExpires() const { return m_expires; }
   void SetExpires(const CDateTime& value) { m_expires = value; }
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
-  std::string GetNamespace() const override { return kNamespace; }
-
- protected:
-  std::string GetTargetNamespace() const override { return kNamespace; }
+  PO_GENERATED_CLASS_MEMBERS;
 
  private:
   std::string m_holder;
@@ -244,70 +238,51 @@ class CCreditCard : public OvXmlLib6::CXmlGeneratedClass {
 
 // A choice: one of creditCard and bankTransfer. Setting a branch while the other is set throws
 // COvInvalidStateException; clear the other first (SetCreditCard(nullptr), ClearBankTransfer()).
-class CPayment : public OvXmlLib6::CXmlGeneratedClass {
+class CPayment : public CPoClass {
  public:
   CPayment();
   // The element name of the branch that is set, empty when none is.
   const std::string& GetSelectedElement() const { return m_selected; }
   const CSmartPtr<CCreditCard>& GetCreditCard() const { return m_creditCard; }
   void SetCreditCard(CCreditCard* value);
-  bool HasBankTransfer() const { return m_hasBankTransfer; }
-  const std::string& GetBankTransfer() const { return m_bankTransfer; }
+  bool HasBankTransfer() const { return m_bankTransfer.IsSet(); }
+  const std::string& GetBankTransfer() const { return m_bankTransfer.Get(); }
   void SetBankTransfer(const std::string& value);
   void ClearBankTransfer();
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
-  std::string GetNamespace() const override { return kNamespace; }
-
- protected:
-  std::string GetTargetNamespace() const override { return kNamespace; }
+  PO_GENERATED_CLASS_MEMBERS;
 
  private:
   std::string m_selected;
   CSmartPtr<CCreditCard> m_creditCard;
-  bool m_hasBankTransfer;
-  std::string m_bankTransfer;
+  COptional<std::string> m_bankTransfer;
 };
 
 // An all group: its elements come in any order.
-class CDelivery : public OvXmlLib6::CXmlGeneratedClass {
+class CDelivery : public CPoClass {
  public:
   CDelivery();
   Priority GetPriority() const { return m_priority; }
   void SetPriority(Priority value) { m_priority = value; }
-  bool HasWindow() const { return m_hasWindow; }
-  const CDateTime& GetWindow() const { return m_window; }
-  void SetWindow(const CDateTime& value);
-  void ClearWindow();
-  bool HasInstructions() const { return m_hasInstructions; }
-  const std::string& GetInstructions() const { return m_instructions; }
-  void SetInstructions(const std::string& value);
-  void ClearInstructions();
+  bool HasWindow() const { return m_window.IsSet(); }
+  const CDateTime& GetWindow() const { return m_window.Get(); }
+  void SetWindow(const CDateTime& value) { m_window.Set(value); }
+  void ClearWindow() { m_window.Clear(); }
+  bool HasInstructions() const { return m_instructions.IsSet(); }
+  const std::string& GetInstructions() const { return m_instructions.Get(); }
+  void SetInstructions(const std::string& value) { m_instructions.Set(value); }
+  void ClearInstructions() { m_instructions.Clear(); }
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
-  std::string GetNamespace() const override { return kNamespace; }
-
- protected:
-  std::string GetTargetNamespace() const override { return kNamespace; }
+  PO_GENERATED_CLASS_MEMBERS;
 
  private:
   Priority m_priority;
-  bool m_hasWindow;
-  CDateTime m_window;
-  bool m_hasInstructions;
-  std::string m_instructions;
+  COptional<CDateTime> m_window;
+  COptional<std::string> m_instructions;
 };
 
 // The document element.
-class CPurchaseOrder : public OvXmlLib6::CXmlGeneratedClass {
+class CPurchaseOrder : public CPoClass {
  public:
   CPurchaseOrder();
 
@@ -326,35 +301,27 @@ class CPurchaseOrder : public OvXmlLib6::CXmlGeneratedClass {
   void SetPayment(CPayment* value);
   const CSmartPtr<CDelivery>& GetDelivery() const { return m_delivery; }
   void SetDelivery(CDelivery* value) { m_delivery = value; }
-  bool HasSignature() const { return m_hasSignature; }
-  const CBinaryData& GetSignature() const { return m_signature; }
-  void SetSignature(const CBinaryData& value);
-  void ClearSignature();
+  bool HasSignature() const { return m_signature.IsSet(); }
+  const CBinaryData& GetSignature() const { return m_signature.Get(); }
+  void SetSignature(const CBinaryData& value) { m_signature.Set(value); }
+  void ClearSignature() { m_signature.Clear(); }
   // Elements of other namespaces after the order's own (xs:any ##other).
   const CSmartPtr<OvXmlLib6::CElementCol>& GetExtensions() const { return m_extensions; }
 
   // Required: an order whose date was never set cannot be written.
-  bool HasOrderDate() const { return m_hasOrderDate; }
-  const CDateTime& GetOrderDate() const { return m_orderDate; }
-  void SetOrderDate(const CDateTime& value);
+  bool HasOrderDate() const { return m_orderDate.IsSet(); }
+  const CDateTime& GetOrderDate() const { return m_orderDate.Get(); }
+  void SetOrderDate(const CDateTime& value) { m_orderDate.Set(value); }
   OrderStatus GetStatus() const { return m_status; }
   void SetStatus(OrderStatus value) { m_status = value; }
   const std::string& GetCurrency() const { return m_currency; }
   void SetCurrency(const std::string& value) { m_currency = value; }
 
-  void AccessProperty(int index, bool read, OvXmlLib6::OvVariant& value) override;
-  OvXmlLib6Data::CParentElementInfo* GetClassInfo() const override;
-  OvXmlLib6Data::CElementInfo** GetClassElementInfo() const override;
-  OvXmlLib6Data::CAttributeInfo** GetClassAttributeInfo() const override;
-  void PrepareForRead() override;
-  std::string GetNamespace() const override { return kNamespace; }
+  PO_GENERATED_CLASS_MEMBERS;
 
   // Frees the descriptor tables of every class of the schema. Call it once no thread reads or
   // writes these classes any more (at the end of the program); a later use builds them again.
   static void CleanUp();
-
- protected:
-  std::string GetTargetNamespace() const override { return kNamespace; }
 
  private:
   CSmartPtr<CAddress> m_shipTo;
@@ -364,11 +331,9 @@ class CPurchaseOrder : public OvXmlLib6::CXmlGeneratedClass {
   CSmartPtr<CItems> m_items;
   CSmartPtr<CPayment> m_payment;
   CSmartPtr<CDelivery> m_delivery;
-  bool m_hasSignature;
-  CBinaryData m_signature;
+  COptional<CBinaryData> m_signature;
   CSmartPtr<OvXmlLib6::CElementCol> m_extensions;
-  bool m_hasOrderDate;
-  CDateTime m_orderDate;
+  COptional<CDateTime> m_orderDate;
   OrderStatus m_status;
   std::string m_currency;
 };
@@ -394,5 +359,7 @@ class CPoFactory : public OvXmlLib6::CClassfactoryBase {
 };
 
 }  // namespace po
+
+#undef PO_GENERATED_CLASS_MEMBERS
 
 #endif  // OVXML_EXAMPLES_PURCHASEORDER_H

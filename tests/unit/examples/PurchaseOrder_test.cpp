@@ -140,20 +140,43 @@ TEST(PurchaseOrder, FailuresNameThePathToTheFaultyElement) {
     return std::string("no exception");
   };
 
-  EXPECT_EQ(readFailure(replaced("<po:unitPrice>39.98</po:unitPrice>", "")),
-            "Failed to process the element [purchaseOrder]\n"
-            "Failed to process the element [items]\n"
-            "Failed to process the element [item]\n"
-            "Failed to find a required element [unitPrice]");
-  EXPECT_EQ(readFailure(replaced("po:USAddress", "po:MarsAddress")),
-            "Failed to process the element [purchaseOrder]\n"
-            "Failed to find a suitable substitution element for [shipTo]");
+  const std::string order = "Failed to process the element [purchaseOrder]\n";
+  const std::string item =
+      order + "Failed to process the element [items]\n" + "Failed to process the element [item]\n";
+  const struct {
+    const char* from;
+    const char* to;
+    std::string message;
+  } cases[] = {
+      {"<po:unitPrice>39.98</po:unitPrice>", "",
+       item + "Failed to find a required element [unitPrice]"},
+      {">express<", ">whenever<",
+       order + "Failed to process the element [delivery]\n" +
+           "The value [whenever] is not one of the enumeration [Priority]"},
+      {"po:USAddress", "po:MarsAddress",
+       order + "Failed to find a suitable substitution element for [shipTo]"},
+      // The wildcards take other namespaces only.
+      {"<acme:tracking", "<po:tracking/><acme:tracking",
+       order + "Failed read all the elements held within the element [purchaseOrder]. The "
+               "unexpected element [tracking] remains un processed"},
+      {"partNum=\"926-AA\"", "partNum=\"926-AA\" po:giftWrap=\"true\"",
+       item + "Invalid namespace [urn:example:po]. The namespace must be one of [##other] where "
+              "the target namespace is [urn:example:po]"},
+      // The all group takes each element once.
+      {"<po:window>", "<po:priority>standard</po:priority><po:window>",
+       order + "Failed to process the element [delivery]\n" +
+           "Failed read all the elements held within the element [delivery]. The unexpected "
+           "element [priority] remains un processed"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(readFailure(replaced(c.from, c.to)), c.message) << c.to;
+  }
 
-  CSmartPtr<po::CPurchaseOrder> order = ReadOrder(sample);
-  order->GetItems()->GetItem()->Item(1)->SetQuantity(100);  // maxExclusive 100
+  CSmartPtr<po::CPurchaseOrder> changed = ReadOrder(sample);
+  changed->GetItems()->GetItem()->Item(1)->SetQuantity(100);  // maxExclusive 100
   std::string written;
   try {
-    written = order->ToXml();
+    written = changed->ToXml();
   } catch (const COvException& e) {
     written = e.GetFullMessage();
   }
@@ -165,12 +188,31 @@ TEST(PurchaseOrder, FailuresNameThePathToTheFaultyElement) {
 
   // The choice keeps one branch: the second is refused until the first is cleared.
   test::ExpectThrowMessage<COvInvalidStateException>(
-      [&] { order->GetPayment()->SetBankTransfer("DE89370400440532013000"); },
+      [&] { changed->GetPayment()->SetBankTransfer("DE89370400440532013000"); },
       "The Property creditCard is already set. Only one element within this class bay be set at "
       "a time");
-  order->GetPayment()->SetCreditCard(nullptr);
-  order->GetPayment()->SetBankTransfer("DE89370400440532013000");
-  EXPECT_EQ(order->GetPayment()->GetSelectedElement(), "bankTransfer");
+  changed->GetPayment()->SetCreditCard(nullptr);
+  changed->GetPayment()->SetBankTransfer("DE89370400440532013000");
+  EXPECT_EQ(changed->GetPayment()->GetSelectedElement(), "bankTransfer");
+}
+
+// The attribute defaults of the tables agree with the members' first values, so an attribute
+// left at its default is left out when the context asks; and the tables come back after CleanUp.
+TEST(PurchaseOrder, DefaultsAndTablesAfterCleanUp) {
+  CSmartPtr<po::CPurchaseOrder> order = ReadOrder(ReadFile(OVXML_PO_SAMPLE));
+  CXmlSerializationContext context;
+  context.SetNoOptionalAttributeDefaultOutput(true);
+  order->SetStatus(po::OrderStatus_open);
+  order->GetContact()->SetContactLanguage("en");
+  const std::string written = order->ToXml(false, false, EOLType_LF, context);
+  EXPECT_EQ(written.substr(0, written.find('>')),
+            "<AA:purchaseOrder xmlns:AA=\"urn:example:po\" orderDate=\"2026-11-20\"");
+
+  po::CPurchaseOrder::CleanUp();
+  CSmartPtr<po::CPurchaseOrder> again = ReadOrder(written);
+  EXPECT_EQ(again->GetCurrency(), "EUR");
+  EXPECT_EQ(again->GetContact()->GetContactLanguage(), "en");
+  EXPECT_EQ(again->ToXml(false, false, EOLType_LF, context), written);
 }
 
 }  // namespace
