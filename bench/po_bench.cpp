@@ -12,9 +12,8 @@
 //
 // Memory is counted by this program's own malloc, free and their kin, which pass every call on
 // to glibc and, while a measurement runs, add up what each block takes: its usable size and
-// glibc's size field in front of it. That sees all of
-// the heap: the library's objects and strings, its small-object slabs (aligned_alloc) and expat's
-// buffers.
+// glibc's size field in front of it. That sees all of the heap: the library's objects and
+// strings, its small-object slabs (aligned_alloc) and expat's buffers.
 #include "BenchSupport.h"
 #include "PoDocument.h"
 #include "PurchaseOrder.h"
@@ -25,7 +24,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <malloc.h>
-#include <memory>
 #include <string>
 #include <time.h>
 
