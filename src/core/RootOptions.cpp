@@ -2,6 +2,7 @@
 
 #include "OvXmlLib6/core/SerializationContext.h"
 #include "OvXmlLib6/metadata/Attribute.h"
+#include "OvXmlLib6/xml/XmlTextWriter.h"
 #include "OvXmlLib6/xml/XmlWriter.h"
 
 #include <string>
@@ -27,7 +28,14 @@ void CRootOptions::WriteAttributes(CXmlWriter* writer, const CXmlSerializationCo
 
 void CRootOptions::WriteInlineSchema(CXmlWriter* writer, const CXmlSerializationContext& context) {
   const std::string schema = context.GetInLineSchema();
-  if (!schema.empty()) writer->WriteRawLine(schema.c_str());
+  if (schema.empty()) return;
+  // The schema is content of the root element: the text writer closes the start tag first. Other
+  // writers place raw lines themselves.
+  if (auto* text = dynamic_cast<CXmlTextWriter*>(writer)) {
+    text->WriteRawContent(schema.c_str());
+  } else {
+    writer->WriteRawLine(schema.c_str());
+  }
 }
 
 }  // namespace detail

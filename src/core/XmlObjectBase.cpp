@@ -7,6 +7,7 @@
 #include "core/Prefetch.h"
 #include "core/SharedNames.h"
 #include "core/Strings.h"
+#include "port/Stack.h"
 #include "xml/TreeStore.h"
 
 #include <cstring>
@@ -20,6 +21,11 @@ namespace {
 std::uint32_t g_maxNestingDepth = kDefaultMaxNestingDepth;
 // Levels of bound objects being read or written on this thread.
 thread_local std::uint32_t t_nestingDepth = 0;
+// The lowest address of this thread's stack, found on first use (0: the platform does not say),
+// and the room that nesting leaves on it.
+constexpr std::uintptr_t kStackLimitUnknown = 1;
+thread_local std::uintptr_t t_stackLimit = kStackLimitUnknown;
+constexpr std::uintptr_t kStackReserve = 256 * 1024;
 
 // The objects whose count reached 0 while another object was being destroyed on this thread,
 // last in first out. The outermost destruction deletes them one after the other, so destroying
@@ -77,6 +83,17 @@ CXmlObjectBase::CNestingGuard::CNestingGuard(const char* elementName) {
     throw COvException(FormatString("Element nesting is deeper than %u levels at element [%s]",
                                     static_cast<unsigned>(g_maxNestingDepth),
                                     OrEmpty(elementName)));
+  }
+  // The level limit suits the usual stacks; a thread with a small stack, or a build whose frames
+  // are larger (sanitizers), stops where the stack's room ends instead, keeping enough for the
+  // failure to be wrapped and passed up.
+  if (t_stackLimit == kStackLimitUnknown) t_stackLimit = port::ThreadStackLimit();
+  // The frame's own address: a local's may lie on a sanitizer's separate stack.
+  const auto address = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+  if (t_stackLimit != 0 && address < t_stackLimit + kStackReserve) {
+    throw COvException(FormatString(
+        "Element nesting is deeper than %u levels at element [%s]: the thread's stack is used up",
+        static_cast<unsigned>(t_nestingDepth), OrEmpty(elementName)));
   }
   ++t_nestingDepth;
 }

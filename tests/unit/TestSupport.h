@@ -42,6 +42,35 @@ void ExpectThrowMessage(F&& action, const std::string& message) {
   EXPECT_EQ(MessageOf<E>(std::forward<F>(action)), message);
 }
 
+// The short name of an exception's class: "Value", "Namespace", "Validation", "Param", "State",
+// "Overflow" or "Exception".
+inline std::string ClassOf(const COvException& e) {
+  if (dynamic_cast<const COvInvalidValueException*>(&e) != nullptr) return "Value";
+  if (dynamic_cast<const COvInvalidNamespaceException*>(&e) != nullptr) return "Namespace";
+  if (dynamic_cast<const COvValidationException*>(&e) != nullptr) return "Validation";
+  if (dynamic_cast<const COvInvalidParamException*>(&e) != nullptr) return "Param";
+  if (dynamic_cast<const COvInvalidStateException*>(&e) != nullptr) return "State";
+  if (dynamic_cast<const COvOverFlowException*>(&e) != nullptr) return "Overflow";
+  return "Exception";
+}
+
+// The whole chain of the exception that `action` throws, outermost first, one "Class: message"
+// line per exception; "no exception" when it returns.
+template <class F>
+std::string ChainOf(F&& action) {
+  try {
+    std::forward<F>(action)();
+  } catch (const COvException& e) {
+    std::string chain;
+    for (const COvException* x = &e; x != nullptr; x = x->GetInnerException()) {
+      if (!chain.empty()) chain += "\n";
+      chain += ClassOf(*x) + ": " + x->GetMessage();
+    }
+    return chain;
+  }
+  return "no exception";
+}
+
 // The bytes of `data` as a string.
 inline std::string Bytes(const CBinaryData& data) {
   return data.GetData() == nullptr
@@ -61,12 +90,15 @@ inline std::string ReadFile(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-// `levels` nested elements <e>: deep enough to overflow any reader or writer that recurses.
-inline std::string NestedElements(int levels) {
+// `levels` nested elements of the name: deep enough to overflow any reader or writer that
+// recurses.
+inline std::string NestedElements(int levels, const std::string& name = "e") {
+  const std::string open = "<" + name + ">";
+  const std::string close = "</" + name + ">";
   std::string xml;
-  xml.reserve(static_cast<std::size_t>(levels) * 7);
-  for (int i = 0; i < levels; ++i) xml += "<e>";
-  for (int i = 0; i < levels; ++i) xml += "</e>";
+  xml.reserve(static_cast<std::size_t>(levels) * (open.size() + close.size()));
+  for (int i = 0; i < levels; ++i) xml += open;
+  for (int i = 0; i < levels; ++i) xml += close;
   return xml;
 }
 
