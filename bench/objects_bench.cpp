@@ -6,12 +6,11 @@
 // every benchmark sees the same load:
 //   objects_bench --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true
 //                 --benchmark_report_aggregates_only=true
+#include "BenchSupport.h"
 #include "OvXmlLib6/core/SmartPtr.h"
 #include "OvXmlLib6/core/XmlObjectBase.h"
 #include "OvXmlLib6/metadata/Element.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
-
-#include <expat.h>
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -59,34 +58,15 @@ const std::string& Document() {
   return document;
 }
 
-// Freed memory stays with the process (no trimming, no per-block mmap for the large buffers),
-// so that every benchmark here runs on a warm heap unless it asks otherwise.
-const bool kHeapKept = [] {
-  mallopt(M_MMAP_THRESHOLD, 256 << 20);
-  mallopt(M_TRIM_THRESHOLD, 512 << 20);
-  return true;
-}();
-
 const unsigned char* Bytes() { return reinterpret_cast<const unsigned char*>(Document().data()); }
 std::uint32_t Length() { return static_cast<std::uint32_t>(Document().size()); }
 
 // Namespace-aware expat with handlers that only count, the floor any tree builder stands on.
 void BM_RawExpat(benchmark::State& state) {
-  std::size_t events = 0;
+  long events = 0;
   for (auto _ : state) {
-    XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
-    XML_SetUserData(parser, &events);
-    XML_SetElementHandler(
-        parser,
-        [](void* data, const XML_Char*, const XML_Char**) { ++*static_cast<std::size_t*>(data); },
-        [](void* data, const XML_Char*) { ++*static_cast<std::size_t*>(data); });
-    XML_SetCharacterDataHandler(parser, [](void* data, const XML_Char*, int length) {
-      *static_cast<std::size_t*>(data) += static_cast<std::size_t>(length);
-    });
-    if (XML_Parse(parser, Document().data(), static_cast<int>(Document().size()), 1) ==
-        XML_STATUS_ERROR)
-      state.SkipWithError("expat failed");
-    XML_ParserFree(parser);
+    events = bench::ParseWithExpat(Document().data(), Document().size());
+    if (events < 0) state.SkipWithError("expat failed");
   }
   benchmark::DoNotOptimize(events);
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * Length());
@@ -150,21 +130,15 @@ std::size_t WalkElements(CElement* root) {
   return bytes;
 }
 
-// Bytes of heap in use, for the memory the walked tree holds at its peak.
-std::size_t HeapInUse() {
-  const struct mallinfo2 info = mallinfo2();
-  return info.uordblks + info.hblkhd;
-}
-
 void BM_ReadWalkRelease(benchmark::State& state) {
   std::size_t bytes = 0;
   std::size_t peak = 0;
   for (auto _ : state) {
-    const std::size_t before = HeapInUse();
+    const std::size_t before = bench::HeapInUse();
     CSmartPtr<CElement> root = new CElement("orders");
     root->FromXmlStream(Bytes(), Length());
     bytes += WalkElements(root.get());
-    peak = std::max(peak, HeapInUse() - std::min(before, HeapInUse()));
+    peak = std::max(peak, bench::HeapInUse() - std::min(before, bench::HeapInUse()));
     root = nullptr;
   }
   benchmark::DoNotOptimize(bytes);
