@@ -402,6 +402,15 @@ void CDecimal::LimitFraction() {
 }
 
 int CDecimal::CompareTo(const CDecimal& other) const {
+  // Values of different signs (or a zero) compare without scaling: bounds such as 0 are common.
+  const auto sign = [](const CDecimal& d) {
+    if (d.m_integral.IsZero() && d.m_fractional.IsZero()) return 0;
+    return d.IsNegative() ? -1 : 1;
+  };
+  const int mine = sign(*this);
+  const int theirs = sign(other);
+  if (mine != theirs) return mine < theirs ? -1 : 1;
+  if (mine == 0) return 0;
   CDecimal a(*this);
   CDecimal b(other);
   const int divider = Normalize(a, b);

@@ -18,6 +18,7 @@
 #include <exception>
 #include <functional>
 #include <limits>
+#include <memory>
 
 namespace OvXmlLib6 {
 
@@ -221,7 +222,34 @@ void CPrimitiveRestrictions::CompilePattern() {
 #endif
 }
 
+struct CPrimitiveRestrictions::CDecimalBounds {
+  std::unique_ptr<const CDecimal> minInclusive;
+  std::unique_ptr<const CDecimal> maxInclusive;
+  std::unique_ptr<const CDecimal> minExclusive;
+  std::unique_ptr<const CDecimal> maxExclusive;
+};
+
+namespace {
+std::unique_ptr<const CDecimal> DecimalBound(const std::string& literal) {
+  if (literal.empty()) return nullptr;
+  try {
+    return std::make_unique<const CDecimal>(CConversions::decimalFromString(literal, kCollapse));
+  } catch (const COvException&) {
+    return nullptr;
+  }
+}
+}  // namespace
+
 void CPrimitiveRestrictions::PrepareIntegerRange() {
+  if (!m_minInclusive.empty() || !m_maxInclusive.empty() || !m_minExclusive.empty() ||
+      !m_maxExclusive.empty()) {
+    auto bounds = std::make_shared<CDecimalBounds>();
+    bounds->minInclusive = DecimalBound(m_minInclusive);
+    bounds->maxInclusive = DecimalBound(m_maxInclusive);
+    bounds->minExclusive = DecimalBound(m_minExclusive);
+    bounds->maxExclusive = DecimalBound(m_maxExclusive);
+    m_decimalBounds = std::move(bounds);
+  }
   m_integerRangeOnly = false;
   if (!m_pattern.empty() || m_length >= 0 || m_minLength >= 0 || m_maxLength >= 0 ||
       m_totalDigits >= 0 || m_fractionDigits >= 0 || !m_enumerations.empty()) {
@@ -485,11 +513,22 @@ void CPrimitiveRestrictions::CheckDecimal(const char* name, const CDecimal& valu
   s.digits = true;
   // Literals are read by the decimal parser itself and compared with the decimal's own order.
   s.compare = [&](const std::string& literal) {
-    try {
-      const CDecimal other = CConversions::decimalFromString(literal, kCollapse);
+    // The bounds were read once; enumeration values are read here.
+    const CDecimal* bound = nullptr;
+    if (m_decimalBounds) {
+      if (&literal == &m_minInclusive) bound = m_decimalBounds->minInclusive.get();
+      if (&literal == &m_maxInclusive) bound = m_decimalBounds->maxInclusive.get();
+      if (&literal == &m_minExclusive) bound = m_decimalBounds->minExclusive.get();
+      if (&literal == &m_maxExclusive) bound = m_decimalBounds->maxExclusive.get();
+    }
+    const auto order = [&value](const CDecimal& other) {
       if (value < other) return Order::kLess;
       if (value > other) return Order::kGreater;
       return Order::kEqual;
+    };
+    if (bound != nullptr) return order(*bound);
+    try {
+      return order(CConversions::decimalFromString(literal, kCollapse));
     } catch (const COvException&) {
       return Order::kIncomparable;
     }

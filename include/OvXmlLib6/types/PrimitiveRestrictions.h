@@ -105,8 +105,10 @@ class OVXML_API CPrimitiveRestrictions {
   struct Subject;
   void CheckSubject(const char* name, const Subject& subject) const;
   void CompilePattern();
-  // Works out m_integerRangeOnly and the range, after any facet changes.
+  // Works out m_integerRangeOnly and the range, and the bounds as decimals, after any facet
+  // changes.
   void PrepareIntegerRange();
+  struct CDecimalBounds;
 
   std::string m_pattern;
   int m_length;
@@ -129,6 +131,9 @@ class OVXML_API CPrimitiveRestrictions {
   bool m_integerRangeOnly = false;
   std::int64_t m_integerMin = 0;
   std::int64_t m_integerMax = 0;
+  // The four bounds read as decimals once (each null when absent or not a decimal), shared by
+  // copies.
+  std::shared_ptr<const CDecimalBounds> m_decimalBounds;
 };
 
 }  // namespace OvXmlLib6
