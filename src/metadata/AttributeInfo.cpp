@@ -195,9 +195,12 @@ CSmartPtr<OvXmlLib6::CAttributeCol> AttributeCollection(
 
 void CAttributeInfoAny::AttributeToXml(const Context& context, const CXmlGeneratedClass* object,
                                        CXmlWriter* writer) const {
-  const CSmartPtr<OvXmlLib6::CAttributeCol> attributes = AttributeCollection(*this, object);
-  // Most elements carry no foreign attribute: nothing to write.
-  if (attributes->GetCount() == 0) return;
+  // Whatever collection the property holds writes its items as attributes; most elements carry
+  // no foreign attribute, and then nothing is asked of the object.
+  OvVariant value;
+  ReadProperty(object, value);
+  const CSmartPtr<OvXmlLib6::CXmlCollectionBase> attributes = value.GetXmlCollection();
+  if (!attributes || attributes->GetCount() == 0) return;
   const std::string target = CAttributeInfo::GetTargetNamespace(object);
   CAttributeInfo::ToXml_Int(attributes.get(), writer, false, target.c_str(), context);
 }
