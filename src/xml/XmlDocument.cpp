@@ -3,6 +3,7 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/BinaryData.h"
 #include "core/Strings.h"
+#include "fastinfoset/FastInfosetReader.h"
 #include "port/File.h"
 #include "xml/Compression.h"
 #include "xml/DocumentObserver.h"
@@ -272,25 +273,37 @@ void CXmlDocument::Parse() {
     }
     // Anything else (not compressed after all, or cut short) is parsed as it is.
   }
-  // The Fast Infoset reader, once there is one, gets the buffer here: when it recognises a
-  // Fast Infoset document it builds the tree and parsing ends. Like the text reader it calls
+  // A Fast Infoset document is read by its own reader; like the text reader it calls
   // ElementStarted once an element has its attributes, so that an observer sees every element.
   if (ParseFastInfoset()) return;
   ParseText();
 }
 
-bool CXmlDocument::ParseFastInfoset() { return false; }
+namespace {
+// The input is not needed once parsed, whether or not the parse succeeds.
+struct ReleaseInput {
+  std::unique_ptr<unsigned char[]>& owned;
+  const unsigned char*& input;
+  std::uint32_t& length;
+  ~ReleaseInput() {
+    owned.reset();
+    input = nullptr;
+    length = 0;
+  }
+};
+}  // namespace
+
+bool CXmlDocument::ParseFastInfoset() {
+  const long start = CFastInfosetReader::FindHeader(m_input, m_inputLength);
+  if (start < 0) return false;
+  ReleaseInput release{m_ownedInput, m_input, m_inputLength};
+  CFastInfosetReader reader(this, m_input, m_inputLength);
+  reader.Read(static_cast<std::size_t>(start));
+  return true;
+}
 
 void CXmlDocument::ParseText() {
-  // The input is not needed once parsed, whether or not the parse succeeds.
-  struct Release {
-    CXmlDocument& document;
-    ~Release() {
-      document.m_ownedInput.reset();
-      document.m_input = nullptr;
-      document.m_inputLength = 0;
-    }
-  } release{*this};
+  ReleaseInput release{m_ownedInput, m_input, m_inputLength};
   ParseTextBlock(m_input, m_inputLength);
 }
 

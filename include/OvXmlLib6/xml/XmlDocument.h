@@ -101,6 +101,7 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
 
  private:
   friend class CExpatReader;
+  friend class CFastInfosetReader;
   friend class CXmlElement;
   friend class detail::CDocumentObserver;
 

@@ -1,0 +1,214 @@
+#include "OvXmlLib6/core/SerializationContext.h"
+#include "OvXmlLib6/metadata/Attribute.h"
+#include "OvXmlLib6/metadata/Element.h"
+#include "OvXmlLib6/xml/XmlAttribute.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
+#include "OvXmlLib6/xml/XmlElement.h"
+#include "unit/TestSupport.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <utility>
+#include <vector>
+
+using namespace OvXmlLib6;
+using test::MessageOf;
+
+namespace {
+
+// Octets written as hex pairs; spaces and '|' separate them.
+std::string Hex(const char* text) {
+  std::string bytes;
+  int high = -1;
+  for (const char* p = text; *p != '\0'; ++p) {
+    const char c = *p;
+    if (c == ' ' || c == '|') continue;
+    const int v = c <= '9' ? c - '0' : (c & ~0x20) - 'A' + 10;
+    if (high < 0) {
+      high = v;
+    } else {
+      bytes.push_back(static_cast<char>(high << 4 | v));
+      high = -1;
+    }
+  }
+  return bytes;
+}
+
+// The tree as text: {namespace}name, attributes, text and children, element by element.
+std::string Dump(const CXmlElement* element) {
+  std::string out;
+  std::vector<std::pair<const CXmlElement*, bool>> stack{{element, false}};
+  while (!stack.empty()) {
+    auto [e, closing] = stack.back();
+    stack.pop_back();
+    if (closing) {
+      out += ")";
+      continue;
+    }
+    out += "{" + e->GetNamespaceURI() + "}" + e->GetLocalName() + "[";
+    for (const CXmlAttribute* a : e->GetAttributes()) {
+      out += "{" + a->GetNamespaceURI() + "}" + a->GetLocalName() + "=" + a->GetValue() + ";";
+    }
+    out += "]'" + e->GetText() + "'(";
+    stack.push_back({e, true});
+    std::vector<const CXmlElement*> children;
+    for (const CXmlElement* c = e->GetFirstElement(); c != nullptr;
+         c = c->GetNextSiblingElement()) {
+      children.push_back(c);
+    }
+    for (auto it = children.rbegin(); it != children.rend(); ++it) stack.push_back({*it, false});
+  }
+  return out;
+}
+
+std::string Load(const std::string& bytes, const CXmlSerializationContext& context =
+                                               CXmlSerializationContext::GetDefaultContext()) {
+  CXmlDocument document(context);
+  const std::unique_ptr<char[]> copy = test::ExactCopy(bytes);
+  document.LoadXmlStream(reinterpret_cast<const unsigned char*>(copy.get()),
+                         static_cast<std::uint32_t>(bytes.size()));
+  return Dump(document.GetDocumentElement());
+}
+
+// Example A, as the reference encoder writes it.
+const char kExampleA[] =
+    "E0 00 00 01 00 E2 40 63 78 CF 00 70 04 75 72 6E 3A 70 CD 04 75 72 6E 3A 64 F0 3F 81 81"
+    "04 6F 72 64 65 72 78 01 69 64 40 37 7B 80 80 03 6C 61 6E 67 41 65 6E F0 E1 01 67 6F"
+    "42 6E 6F 77 7D 82 03 69 74 65 6D 78 02 71 74 79 40 32 F0 91 61 62 F0 41 02 82 F0 A0 F0"
+    "3D 82 03 6E 6F 74 65 8C 26 00 78 3C 79 F0 3F 81 81 00 65 FF F0";
+
+TEST(FastInfosetReader, ReadsRealEncoderOutputAsTheSameTreeAsItsXml) {
+  CXmlSerializationContext keepCDATA;
+  keepCDATA.SetStripCDATA(false);
+  struct Case {
+    std::string octets;
+    const char* xml;
+  };
+  const Case cases[] = {
+      {Hex(kExampleA),
+       "<!--c--><p:order xmlns:p='urn:p' xmlns='urn:d' id='7' xml:lang='en'><?go now?>"
+       "<item qty='2'>ab</item><item qty='2'>ab</item><note><![CDATA[x<y]]></note><p:e/>"
+       "</p:order>"},
+      // Every header component, behind the XML declaration.
+      {"<?xml version='1.0' encoding='finf' standalone='yes'?>" +
+           Hex("E0 00 00 01 07 04 55 54 46 2D 38 01 42 31 2E 30 3C 00 72 FF"),
+       "<r/>"},
+      {Hex("E0 00 00 01 00 | 7C 00 72 | 78 00 6B | 51 00 E9 | F0 | 96 01 00 68 00 E9 | FF"),
+       "<r k='\xC3\xA9'>h\xC3\xA9</r>"},
+      {Hex("E0 00 00 01 00 7C 00 72 | 78 00 69 30 33 00 00 01 02 | 78 00 62 30 50 38 |"
+           "78 00 6E 60 01 3C 25 | 78 00 74 60 12 12 B3 0F | 78 00 65 FF | FF | F0"),
+       "<r i='258' b='true' n='3.25' t='12:30' e=''/>"},
+      {Hex("E0 00 00 01 00 3C 00 61 E2 FF E1 00 74 FF 7C 00 62 78 00 78 FF FF 91 20 20 FF"),
+       "<a><!----><?t?><b x=''/>  </a>"},
+      {Hex("E0 00 00 01 00 E1 00 61 FF 3C 00 72 F0 E2 40 78 F0"), "<?a?><r/><!--x-->"},
+      {Hex("E0 00 00 01 00 38 CD 04 75 72 6E 3A 78 F0 3D 81 00 61 38 CC F0 3C 00 62 FF F0"),
+       "<a xmlns='urn:x'><b xmlns=''/></a>"},
+      // Typed chunks: shorts, a boolean list, a double and a numeric-alphabet value.
+      {Hex("E0 00 00 01 00 3C 00 72 3C 00 61 8C 0A 01 00 01 FF FE F0 3C 00 62 8C 14 1A F0"
+           "3C 00 64 8C 1E 05 C0 00 00 00 00 00 00 00 F0 3C 00 6E 98 02 01 A1 2C 5D 3F FF F0"),
+       "<r><a>1 -2</a><b>true false true</b><d>-2</d><n>-12.5e3</n></r>"},
+  };
+  for (const Case& c : cases) {
+    const CXmlSerializationContext* contexts[] = {&CXmlSerializationContext::GetDefaultContext(),
+                                                  &keepCDATA};
+    for (const CXmlSerializationContext* context : contexts) {
+      CXmlDocument xml(*context);
+      xml.LoadXml(c.xml);
+      EXPECT_EQ(Load(c.octets, *context), Dump(xml.GetDocumentElement())) << c.xml;
+    }
+  }
+}
+
+TEST(FastInfosetReader, ReadsEveryIndexForm) {
+  // Root r, then children c2..c2100 (element names 2..2100), each with the chunk v-<k> (chunk
+  // k - 1); then elements and chunks by their medium and large indexes.
+  std::string bytes = Hex("E0 00 00 01 00 3C 00 72");
+  for (int k = 2; k <= 2100; ++k) {
+    const std::string name = "c" + std::to_string(k);
+    const std::string value = "v-" + std::to_string(k);
+    bytes += '\x3C';
+    bytes += static_cast<char>(name.size() - 1);
+    bytes += name;
+    bytes += static_cast<char>(0x92);
+    bytes += static_cast<char>(value.size() - 3);
+    bytes += value + '\xF0';
+  }
+  bytes += Hex("20 09 B0 01 F0 28 00 0B B4 00 05 FF F0");
+  const std::string tree = Load(bytes);
+  const std::string tail = "{}c2100[]'v-2100'(){}c42[]'v-19'(){}c2092[]'v-1047'())";
+  ASSERT_GT(tree.size(), tail.size());
+  EXPECT_EQ(tree.substr(tree.size() - tail.size()), tail);
+}
+
+TEST(FastInfosetReader, ReadsExternalVocabularyOfTheContext) {
+  CXmlSerializationContext context;
+  context.GetFIContext().SetExternalVocabularyURI("urn:v");
+  context.GetFIContext().GetVocabulary()->AddElement("", "", "root");
+  const std::string bytes = Hex("E0 00 00 01 | 20 | 10 00 | 04 75 72 6E 3A 76 | 00 | FF");
+  EXPECT_EQ(Load(bytes, context), "{}root[]''()");
+  EXPECT_EQ(MessageOf([&] { Load(bytes); }),
+            "Failed to parse FastInfoset. Unknown external vocabulary at byte offset 7");
+}
+
+TEST(FastInfosetReader, EveryTruncationOfExampleAFails) {
+  const std::string bytes = Hex(kExampleA);
+  ASSERT_EQ(bytes.size(), 107u);
+  for (std::size_t n = 4; n < bytes.size(); ++n) {
+    const std::string message = MessageOf([&] { Load(bytes.substr(0, n)); });
+    EXPECT_EQ(message.rfind("Failed to parse FastInfoset. ", 0), 0u) << n << ": " << message;
+  }
+}
+
+TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
+  struct Case {
+    const char* octets;  // after E0 00 00 01 00
+    const char* message;
+  };
+  const Case cases[] = {
+      {"01 F0", "Index out of the vocabulary table at byte offset 5"},
+      {"7C 00 72 78 00 6B 85 F0 F0", "Index out of the vocabulary table at byte offset 11"},
+      {"3C 00 72 A3 F0 F0", "Index out of the vocabulary table at byte offset 8"},
+      {"3C 00 72 B9 F0", "Invalid index at byte offset 8"},
+      {"3C 60 FF FF FF FF 72", "Length beyond the end of data at byte offset 11"},
+      {"3C 50 72", "Invalid length at byte offset 6"},
+      {"3C 00 FF F0", "Invalid UTF-8 string at byte offset 7"},
+      {"3C 01 C3 28 F0", "Invalid UTF-8 string at byte offset 7"},
+      {"3C 00 72 84 00 F0 F0", "Odd length of a UTF-16 string at byte offset 9"},
+      {"3C 00 72 85 DC 00 00 41 F0 F0", "Invalid UTF-16 string at byte offset 9"},
+      {"3C 00 72 8C 28 00 F0 F0", "Unknown encoding algorithm at byte offset 10"},
+      {"3C 00 72 8C 0D 00 01 F0 F0", "Invalid value for INT byte encoding. at byte offset 10"},
+      {"3C 00 72 88 0C 00 F0 F0", "Unknown restricted alphabet at byte offset 10"},
+      {"3C 00 72 88 01 FF 0F F0 F0", "Invalid restricted alphabet data at byte offset 10"},
+      {"3E 80 00 72 F0", "Prefix without a namespace name at byte offset 5"},
+      {"3C 00 72 F0 3C 00 73 F0 F0", "Second document element at byte offset 9"},
+      {"3C 00 72 FF 00", "Data after the end of the document at byte offset 9"},
+      {"91 61 62 F0", "Invalid item at byte offset 5"},
+      {"F0", "No document element at byte offset 6"},
+      {"38 C8 F0", "Invalid namespace declaration at byte offset 6"},
+      {"7C 00 72 80 F0", "Invalid attribute at byte offset 8"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(MessageOf([&] { Load(Hex("E0 00 00 01 00") + Hex(c.octets)); }),
+              std::string("Failed to parse FastInfoset. ") + c.message)
+        << c.octets;
+  }
+  // Nesting is bounded, and read without recursion.
+  std::string deep = Hex("E0 00 00 01 00 3C 00 65") + std::string(100000, '\0');
+  EXPECT_EQ(MessageOf([&] { Load(deep); }),
+            "Failed to parse FastInfoset. Elements nested too deeply at byte offset 100007");
+}
+
+TEST(FastInfosetReader, WildcardElementReadsFastInfosetStream) {
+  const std::string bytes = Hex(kExampleA);
+  CSmartPtr<CElement> root = new CElement("root");
+  root->FromXmlStream(reinterpret_cast<const unsigned char*>(bytes.data()),
+                      static_cast<std::uint32_t>(bytes.size()));
+  EXPECT_EQ(root->GetName(), "order");
+  EXPECT_EQ(root->GetNamespace(), "urn:p");
+  ASSERT_EQ(root->GetAttributes()->GetCount(), 2);
+  EXPECT_EQ(root->GetAttributes()->Item(1)->GetValue(), "en");
+  ASSERT_EQ(root->GetChildElements()->GetCount(), 4);
+  EXPECT_EQ(root->GetChildElements()->Item(2)->GetText(), "x<y");
+}
+
+}  // namespace
