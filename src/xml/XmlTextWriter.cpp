@@ -424,6 +424,27 @@ void CXmlTextWriter::WriteComment(const char* text) {
   FlushIfNeeded();
 }
 
+void CXmlTextWriter::WriteProcessingInstruction(std::string_view target, std::string_view data) {
+  if (target.empty() || target.find_first_of(" \t\r\n?") != std::string_view::npos)
+    throw COvInvalidParamException("Invalid processing instruction target.");
+  if (data.find("?>") != std::string_view::npos)
+    throw COvInvalidParamException("Processing instruction data must not contain \"?>\".");
+  const CXmlWriterContext* context = GetCurrentContext();
+  if (context != nullptr && context->IsStartTagOpen()) {
+    CloseStartTag();
+    if (m_formatted) PutLineEnd();
+  }
+  Put("<?", 2);
+  Put(target);
+  if (!data.empty()) {
+    Put(' ');
+    Put(data);
+  }
+  Put("?>", 2);
+  if (context == nullptr || m_formatted) PutLineEnd();
+  FlushIfNeeded();
+}
+
 void CXmlTextWriter::WriteRawBlock(const char* text) {
   Put(View(text).data(), View(text).size());
   PutLineEnd();

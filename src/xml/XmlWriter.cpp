@@ -95,6 +95,11 @@ CXmlWriter::~CXmlWriter() = default;
 
 void CXmlWriter::Open() {}
 
+void CXmlWriter::WriteProcessingInstruction(std::string_view /*target*/,
+                                            std::string_view /*data*/) {
+  throw COvException("This writer does not write processing instructions.");
+}
+
 void CXmlWriter::Close() {
   if (m_current != nullptr) throw COvException("An Element has not been closed.");
 }

@@ -35,6 +35,10 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   void WriteAttribute(const char* localName, const char* ns, const char* value,
                       int itemType = 0) override;
   void WriteXsiType(const char* typeName, const char* typeNamespace, int itemType = 0) override;
+  // "<?target data?>" ("<?target?>" without data), closing an open start tag first as a comment
+  // does. The target must be a non-empty name and the data must not contain "?>": either fails
+  // with COvInvalidParamException, since the output would not be XML.
+  void WriteProcessingInstruction(std::string_view target, std::string_view data) override;
   void WriteStartElement(std::string_view localName, std::string_view ns) override;
   void WriteText(std::string_view text, int itemType = 0) override;
   void WriteAttribute(std::string_view localName, std::string_view ns, std::string_view value,

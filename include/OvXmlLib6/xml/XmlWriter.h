@@ -97,6 +97,11 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
                               int itemType = 0) = 0;
   // Writes the attribute xsi:type with the type's qualified name.
   virtual void WriteXsiType(const char* typeName, const char* typeNamespace, int itemType = 0) = 0;
+  // A processing instruction <?target data?> where the document stands: before the document
+  // element, or inside the current element (after its start tag). The base throws
+  // COvException "This writer does not write processing instructions."; the library's writers
+  // all write them.
+  virtual void WriteProcessingInstruction(std::string_view target, std::string_view data);
 
   // The same calls for strings whose lengths are known, which spares the writer measuring them
   // again. As above, a text or value ends at a NUL byte inside it; names are taken as they are.
