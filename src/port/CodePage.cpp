@@ -65,5 +65,56 @@ void CCodePageConverter::Convert(std::string_view in, std::string& out, char rep
   }
 }
 
+CCharsetDecoder::CCharsetDecoder(const char* charset) : m_handle(::iconv_open("UTF-8", charset)) {}
+
+CCharsetDecoder::~CCharsetDecoder() {
+  if (IsOpen()) ::iconv_close(static_cast<iconv_t>(m_handle));
+}
+
+bool CCharsetDecoder::IsOpen() const { return static_cast<iconv_t>(m_handle) != kInvalid; }
+
+CCharsetDecoder::Result CCharsetDecoder::Decode(const unsigned char* data, std::size_t length,
+                                                bool final, std::string& out,
+                                                unsigned long long& offset) {
+  auto handle = static_cast<iconv_t>(m_handle);
+  // The carried bytes go first, joined with the piece's start.
+  std::string joined;
+  if (!m_carry.empty()) {
+    joined.swap(m_carry);
+    joined.append(reinterpret_cast<const char*>(data), length);
+    data = reinterpret_cast<const unsigned char*>(joined.data());
+    length = joined.size();
+  }
+  char* src = const_cast<char*>(reinterpret_cast<const char*>(data));
+  std::size_t srcLeft = length;
+  char buffer[8192];
+  while (srcLeft > 0) {
+    char* dst = buffer;
+    std::size_t dstLeft = sizeof buffer;
+    const std::size_t r = ::iconv(handle, &src, &srcLeft, &dst, &dstLeft);
+    out.append(buffer, static_cast<std::size_t>(dst - buffer));
+    if (r != static_cast<std::size_t>(-1) || errno == E2BIG) continue;
+    const unsigned long long at =
+        m_consumed + static_cast<unsigned long long>(src - reinterpret_cast<const char*>(data));
+    if (errno == EINVAL && !final) {
+      // A character cut by the end of the piece: keep its bytes for the next one.
+      m_consumed = at;
+      m_carry.assign(src, srcLeft);
+      return Ok;
+    }
+    offset = at;
+    return errno == EINVAL ? TruncatedAtEnd : InvalidSequence;
+  }
+  m_consumed += length;
+  if (final) {
+    // Stateful encodings may have to return to their initial state.
+    char* dst = buffer;
+    std::size_t dstLeft = sizeof buffer;
+    ::iconv(handle, nullptr, nullptr, &dst, &dstLeft);
+    out.append(buffer, static_cast<std::size_t>(dst - buffer));
+  }
+  return Ok;
+}
+
 }  // namespace port
 }  // namespace OvXmlLib6

@@ -4,6 +4,7 @@
 #ifndef OVXMLLIB6_SRC_PORT_CODEPAGE_H
 #define OVXMLLIB6_SRC_PORT_CODEPAGE_H
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,31 @@ class CCodePageConverter {
 
  private:
   void* m_handle;
+};
+
+// Decodes a document's bytes in a character set iconv knows into UTF-8, piece by piece: a
+// character split between two pieces is held back until the next one. Unlike the code-page
+// converter it never replaces anything: an invalid sequence is an error.
+class CCharsetDecoder {
+ public:
+  enum Result { Ok, InvalidSequence, TruncatedAtEnd };
+
+  explicit CCharsetDecoder(const char* charset);
+  CCharsetDecoder(const CCharsetDecoder&) = delete;
+  CCharsetDecoder& operator=(const CCharsetDecoder&) = delete;
+  ~CCharsetDecoder();
+
+  // False when iconv does not know the character set.
+  bool IsOpen() const;
+  // Appends the UTF-8 of the piece to `out`; with `final` the input ends with the piece. On
+  // InvalidSequence, `offset` is the offset of the bad bytes from the start of the input.
+  Result Decode(const unsigned char* data, std::size_t length, bool final, std::string& out,
+                unsigned long long& offset);
+
+ private:
+  void* m_handle;
+  std::string m_carry;                // the start of a character that the last piece cut
+  unsigned long long m_consumed = 0;  // input bytes decoded before m_carry
 };
 
 }  // namespace port
