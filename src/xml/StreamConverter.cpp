@@ -234,7 +234,7 @@ class CEventWriter : public IXmlEventHandler {
       // Formatting goes on after the mixed content, from a line of its own.
       m_mixedDepth = 0;
       m_text->SetFormatted(true);
-      m_text->WriteRawContent(m_text->GetEOLType() == EOLType_CRLF ? "\r\n" : "\n");
+      PutLineEnd();
     }
   }
 
@@ -274,6 +274,7 @@ class CEventWriter : public IXmlEventHandler {
 
   void OnComment(std::string_view text) override {
     EndRun(false);
+    AfterDocumentElement();
     if (m_text != nullptr) {
       m_text->WriteVerbatimComment(text);
     } else {
@@ -283,6 +284,7 @@ class CEventWriter : public IXmlEventHandler {
 
   void OnProcessingInstruction(std::string_view target, std::string_view data) override {
     EndRun(false);
+    AfterDocumentElement();
     m_writer.WriteProcessingInstruction(target, data);
   }
 
@@ -290,6 +292,19 @@ class CEventWriter : public IXmlEventHandler {
   std::uint64_t attributeCount = 0;
 
  private:
+  // A comment or processing instruction after the document element starts a line of its own,
+  // as those before it do.
+  void AfterDocumentElement() {
+    if (m_depth != 0 || elements == 0 || m_text == nullptr || m_text->GetFormatted() || m_lineEnded)
+      return;
+    PutLineEnd();
+    m_lineEnded = true;
+  }
+
+  void PutLineEnd() {
+    m_text->WriteRawContent(m_text->GetEOLType() == EOLType_CRLF ? "\r\n" : "\n");
+  }
+
   // The held whitespace is text after all.
   void KeepSpace() {
     m_runIsLayout = false;
@@ -343,6 +358,7 @@ class CEventWriter : public IXmlEventHandler {
   bool m_inCdata = false;
   std::size_t m_depth = 0;       // of the current element; 0 outside the document element
   std::size_t m_mixedDepth = 0;  // of the unformatted element with mixed content, or 0
+  bool m_lineEnded = false;      // after the document element
 };
 
 // Reads the document from `input` with the reader that its first bytes call for.
