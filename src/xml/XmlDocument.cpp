@@ -8,6 +8,7 @@
 #include "xml/Compression.h"
 #include "xml/DocumentObserver.h"
 #include "xml/ExpatReader.h"
+#include "xml/TreeBuilder.h"
 #include "xml/TreeStore.h"
 #include "xml/Unicode.h"
 
@@ -273,8 +274,9 @@ void CXmlDocument::Parse() {
     }
     // Anything else (not compressed after all, or cut short) is parsed as it is.
   }
-  // A Fast Infoset document is read by its own reader; like the text reader it calls
-  // ElementStarted once an element has its attributes, so that an observer sees every element.
+  // A Fast Infoset document is read by its own reader, whose events build the tree; like the text
+  // reader the builder calls ElementStarted once an element has its attributes, so that an
+  // observer sees every element.
   if (ParseFastInfoset()) return;
   ParseText();
 }
@@ -297,8 +299,9 @@ bool CXmlDocument::ParseFastInfoset() {
   const long start = CFastInfosetReader::FindHeader(m_input, m_inputLength);
   if (start < 0) return false;
   ReleaseInput release{m_ownedInput, m_input, m_inputLength};
-  CFastInfosetReader reader(this, m_input, m_inputLength);
-  reader.Read(static_cast<std::size_t>(start));
+  detail::CTreeBuilder builder(*this);
+  CFastInfosetReader reader(builder, *m_context);
+  reader.Read(m_input, m_inputLength, static_cast<std::size_t>(start));
   return true;
 }
 

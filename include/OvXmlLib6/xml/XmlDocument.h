@@ -31,7 +31,8 @@ namespace OvXmlLib6 {
 
 namespace detail {
 class CDocumentObserver;
-}
+class CTreeBuilder;
+}  // namespace detail
 
 // When on, Load reads files in 128 KiB chunks, one chunk ahead of an incremental parse, so that
 // only the tree and a few buffers are held; such files are parsed as XML text only (no
@@ -101,9 +102,9 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
 
  private:
   friend class CExpatReader;
-  friend class CFastInfosetReader;
   friend class CXmlElement;
   friend class detail::CDocumentObserver;
+  friend class detail::CTreeBuilder;
 
   CXmlElement* AddElement(const detail::CXmlName* name);
   // Gives the document a new, empty store and returns the old one, which destroys its tree when
