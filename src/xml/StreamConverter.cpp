@@ -1,8 +1,10 @@
 #include "xml/StreamConverter.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/core/SerializationContext.h"
 #include "OvXmlLib6/xml/TextStream.h"
 #include "OvXmlLib6/xml/XmlTextWriter.h"
+#include "fastinfoset/FastInfosetReader.h"
 #include "xml/Compression.h"
 #include "xml/ExpatReader.h"
 #include "xml/XmlEvents.h"
@@ -103,14 +105,13 @@ class CPeekSource : public IByteSource {
   bool m_ended = false;
 };
 
-// Fast Infoset documents start with the bits 1110 0000 0000 0000 0000 0000 0000 0001, or with an
-// XML declaration naming the encoding finf.
-bool LooksLikeFastInfoset(const std::vector<unsigned char>& head) {
-  if (head.size() >= 4 && head[0] == 0xE0 && head[1] == 0 && head[2] == 0 && head[3] == 1)
-    return true;
-  const std::string text(head.begin(), head.begin() + std::min<std::size_t>(head.size(), 64));
-  return text.rfind("<?xml", 0) == 0 &&
-         (text.find("'finf'") != std::string::npos || text.find("\"finf\"") != std::string::npos);
+// Enough of the start to find the identification of a Fast Infoset document behind an XML
+// declaration.
+constexpr std::size_t kHeadSize = 128;
+
+bool IsFastInfoset(CPeekSource& input) {
+  const std::vector<unsigned char>& head = input.Peek(kHeadSize);
+  return CFastInfosetReader::FindHeader(head.data(), head.size()) >= 0;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -362,14 +363,15 @@ class CEventWriter : public IXmlEventHandler {
 };
 
 // Reads the document from `input` with the reader that its first bytes call for.
-void ReadDocument(CPeekSource& input, IXmlEventHandler& handler) {
-  if (LooksLikeFastInfoset(input.Peek(64))) {
-    throw COvException(
-        "The input is a Fast Infoset document; reading Fast Infoset is not "
-        "available yet");
+void ReadDocument(CPeekSource& input, bool fastInfoset, IXmlEventHandler& handler) {
+  if (fastInfoset) {
+    const CXmlSerializationContext context;
+    CFastInfosetReader reader(handler, context);
+    reader.Read(input);
+  } else {
+    CExpatEventSource source(handler);
+    source.Read(input);
   }
-  CExpatEventSource source(handler);
-  source.Read(input);
 }
 
 }  // namespace
@@ -389,7 +391,7 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
     inflated.reset(new CPeekSource(*inflater));
     document = inflated.get();
   }
-  counts.fastInfosetInput = LooksLikeFastInfoset(document->Peek(64));
+  counts.fastInfosetInput = IsFastInfoset(*document);
 
   CCountingSink countedOut(output);
   std::unique_ptr<CDeflatingSink> deflating;
@@ -410,7 +412,7 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
   writer.Open();
   if (m_options.header) writer.WriteHeader();
   CEventWriter events(writer, m_options.format);
-  ReadDocument(*document, events);
+  ReadDocument(*document, counts.fastInfosetInput, events);
   writer.Close();
   sink->Finish();
 

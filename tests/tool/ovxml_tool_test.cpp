@@ -201,7 +201,7 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
       {"convert '" + text + "' '" + out + "'", 1, "syntax error at line 1"},
       {"convert '" + cut + "' '" + out + "'", 1,
        "Failed to inflate the compressed input: it ends before the compressed stream does"},
-      {"convert '" + fi + "' '" + out + "'", 1, "Fast Infoset"},
+      {"convert '" + fi + "' '" + out + "'", 1, "Failed to parse FastInfoset."},
       {"convert '" + kSample + "' '" + Temp("no/such/dir/out.xml") + "'", 1, "cannot create"},
   };
   for (const auto& c : cases) {

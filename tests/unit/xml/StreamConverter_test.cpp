@@ -134,6 +134,20 @@ TEST(StreamConverter, CompressesAndInflatesPieceByPiece) {
             std::string::npos);
 }
 
+TEST(StreamConverter, ReadsFastInfosetFromItsContent) {
+  // Fast Infoset input, plain or compressed, is recognised from its identification.
+  const std::string pis("\xE0\x00\x00\x01\x00\xE1\x00\x61\xFF\x3C\x00\x72\xF0\xE2\x40\x78\xF0", 17);
+  const std::string namespaces(
+      "\xE0\x00\x00\x01\x00\x38\xCD\x04urn:x\xF0\x3D\x81\x00\x61\x38\xCC\xF0\x3C\x00\x62\xFF\xF0",
+      26);
+  std::string packed;
+  detail::CDeflater(2).Write(test::UBytes(namespaces), namespaces.size(), true, packed);
+  EXPECT_EQ(Convert(pis, Plain(), 3), "<?a?>\n<r/>\n<!--x-->\n");
+  EXPECT_EQ(Convert(packed), "<a xmlns=\"urn:x\"><b xmlns=\"\"/></a>");
+  EXPECT_EQ(test::MessageOf([&] { Convert(pis.substr(0, 11)); }),
+            "Failed to parse FastInfoset. Length beyond the end of data at byte offset 11");
+}
+
 TEST(StreamConverter, BadInputFailsWithItsReason) {
   const struct {
     std::string input;
