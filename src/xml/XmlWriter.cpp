@@ -125,6 +125,12 @@ void CXmlWriter::WriteStartElement(std::string_view localName, std::string_view 
   WriteStartElement(std::string(localName).c_str(), std::string(ns).c_str());
 }
 
+void CXmlWriter::WriteStartElement(std::string_view localName, std::string_view ns,
+                                   const NamespaceDeclaration* /*declarations*/,
+                                   std::size_t /*count*/) {
+  WriteStartElement(localName, ns);
+}
+
 void CXmlWriter::WriteText(std::string_view text, int itemType) {
   WriteText(std::string(text).c_str(), itemType);
 }

@@ -9,6 +9,7 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -27,6 +28,13 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
  public:
   // Namespace URI to prefix.
   using PrefixMap = std::map<std::string, std::string, std::less<>>;
+
+  // A namespace declaration an element carries: an empty prefix declares the default namespace
+  // (an empty URI with it undeclares that).
+  struct NamespaceDeclaration {
+    std::string_view prefix;
+    std::string_view ns;
+  };
 
   // The state of one open element. Contexts are made and reused by their writer only.
   class OVXML_API CXmlWriterContext : private CInstanceMonitor {
@@ -107,6 +115,12 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // again. As above, a text or value ends at a NUL byte inside it; names are taken as they are.
   // The base copies the strings and calls the forms above.
   virtual void WriteStartElement(std::string_view localName, std::string_view ns);
+  // Starts an element that declares the given namespaces, as a converter keeps them from the
+  // document it reads: a writer that can binds them in the element's scope, writes them on it and
+  // names the element and its attributes with them. The base ignores them and calls the form
+  // above, so the writer chooses the prefixes.
+  virtual void WriteStartElement(std::string_view localName, std::string_view ns,
+                                 const NamespaceDeclaration* declarations, std::size_t count);
   virtual void WriteText(std::string_view text, int itemType = 0);
   virtual void WriteAttribute(std::string_view localName, std::string_view ns,
                               std::string_view value, int itemType = 0);
