@@ -1,14 +1,23 @@
-// CExpatReader: the adapter that turns expat's callbacks into the tree of a CXmlDocument. The
-// only file that includes expat is its implementation.
+// CExpatReader: the adapter that turns expat's callbacks into the tree of a CXmlDocument, and
+// CExpatEventSource, which hands them as events to any IXmlEventHandler. The only file that
+// includes expat is their implementation.
 #ifndef OVXMLLIB6_SRC_XML_EXPATREADER_H
 #define OVXMLLIB6_SRC_XML_EXPATREADER_H
 
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
+#include "xml/ByteSource.h"
+#include "xml/CharEncoding.h"
+#include "xml/InputTranscoder.h"
+#include "xml/XmlEvents.h"
 
 #include <cstddef>
 #include <exception>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
 struct XML_ParserStruct;
 
@@ -16,7 +25,34 @@ namespace OvXmlLib6 {
 
 namespace detail {
 class CTreeStore;
-}
+
+// Feeds a document to one expat parser piece by piece, in parts expat takes without holding a
+// second copy of a large piece. A document whose declaration names an encoding expat does not
+// know, and iconv does, passes through the input transcoder on the way. Parse errors throw
+// COvException "<expat's message> at line <n>"; an exception a callback kept in `error` is
+// rethrown instead.
+class CExpatFeed {
+ public:
+  CExpatFeed(XML_ParserStruct* parser, std::exception_ptr& error);
+  void Feed(const unsigned char* data, std::size_t length, bool isFinal);
+  // True once the start of the document showed that expat reads the bytes as they are, so that
+  // a reader may hand them to expat's own buffer.
+  bool IsDirect() const { return m_inspected && !m_transcoder.IsActive(); }
+  // Throws for a parse that failed.
+  void Check(int status);
+
+ private:
+  void FeedInspected(const unsigned char* data, std::size_t length, bool isFinal);
+  void FeedParser(const char* text, std::size_t length, bool isFinal);
+
+  XML_ParserStruct* m_parser;
+  std::exception_ptr& m_error;
+  bool m_inspected = false;
+  std::string m_head;  // the start of the document while its declaration is incomplete
+  CInputTranscoder m_transcoder;
+  std::string m_converted;
+};
+}  // namespace detail
 
 class CExpatReader : private CInstanceMonitor {
  public:
@@ -53,7 +89,59 @@ class CExpatReader : private CInstanceMonitor {
   XML_ParserStruct* m_parser;
   std::string m_scratch;  // conversions of text pieces reuse it instead of allocating
   std::exception_ptr m_error;
+  std::unique_ptr<detail::CExpatFeed> m_feed;
 };
+
+namespace detail {
+
+// A namespace-aware parser that delivers a document as events, in document order: namespace
+// declarations, elements with their prefixes, text (converted to the internal encoding), CDATA
+// bounds, comments and processing instructions. It holds no more of the document than expat's
+// own buffer, so a document of any size passes through in bounded memory. Errors and entity
+// protection are those of CExpatReader.
+class CExpatEventSource {
+ public:
+  explicit CExpatEventSource(IXmlEventHandler& handler);
+  CExpatEventSource(const CExpatEventSource&) = delete;
+  CExpatEventSource& operator=(const CExpatEventSource&) = delete;
+  ~CExpatEventSource();
+
+  // Feeds one piece of the document; the last piece has `isFinal`. Throws COvException
+  // "<expat's message> at line <n>" when the text is not well-formed, or rethrows what the
+  // handler threw.
+  void Parse(const unsigned char* data, std::size_t length, bool isFinal);
+  // Parses the whole source, block by block, to its end.
+  void Read(IByteSource& source);
+
+ private:
+  struct Callbacks;
+  friend struct Callbacks;
+
+  // The event record of an expat name ("uri\x01local\x01prefix", "uri\x01local" or "local"),
+  // made on its first use.
+  const CXmlEventName& Name(const char* expatName);
+  // Parser text (UTF-8) in the internal encoding, into `out` (replaced).
+  void Convert(const char* text, std::size_t length, std::string& out);
+  void Convert(const char* text, std::string& out);
+
+  IXmlEventHandler& m_handler;
+  XML_ParserStruct* m_parser;
+  CTextEncoder m_encoder;
+  // A name record with the expat name it was made from, which its key in m_names views.
+  struct NameEntry {
+    std::string key;
+    CXmlEventName name;
+  };
+  std::unordered_map<std::string_view, std::unique_ptr<NameEntry>> m_names;
+  std::vector<CXmlEventAttribute> m_attributes;
+  std::vector<std::string> m_values;  // the converted attribute values, reused
+  std::string m_scratch;
+  std::string m_scratch2;
+  std::exception_ptr m_error;
+  CExpatFeed m_feed;
+};
+
+}  // namespace detail
 
 }  // namespace OvXmlLib6
 
