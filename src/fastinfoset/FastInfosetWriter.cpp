@@ -265,6 +265,9 @@ class CFastInfosetEncoder {
   // an alphabet, 3 for an algorithm) and wire id, or false when the value is written as text.
   bool EncodeTyped(int itemType, std::string_view text, int& kind, std::uint32_t& id);
   bool PackAlphabet(std::uint32_t alphabet, std::string_view text);
+  // The common values of the boolean and integer algorithms, encoded without a round trip
+  // through text; false for anything else, which takes the general path.
+  bool EncodeCommonForm(std::uint32_t algorithm, std::string_view text);
 
   // ---- Elements
   void BeforeItem();
@@ -278,6 +281,25 @@ class CFastInfosetEncoder {
     std::uint32_t index = 0;
     return m_tables[table].Find(utf8, 0, 0, index) ? index : 0;
   }
+  // The index of the namespace or prefix named last, which most names repeat: found again
+  // without hashing. Indexes never change, so what is kept stays right for the whole document.
+  struct LastPart {
+    Table table;
+    std::string text;
+    std::uint32_t index = 0;
+    std::uint32_t IndexOf(const CFastInfosetEncoder& encoder, std::string_view utf8) {
+      if (index != 0 && utf8.size() == text.size() &&
+          std::memcmp(utf8.data(), text.data(), utf8.size()) == 0) {
+        return index;
+      }
+      const std::uint32_t found = encoder.FindIndex(table, utf8);
+      if (found != 0) {
+        text.assign(utf8.data(), utf8.size());
+        index = found;
+      }
+      return found;
+    }
+  };
   // One namespace declaration: xmlns (empty prefix) or xmlns:prefix.
   void PutDeclaration(std::string_view prefix, std::string_view ns);
   // Declares a namespace on the open start tag after its name was written.
@@ -315,6 +337,8 @@ class CFastInfosetEncoder {
   std::size_t m_declarationsEnd = kNone;
   bool m_tagHasAttributes = false;
 
+  LastPart m_lastNamespace{NamespaceName, {}, 0};
+  LastPart m_lastPrefix{Prefix, {}, 0};
   std::string m_nameScratch;
   std::string m_nsScratch;
   std::string m_valueScratch;
@@ -567,6 +591,42 @@ bool CFastInfosetEncoder::PackAlphabet(std::uint32_t alphabet, std::string_view 
   return true;
 }
 
+bool CFastInfosetEncoder::EncodeCommonForm(std::uint32_t algorithm, std::string_view text) {
+  m_payload.clear();
+  switch (algorithm) {
+    case FIAlgorithm_Boolean:
+      if (text == "true" || text == "false") {
+        m_payload += static_cast<char>(text[0] == 't' ? 0x38 : 0x30);
+        return true;
+      }
+      return false;
+    case FIAlgorithm_Short:
+    case FIAlgorithm_Int:
+    case FIAlgorithm_Long: {
+      // One integer in its canonical form ("0", or digits without a leading zero after an
+      // optional minus), which the algorithm gives back unchanged when it fits.
+      const bool negative = !text.empty() && text[0] == '-';
+      const std::string_view digits = text.substr(negative ? 1 : 0);
+      if (digits.empty() || digits.size() > 19 || (digits[0] == '0' && digits.size() > 1) ||
+          (negative && digits[0] == '0')) {
+        return false;
+      }
+      std::uint64_t magnitude = 0;
+      for (char c : digits) {
+        if (c < '0' || c > '9') return false;
+        magnitude = magnitude * 10 + static_cast<std::uint64_t>(c - '0');
+      }
+      const int width = algorithm == FIAlgorithm_Short ? 2 : algorithm == FIAlgorithm_Int ? 4 : 8;
+      const std::uint64_t limit = std::uint64_t{1} << (width * 8 - 1);
+      if (negative ? magnitude > limit : magnitude >= limit) return false;
+      PutBigEndian(negative ? ~magnitude + 1 : magnitude, width, m_payload);
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
 bool CFastInfosetEncoder::EncodeTyped(int itemType, std::string_view text, int& kind,
                                       std::uint32_t& id) {
   if (itemType <= 0 || itemType >= CFastInfosetContext::EncodingTableSize) return false;
@@ -580,6 +640,11 @@ bool CFastInfosetEncoder::EncodeTyped(int itemType, std::string_view text, int& 
   if (encoding.kind != FIEncodingKind_Algorithm || encoding.index == 0 ||
       encoding.index > kBuiltInAlgorithms) {
     return false;
+  }
+  if (EncodeCommonForm(encoding.index, text)) {
+    kind = 3;
+    id = encoding.index - 1;
+    return true;
   }
   // The value goes out in the algorithm's form only when reading it back gives the same text;
   // anything else (a value that does not parse, or a form the algorithm does not keep, such as
@@ -851,8 +916,8 @@ void CFastInfosetEncoder::PutName(bool element, std::string_view prefix, std::st
   const std::string_view local = Utf8(localName, m_valueScratch);
   const std::string_view nsUtf8 = ns.empty() ? ns : Utf8(ns, m_nsScratch);
   const std::string_view prefixUtf8 = prefix.empty() ? prefix : Utf8(prefix, m_nameScratch);
-  const std::uint32_t nsIndex = ns.empty() ? 0 : FindIndex(NamespaceName, nsUtf8);
-  const std::uint32_t prefixIndex = prefix.empty() ? 0 : FindIndex(Prefix, prefixUtf8);
+  const std::uint32_t nsIndex = ns.empty() ? 0 : m_lastNamespace.IndexOf(*this, nsUtf8);
+  const std::uint32_t prefixIndex = prefix.empty() ? 0 : m_lastPrefix.IndexOf(*this, prefixUtf8);
   CWriterTable& names = m_tables[element ? ElementName : AttributeName];
   const bool partsKnown = (ns.empty() || nsIndex != 0) && (prefix.empty() || prefixIndex != 0);
   std::uint32_t index = 0;
