@@ -3,6 +3,7 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/fastinfoset/Encodings.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
+#include "fastinfoset/Declarations.h"
 #include "fastinfoset/EncodingAlgorithms.h"
 #include "xml/CharEncoding.h"
 #include "xml/Unicode.h"
@@ -24,20 +25,6 @@ constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace";
 constexpr std::string_view kCDataStart = "<![CDATA[";
 constexpr std::string_view kCDataEnd = "]]>";
-
-// The XML declarations a document may start with, in FInfoDecl order (FInfoDecl_None has none).
-const char* const kDeclarations[] = {
-    "",
-    "<?xml encoding='finf'?>",
-    "<?xml version='1.0' encoding='finf'?>",
-    "<?xml version='1.1' encoding='finf'?>",
-    "<?xml encoding='finf' standalone='no'?>",
-    "<?xml encoding='finf' standalone='yes'?>",
-    "<?xml version='1.0' encoding='finf' standalone='no'?>",
-    "<?xml version='1.1' encoding='finf' standalone='no'?>",
-    "<?xml version='1.0' encoding='finf' standalone='yes'?>",
-    "<?xml version='1.1' encoding='finf' standalone='yes'?>",
-};
 
 [[noreturn]] void Fail(const std::string& what) {
   throw COvException("Failed to write FastInfoset. " + what);
@@ -841,8 +828,10 @@ void CFastInfosetEncoder::WriteInitialVocabulary(const CFIVocabulary& vocabulary
 
 void CFastInfosetEncoder::WriteHeader() {
   m_headerWritten = true;
-  const char* declaration = kDeclarations[m_declaration];
-  PutBytes(declaration, std::strlen(declaration));
+  if (m_declaration != FInfoDecl_None) {
+    const char* declaration = kFInfoDeclarations[m_declaration - 1];
+    PutBytes(declaration, std::strlen(declaration));
+  }
   static const unsigned char kIdentification[] = {0xE0, 0x00, 0x00, 0x01};
   PutBytes(kIdentification, sizeof kIdentification);
   const CFIVocabulary& vocabulary = *m_fi.GetVocabulary();
