@@ -8,6 +8,7 @@
 #include "xml/CharEncoding.h"
 #include "xml/Unicode.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -298,6 +299,13 @@ class CFastInfosetEncoder {
   std::string_view AttributePrefix(std::string_view ns);
   void CheckStartTagOpen(const char* what) const;
 
+  // The code of each character of a restricted alphabet (its position, or -1) and the bits per
+  // code; alphabets of characters beyond ASCII have 0 bits and are not used.
+  struct AlphabetCodes {
+    signed char code[128];
+    int bits = 0;
+  };
+
   CFastInfosetWriter& m_writer;
   CBinaryStream& m_stream;
   const CFastInfosetContext& m_fi;
@@ -305,6 +313,7 @@ class CFastInfosetEncoder {
   CFastInfosetContext::EncodedCharacterString m_encodings[CFastInfosetContext::EncodingTableSize];
   std::uint32_t m_attributeMaxAdd;
   std::uint32_t m_chunkMaxAdd;
+  std::vector<AlphabetCodes> m_alphabets;
   CTextEncoder m_encoder;
   bool m_utf8Internal;
 
@@ -350,6 +359,17 @@ CFastInfosetEncoder::CFastInfosetEncoder(CFastInfosetWriter& writer, CBinaryStre
   }
   for (int type = 0; type < CFastInfosetContext::EncodingTableSize; ++type) {
     m_encodings[type] = m_fi.GetEncoding(type);
+  }
+  for (const std::string& characters : m_fi.GetVocabulary()->GetRestrictedAlphabets()) {
+    AlphabetCodes codes;
+    std::fill(std::begin(codes.code), std::end(codes.code), static_cast<signed char>(-1));
+    if (!characters.empty() && characters.size() < 128 && IsAscii(characters)) {
+      for (std::size_t i = characters.size(); i-- > 0;)
+        codes.code[static_cast<unsigned char>(characters[i])] = static_cast<signed char>(i);
+      codes.bits = 1;
+      while ((std::size_t{1} << codes.bits) <= characters.size()) ++codes.bits;
+    }
+    m_alphabets.push_back(codes);
   }
   m_capacity = CFastInfosetWriter::kBlockSize + 4096;
   m_buffer.reset(new unsigned char[m_capacity]);
@@ -544,26 +564,17 @@ std::uint32_t CFastInfosetEncoder::PutIdentifying(Table table, std::string_view 
 }
 
 bool CFastInfosetEncoder::PackAlphabet(std::uint32_t alphabet, std::string_view text) {
-  const std::vector<std::string>& alphabets = m_fi.GetVocabulary()->GetRestrictedAlphabets();
-  if (alphabet == 0 || alphabet > alphabets.size() || text.empty()) return false;
-  const std::string& characters = alphabets[alphabet - 1];
-  // Single-byte alphabets only: the code of a character is its position.
-  if (characters.empty() || !IsAscii(characters)) return false;
-  int codes[128];
-  std::fill(std::begin(codes), std::end(codes), -1);
-  for (std::size_t i = 0; i < characters.size(); ++i) {
-    if (codes[static_cast<unsigned char>(characters[i])] < 0)
-      codes[static_cast<unsigned char>(characters[i])] = static_cast<int>(i);
-  }
-  int bits = 1;
-  while ((std::size_t{1} << bits) <= characters.size()) ++bits;
+  if (alphabet == 0 || alphabet > m_alphabets.size() || text.empty()) return false;
+  const AlphabetCodes& codes = m_alphabets[alphabet - 1];
+  if (codes.bits == 0) return false;
+  const int bits = codes.bits;
   m_payload.clear();
   std::uint32_t buffer = 0;
   int held = 0;
   for (char c : text) {
     const unsigned char byte = static_cast<unsigned char>(c);
-    if (byte >= 128 || codes[byte] < 0) return false;
-    buffer = (buffer << bits) | static_cast<std::uint32_t>(codes[byte]);
+    if (byte >= 128 || codes.code[byte] < 0) return false;
+    buffer = (buffer << bits) | static_cast<std::uint32_t>(codes.code[byte]);
     held += bits;
     while (held >= 8) {
       held -= 8;
