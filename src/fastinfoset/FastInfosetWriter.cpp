@@ -241,7 +241,10 @@ class CFastInfosetEncoder {
 
   // ---- Strings
   // The UTF-8 form of internal text; `scratch` holds it when it must be converted.
-  std::string_view Utf8(std::string_view text, std::string& scratch);
+  std::string_view Utf8(std::string_view text, std::string& scratch) {
+    return m_utf8Internal && IsAscii(text) ? text : Utf8Slow(text, scratch);
+  }
+  std::string_view Utf8Slow(std::string_view text, std::string& scratch);
   // An identifying string or index (names, namespaces, prefixes, PI targets); returns the index
   // the string has afterwards, or 0 when the full table could not take it.
   std::uint32_t PutIdentifying(Table table, std::string_view utf8);
@@ -275,11 +278,13 @@ class CFastInfosetEncoder {
     Table table;
     std::string text;
     std::uint32_t index = 0;
+    // True when `utf8` is the part kept (and it has an index).
+    bool Is(std::string_view utf8) const {
+      return index != 0 && utf8.size() == text.size() &&
+             std::memcmp(utf8.data(), text.data(), utf8.size()) == 0;
+    }
     std::uint32_t IndexOf(const CFastInfosetEncoder& encoder, std::string_view utf8) {
-      if (index != 0 && utf8.size() == text.size() &&
-          std::memcmp(utf8.data(), text.data(), utf8.size()) == 0) {
-        return index;
-      }
+      if (Is(utf8)) return index;
       const std::uint32_t found = encoder.FindIndex(table, utf8);
       if (found != 0) {
         text.assign(utf8.data(), utf8.size());
@@ -543,8 +548,8 @@ void CFastInfosetEncoder::PutCount(std::size_t count) {
 
 // ---- Strings -----------------------------------------------------------------------------------
 
-std::string_view CFastInfosetEncoder::Utf8(std::string_view text, std::string& scratch) {
-  if (m_utf8Internal && (IsAscii(text) || IsValidUtf8(text))) return text;
+std::string_view CFastInfosetEncoder::Utf8Slow(std::string_view text, std::string& scratch) {
+  if (m_utf8Internal && IsValidUtf8(text)) return text;
   scratch.clear();
   m_encoder.ToUtf8(text, scratch);
   return scratch;
@@ -914,10 +919,19 @@ void CFastInfosetEncoder::InsertDeclaration(std::string_view prefix, std::string
 void CFastInfosetEncoder::PutName(bool element, std::string_view prefix, std::string_view ns,
                                   std::string_view localName) {
   const std::string_view local = Utf8(localName, m_valueScratch);
-  const std::string_view nsUtf8 = ns.empty() ? ns : Utf8(ns, m_nsScratch);
-  const std::string_view prefixUtf8 = prefix.empty() ? prefix : Utf8(prefix, m_nameScratch);
-  const std::uint32_t nsIndex = ns.empty() ? 0 : m_lastNamespace.IndexOf(*this, nsUtf8);
-  const std::uint32_t prefixIndex = prefix.empty() ? 0 : m_lastPrefix.IndexOf(*this, prefixUtf8);
+  // The namespace and prefix named last are mostly named again, and their text is then the
+  // UTF-8 kept for them already.
+  const bool sameNs = m_utf8Internal && m_lastNamespace.Is(ns);
+  const bool samePrefix = m_utf8Internal && m_lastPrefix.Is(prefix);
+  const std::string_view nsUtf8 = ns.empty() || sameNs ? ns : Utf8(ns, m_nsScratch);
+  const std::string_view prefixUtf8 =
+      prefix.empty() || samePrefix ? prefix : Utf8(prefix, m_nameScratch);
+  const std::uint32_t nsIndex = ns.empty() ? 0
+                                : sameNs   ? m_lastNamespace.index
+                                           : m_lastNamespace.IndexOf(*this, nsUtf8);
+  const std::uint32_t prefixIndex = prefix.empty() ? 0
+                                    : samePrefix   ? m_lastPrefix.index
+                                                   : m_lastPrefix.IndexOf(*this, prefixUtf8);
   CWriterTable& names = m_tables[element ? ElementName : AttributeName];
   const bool partsKnown = (ns.empty() || nsIndex != 0) && (prefix.empty() || prefixIndex != 0);
   std::uint32_t index = 0;
