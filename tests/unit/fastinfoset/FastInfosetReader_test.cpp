@@ -7,12 +7,14 @@
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "unit/TestSupport.h"
+#include "unit/xml/StreamTestSupport.h"
 #include "xml/ByteSource.h"
 #include "xml/XmlEvents.h"
 
 #include <algorithm>
 #include <cstring>
 #include <deque>
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
@@ -373,17 +375,109 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
             "Failed to parse FastInfoset. Elements nested too deeply at byte offset 100007");
 }
 
-TEST(FastInfosetReader, WildcardElementReadsFastInfosetStream) {
-  const std::string bytes = Hex(kExampleA);
-  CSmartPtr<CElement> root = new CElement("root");
-  root->FromXmlStream(reinterpret_cast<const unsigned char*>(bytes.data()),
-                      static_cast<std::uint32_t>(bytes.size()));
-  EXPECT_EQ(root->GetName(), "order");
-  EXPECT_EQ(root->GetNamespace(), "urn:p");
-  ASSERT_EQ(root->GetAttributes()->GetCount(), 2);
-  EXPECT_EQ(root->GetAttributes()->Item(1)->GetValue(), "en");
-  ASSERT_EQ(root->GetChildElements()->GetCount(), 4);
-  EXPECT_EQ(root->GetChildElements()->Item(2)->GetText(), "x<y");
+// A wildcard element as text: name, namespace, attributes, text and children.
+std::string Dump(const CElement& element) {
+  std::string out = "{" + element.GetNamespace() + "}" + element.GetName() + "[";
+  for (const CSmartPtr<CAttribute>& a : *element.GetAttributes()) {
+    out += a->GetName() + "=" + a->GetValue() + ";";
+  }
+  out += "]'" + element.GetText() + "'(";
+  for (const CSmartPtr<CElement>& child : *element.GetChildElements()) out += Dump(*child);
+  return out + ")";
+}
+
+TEST(FastInfosetReader, EveryEntryPointTakingBytesOrFilesReadsIt) {
+  test::CFailingFileSystem files;
+  // Each document as Fast Infoset and as the XML it stands for; the large one crosses the chunks
+  // of the asynchronous file mode and the reader's window.
+  const std::string large(300000, 'x');
+  struct Input {
+    std::string octets;
+    std::string xml;
+  };
+  const Input documents[] = {
+      {Hex(kExampleA),
+       "<p:order xmlns:p='urn:p' xmlns='urn:d' id='7' xml:lang='en'><item qty='2'>ab</item>"
+       "<item qty='2'>ab</item><note>x&lt;y</note><p:e/></p:order>"},
+      {"<?xml encoding='finf'?>" + Hex(kMixed), "<p>Hello <b>big</b> world</p>"},
+      {Hex("E0 00 00 01 00 3C 00 72 83 00 04 92 DD") + large + Hex("FF"), "<r>" + large + "</r>"},
+  };
+  const auto bytes = [](const std::string& s) {
+    return reinterpret_cast<const unsigned char*>(s.data());
+  };
+  const auto size = [](const std::string& s) { return static_cast<std::uint32_t>(s.size()); };
+  const auto file = [&files](const std::string& content) {
+    files.Put("in.bin", content);
+    return "in.bin";
+  };
+  struct EntryPoint {
+    const char* name;
+    bool async;
+    std::function<std::string(const std::string&)> read;
+  };
+  const EntryPoint entryPoints[] = {
+      {"LoadXmlStream", false,
+       [&](const std::string& input) {
+         CXmlDocument document;
+         document.LoadXmlStream(bytes(input), size(input));
+         return Dump(document.GetDocumentElement());
+       }},
+      {"Load", false,
+       [&](const std::string& input) {
+         CXmlDocument document;
+         document.Load(file(input));
+         return Dump(document.GetDocumentElement());
+       }},
+      {"Load, asynchronous", true,
+       [&](const std::string& input) {
+         CXmlDocument document;
+         document.Load(file(input));
+         return Dump(document.GetDocumentElement());
+       }},
+      {"FromXmlStream", false,
+       [&](const std::string& input) {
+         CSmartPtr<CElement> root = new CElement("root");
+         root->FromXmlStream(bytes(input), size(input));
+         return Dump(*root);
+       }},
+      {"FromXmlStream of binary data", false,
+       [&](const std::string& input) {
+         CSmartPtr<CElement> root = new CElement("root");
+         CBinaryData data;
+         data.SetBuffer(bytes(input), size(input));
+         root->FromXmlStream(data);
+         return Dump(*root);
+       }},
+      {"FromXmlFile", false,
+       [&](const std::string& input) {
+         CSmartPtr<CElement> root = new CElement("root");
+         root->FromXmlFile(file(input));
+         return Dump(*root);
+       }},
+      {"FromXmlFile, asynchronous", true,
+       [&](const std::string& input) {
+         CSmartPtr<CElement> root = new CElement("root");
+         root->FromXmlFile(file(input));
+         return Dump(*root);
+       }},
+  };
+  for (const EntryPoint& entry : entryPoints) {
+    AsyncFromXmlFile(entry.async);
+    for (const Input& document : documents) {
+      const std::string expected = entry.read(document.xml);
+      EXPECT_EQ(entry.read(document.octets), expected) << entry.name;
+      for (int type : {1, 2}) {
+        const std::string packed = test::Packed(document.octets, type);
+        if (entry.async) {
+          // The asynchronous mode inflates nothing.
+          EXPECT_NE(MessageOf([&] { entry.read(packed); }), "no exception") << entry.name;
+        } else {
+          EXPECT_EQ(entry.read(packed), expected) << entry.name << ", compressed " << type;
+        }
+      }
+    }
+  }
+  AsyncFromXmlFile(false);
 }
 
 }  // namespace
