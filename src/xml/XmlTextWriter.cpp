@@ -15,8 +15,6 @@ namespace OvXmlLib6 {
 
 namespace {
 
-constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace";
-constexpr std::string_view kXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
 constexpr char kCDataStart[] = "<![CDATA[";
 
 // Most namespaces passed for attributes are empty: those cost no call to strlen.
@@ -246,17 +244,6 @@ void CXmlTextWriter::CheckAttributeAllowed(const char* what) {
         FormatString("Cannot write the %s: no element is open to take it", what));
   }
   if (!context->IsStartTagOpen()) throw COvException("Attributes must be added before elements");
-}
-
-std::string_view CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared) {
-  // The xml and xmlns namespaces are bound by XML itself and must not be declared again.
-  declared = false;
-  if (ns == kXmlNamespace) return "xml";
-  if (ns == kXmlnsNamespace) return "xmlns";
-  std::string_view prefix;
-  if (FindPrefix(ns, prefix)) return prefix;
-  declared = true;
-  return Bind(ns, GeneratePrefix());
 }
 
 void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {

@@ -271,6 +271,17 @@ std::string_view CXmlWriter::Bind(std::string_view ns, std::string_view prefix) 
   return scopes.BindingPrefix(binding);
 }
 
+std::string_view CXmlWriter::PrefixFor(std::string_view ns, bool& declared) {
+  // The xml and xmlns namespaces are bound by XML itself and must not be declared again.
+  declared = false;
+  if (ns == "http://www.w3.org/XML/1998/namespace") return "xml";
+  if (ns == "http://www.w3.org/2000/xmlns/") return "xmlns";
+  std::string_view prefix;
+  if (FindPrefix(ns, prefix)) return prefix;
+  declared = true;
+  return Bind(ns, GeneratePrefix());
+}
+
 std::string CXmlWriter::GeneratePrefix() const {
   // Two letters for the first 676 names, as AA to ZZ; a scope with more bindings than that goes on
   // with three letters (AAA, ...) and so on, so every generated prefix stays a valid name.

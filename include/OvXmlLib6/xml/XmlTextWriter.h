@@ -83,10 +83,6 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
                     const NamespaceDeclaration* declarations, std::size_t count);
   void PutDeclaration(std::string_view prefix, std::string_view ns);
   void CheckAttributeAllowed(const char* what);
-  // The prefix bound to `ns` in the current scope; a new one is generated and bound when there is
-  // none, and `declared` is set.
-  // The view is valid until the next binding.
-  std::string_view PrefixFor(std::string_view ns, bool& declared);
   void PutAttribute(std::string_view localName, std::string_view ns, std::string_view value);
   void FlushIfNeeded() {
     if (m_stream->GetLength() >= CTextStream::kFlushThreshold) m_stream->FlushBuffer();

@@ -152,6 +152,10 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   std::string_view Bind(std::string_view ns, std::string_view prefix);
   // The first of AA, AB, ..., AZ, BA, ... that no namespace in the current scope is bound to.
   std::string GeneratePrefix() const;
+  // The prefix for `ns` in the current scope: "xml" and "xmlns" for the namespaces XML binds
+  // itself, else the bound prefix; when there is none a new one is generated and bound, and
+  // `declared` is set (the caller declares it). The view is valid until the next binding.
+  std::string_view PrefixFor(std::string_view ns, bool& declared);
   // Keeps the current element's name for its end tag: "prefix:local" when there is a prefix (even
   // an empty one), else "local". Returns the name kept.
   std::string_view SetElementName(std::string_view localName);
