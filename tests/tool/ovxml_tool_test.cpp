@@ -94,13 +94,10 @@ TEST(OvxmlTool, ConvertsTheSampleInEveryOutputForm) {
   const struct {
     const char* options;
     bool layout;
-  } forms[] = {{"", false},
-               {"--to xml --utf16", false},
-               {"--gzip", false},
-               {"--zlib", false},
-               {"--crlf --no-header", false},
-               {"--format", true},
-               {"--format --crlf --utf16 --gzip", true}};
+  } forms[] = {
+      {"", false},        {"--to xml --utf16", false},   {"--gzip", false},
+      {"--zlib", false},  {"--crlf --no-header", false}, {"--format", true},
+      {"--to fi", false}, {"--to fi --gzip", false},     {"--format --crlf --utf16 --gzip", true}};
   for (const auto& form : forms) {
     SCOPED_TRACE(form.options);
     std::remove(out.c_str());
@@ -161,7 +158,8 @@ TEST(OvxmlTool, KeepsTheDocumentThroughEveryForm) {
   const std::string mid = Temp("mixed.mid");
   const std::string out = Temp("mixed.out");
   WriteFile(in, xml);
-  for (const char* form : {"", "--gzip", "--zlib --utf16", "--utf16 --gzip"}) {
+  for (const char* form :
+       {"", "--gzip", "--zlib --utf16", "--utf16 --gzip", "--to fi", "--to=fi --zlib"}) {
     SCOPED_TRACE(form);
     ASSERT_EQ(Tool(std::string("convert ") + form + " '" + in + "' '" + mid + "'").status, 0);
     const ToolRun run = Tool("convert - - < '" + mid + "' > '" + out + "'");
@@ -195,7 +193,8 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
       {"convert --bogus a b", 2, "unknown option '--bogus'"},
       {"convert --gzip --zlib a b", 2, ""},
       {"convert onlyone", 2, ""},
-      {"convert --to fi '" + kSample + "' '" + out + "'", 2, ""},
+      {"convert --to fi --utf16 '" + kSample + "' '" + out + "'", 2, "for XML text output"},
+      {"convert --to yaml '" + kSample + "' '" + out + "'", 2, "unknown output kind 'yaml'"},
       {"convert '" + Temp("missing.xml") + "' '" + out + "'", 1, "ovxml: error: cannot open"},
       {"convert '" + bad + "' '" + out + "'", 1, "mismatched tag at line 1"},
       {"convert '" + text + "' '" + out + "'", 1, "syntax error at line 1"},

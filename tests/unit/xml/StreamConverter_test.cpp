@@ -85,10 +85,18 @@ TEST(StreamConverter, KeepsTheDocumentInOrder) {
       {"<a>\n  <b> </b>\n  <c>x <i>y</i> z</c>\n  <!--k-->\n</a>",
        "<a>\n\t<b> </b>\n\t<c>x <i>y</i> z</c>\n<!--k-->\n</a>\n", formatted},
   };
+  detail::CConvertOptions fi = Plain();
+  fi.fastInfoset = true;
   for (const auto& c : cases) {
     // Read whole and one byte at a time.
     for (std::size_t step : {std::size_t{1} << 16, std::size_t{1}}) {
       EXPECT_EQ(Convert(c.input, c.options, step), c.output) << c.input;
+    }
+    // Through Fast Infoset and back, the document is the same.
+    if (!c.options.format) {
+      const std::string binary = Convert(c.input, fi);
+      EXPECT_EQ(binary.substr(0, 4), std::string("\xE0\0\0\x01", 4));
+      EXPECT_EQ(Convert(binary, Plain(), 5), c.output) << c.input;
     }
   }
   // UTF-16 output has a byte-order mark and the declaration names it.
