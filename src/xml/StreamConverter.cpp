@@ -368,19 +368,7 @@ class CEventWriter : public IXmlEventHandler {
       m_writer.WriteText(text.substr(0, 1));
       text.remove_prefix(1);
     }
-    if (m_text == nullptr) {
-      m_writer.WriteText(text);
-      return;
-    }
-    // The text writer's escaping drops carriage returns, which only a character reference
-    // brings: they go out as one.
-    for (;;) {
-      const std::size_t cr = text.find('\r');
-      m_writer.WriteText(text.substr(0, cr));
-      if (cr == std::string_view::npos) return;
-      m_text->WriteRawContent("&#13;");
-      text.remove_prefix(cr + 1);
-    }
+    m_writer.WriteText(text);
   }
 
   CXmlWriter& m_writer;
@@ -453,6 +441,7 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
     CXmlTextWriter* textWriter = new CXmlTextWriter(text.get());
     writer.reset(textWriter);
     textWriter->SetFormatted(m_options.format);
+    textWriter->SetExact(true);
     textWriter->SetEOLType(m_options.crlf ? EOLType_CRLF : EOLType_LF);
     textWriter->Open();
     if (m_options.header) textWriter->WriteHeader();

@@ -80,6 +80,8 @@ TEST(StreamConverter, KeepsTheDocumentInOrder) {
       // carriage return from a character reference, still escaped.
       {"<a><![CDATA[<&>]]>&lt;![CDATA[x]]&gt;<!--a<b&c-->&#13;&#10;</a>",
        "<a><![CDATA[<&>]]>&lt;![CDATA[x]]&gt;<!--a<b&c-->&#13;\n</a>", Plain()},
+      // Tabs and line ends in attribute values stay as they were read.
+      {"<a v='1&#9;2&#10;3&#13;4\n5'/>", "<a v=\"1&#9;2&#10;3&#13;4 5\"/>", Plain()},
       // Formatting replaces whitespace between markup, keeps an element's only text and leaves
       // mixed content as it is.
       {"<a>\n  <b> </b>\n  <c>x <i>y</i> z</c>\n  <!--k-->\n</a>",
