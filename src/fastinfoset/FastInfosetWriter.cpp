@@ -87,29 +87,24 @@ std::string_view View(const char* text) {
 
 // One vocabulary table as the writer sees it: how many entries it has (the reader's index of the
 // next one) and a map from each entry's key to its index. Keys are UTF-8 strings, with two
-// numbers for qualified names (prefix and namespace indexes); the map is open-addressed and its
-// key bytes live in blocks that never move, so finding an entry allocates nothing.
+// numbers for qualified names (prefix and namespace indexes). The map is open-addressed over
+// 8-octet slots (part of the hash and the entry's position), which keeps large tables compact in
+// the cache; the entries and their key bytes live in storage that never moves, so finding an
+// entry allocates nothing.
 class CWriterTable {
  public:
   CWriterTable() { m_slots.resize(64); }
 
   std::uint32_t Size() const { return m_size; }
   bool IsFull() const { return m_size >= kMaxTableEntries; }
-  // Only keys up to this length can be found: longer ones are not looked up.
-  std::size_t LongestKey() const { return m_longest; }
 
   bool Find(std::string_view key, std::uint32_t a, std::uint32_t b, std::uint32_t& index) const {
     if (key.size() > m_longest) return false;
     const std::uint64_t hash = Hash(key, a, b);
-    for (std::size_t i = hash & m_mask;; i = (i + 1) & m_mask) {
-      const Slot& slot = m_slots[i];
-      if (slot.index == 0) return false;
-      if (slot.hash == hash && slot.a == a && slot.b == b && slot.length == key.size() &&
-          std::memcmp(slot.key, key.data(), key.size()) == 0) {
-        index = slot.index;
-        return true;
-      }
-    }
+    const std::uint32_t at = Locate(hash, key, a, b);
+    if (m_slots[at] == 0) return false;
+    index = m_entries[(m_slots[at] & 0xFFFFFFFFu) - 1].index;
+    return true;
   }
 
   // Appends an entry when the table is not full and returns its index, or 0. A key that is
@@ -117,31 +112,40 @@ class CWriterTable {
   std::uint32_t Add(std::string_view key, std::uint32_t a = 0, std::uint32_t b = 0) {
     if (IsFull()) return 0;
     const std::uint32_t index = ++m_size;
-    if ((m_count + 1) * 2 > m_slots.size()) Grow();
+    if ((m_entries.size() + 1) * 2 > m_slots.size()) Grow();
     const std::uint64_t hash = Hash(key, a, b);
-    std::size_t i = hash & m_mask;
-    for (; m_slots[i].index != 0; i = (i + 1) & m_mask) {
-      const Slot& slot = m_slots[i];
-      if (slot.hash == hash && slot.a == a && slot.b == b && slot.length == key.size() &&
-          std::memcmp(slot.key, key.data(), key.size()) == 0) {
-        return index;
-      }
-    }
-    m_slots[i] = Slot{hash, Store(key), static_cast<std::uint32_t>(key.size()), index, a, b};
-    ++m_count;
+    const std::uint32_t at = Locate(hash, key, a, b);
+    if (m_slots[at] != 0) return index;
+    m_entries.push_back(Entry{Store(key), static_cast<std::uint32_t>(key.size()), index, a, b});
+    m_slots[at] = (hash & 0xFFFFFFFF00000000ull) | m_entries.size();
     if (key.size() > m_longest) m_longest = key.size();
     return index;
   }
 
  private:
-  struct Slot {
-    std::uint64_t hash;
+  struct Entry {
     const char* key;
     std::uint32_t length;
-    std::uint32_t index;  // 0: empty
+    std::uint32_t index;
     std::uint32_t a;
     std::uint32_t b;
   };
+
+  // The slot that holds the key, or the empty slot where it would go.
+  std::uint32_t Locate(std::uint64_t hash, std::string_view key, std::uint32_t a,
+                       std::uint32_t b) const {
+    const std::uint64_t tag = hash & 0xFFFFFFFF00000000ull;
+    for (std::size_t i = hash & m_mask;; i = (i + 1) & m_mask) {
+      const std::uint64_t slot = m_slots[i];
+      if (slot == 0) return static_cast<std::uint32_t>(i);
+      if ((slot & 0xFFFFFFFF00000000ull) != tag) continue;
+      const Entry& entry = m_entries[(slot & 0xFFFFFFFFu) - 1];
+      if (entry.a == a && entry.b == b && entry.length == key.size() &&
+          std::memcmp(entry.key, key.data(), key.size()) == 0) {
+        return static_cast<std::uint32_t>(i);
+      }
+    }
+  }
 
   const char* Store(std::string_view key) {
     if (key.size() > m_blockRoom) {
@@ -158,20 +162,20 @@ class CWriterTable {
   }
 
   void Grow() {
-    std::vector<Slot> old(m_slots.size() * 2);
-    old.swap(m_slots);
+    m_slots.assign(m_slots.size() * 2, 0);
     m_mask = m_slots.size() - 1;
-    for (const Slot& slot : old) {
-      if (slot.index == 0) continue;
-      std::size_t i = slot.hash & m_mask;
-      while (m_slots[i].index != 0) i = (i + 1) & m_mask;
-      m_slots[i] = slot;
+    for (std::size_t n = 0; n < m_entries.size(); ++n) {
+      const Entry& entry = m_entries[n];
+      const std::uint64_t hash = Hash(std::string_view(entry.key, entry.length), entry.a, entry.b);
+      std::size_t i = hash & m_mask;
+      while (m_slots[i] != 0) i = (i + 1) & m_mask;
+      m_slots[i] = (hash & 0xFFFFFFFF00000000ull) | (n + 1);
     }
   }
 
-  std::vector<Slot> m_slots;
+  std::vector<std::uint64_t> m_slots;  // 0: empty
   std::size_t m_mask = 63;
-  std::size_t m_count = 0;
+  std::vector<Entry> m_entries;
   std::uint32_t m_size = 0;
   std::size_t m_longest = 0;
   std::vector<std::unique_ptr<char[]>> m_blocks;
