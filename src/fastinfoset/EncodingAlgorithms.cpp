@@ -8,6 +8,8 @@
 #include "types/NumberText.h"
 #include "xml/CharEncoding.h"
 
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -118,6 +120,25 @@ std::string DecodeBoolean(const unsigned char* p, const unsigned char* limit) {
   return text;
 }
 
+// A real in the conversions' form, which keeps 7 (float) or 16 (double) significant digits. A
+// value that such text does not give back exactly is printed with 9 or 17 digits, as many as the
+// type can need, so that a value read from a document keeps its bits through its text.
+std::string RealText(float value) {
+  std::string text = CConversions::r4ToString(value, nullptr);
+  if (std::isfinite(value) && std::strtof(text.c_str(), nullptr) != value) {
+    text = CConversions::r4ToString(value, "%.9g");
+  }
+  return text;
+}
+
+std::string RealText(double value) {
+  std::string text = CConversions::r8ToString(value, nullptr);
+  if (std::isfinite(value) && std::strtod(text.c_str(), nullptr) != value) {
+    text = CConversions::r8ToString(value, "%.17g");
+  }
+  return text;
+}
+
 // Values of `width` octets each, joined by single spaces.
 std::string DecodeFixedWidth(std::uint32_t algorithm, int width, const unsigned char* p,
                              const unsigned char* limit) {
@@ -142,13 +163,13 @@ std::string DecodeFixedWidth(std::uint32_t algorithm, int width, const unsigned 
         const std::uint32_t bits32 = static_cast<std::uint32_t>(bits);
         float value = 0;
         std::memcpy(&value, &bits32, sizeof value);
-        text += CConversions::r4ToString(value, nullptr);
+        text += RealText(value);
         break;
       }
       default: {
         double value = 0;
         std::memcpy(&value, &bits, sizeof value);
-        text += CConversions::r8ToString(value, nullptr);
+        text += RealText(value);
         break;
       }
     }
@@ -258,6 +279,21 @@ std::string DecodeAlgorithm(std::uint32_t algorithm, const unsigned char* p,
     default:
       ThrowUnknownAlgorithm();
   }
+}
+
+std::string DecodeUuidText(const unsigned char* p, const unsigned char* limit) {
+  const std::size_t length = static_cast<std::size_t>(limit - p);
+  if (length % kUuidLength != 0) ThrowInvalid(FIAlgorithm_UUID);
+  static const char kDigits[] = "0123456789abcdef";
+  std::string text;
+  for (std::size_t i = 0; i < length; ++i) {
+    const std::size_t at = i % kUuidLength;
+    if (at == 0 && i > 0) text += ' ';
+    if (at == 4 || at == 6 || at == 8 || at == 10) text += '-';
+    text += kDigits[p[i] >> 4];
+    text += kDigits[p[i] & 0x0F];
+  }
+  return text;
 }
 
 }  // namespace detail

@@ -32,6 +32,12 @@ void EncodeAlgorithm(std::uint32_t algorithm, std::string_view text, std::string
 std::string DecodeAlgorithm(std::uint32_t algorithm, const unsigned char* p,
                             const unsigned char* limit);
 
+// The text of the UUID algorithm's octets [p, limit) as a document's content reads: each value in
+// the 8-4-4-4-12 form of lower-case hexadecimal digits, the values separated by single spaces.
+// (DecodeAlgorithm gives the plain hexadecimal digits that CFastInfosetBinaryData reads back.)
+// Throws "Invalid value for UUID byte encoding." unless the octets are whole values.
+std::string DecodeUuidText(const unsigned char* p, const unsigned char* limit);
+
 }  // namespace detail
 }  // namespace OvXmlLib6
 

@@ -81,6 +81,11 @@ TEST(CFastInfosetBinaryData, RealListsDecodeInGeneralForm) {
   EXPECT_EQ(roundTrip(FIAlgorithm_Double, "NaN -INF INF 1.#QNAN -NAN"), "NaN -INF INF NaN NaN");
   EXPECT_EQ(roundTrip(FIAlgorithm_Double, "1e999 -1e999 1e-999 -0.0000e-999"), "INF -INF 0 -0");
   EXPECT_EQ(roundTrip(FIAlgorithm_Float, "+.5 5."), "0.5 5");
+  // Values that the short form would change get the digits that keep them.
+  EXPECT_EQ(Decoded(FIAlgorithm_Float, "47F120657F7FFFFF3DCCCCCD"),
+            "123456.789 3.40282347e+38 0.1");
+  EXPECT_EQ(Decoded(FIAlgorithm_Double, "3FD33333333333343FB999999999999A"),
+            "0.30000000000000004 0.1");
 }
 
 TEST(CFastInfosetBinaryData, HexadecimalAndUuidReadHexDigits) {
