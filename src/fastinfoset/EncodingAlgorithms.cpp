@@ -247,9 +247,19 @@ std::string DecodeAlgorithm(std::uint32_t algorithm, const unsigned char* p,
                             const unsigned char* limit) {
   const std::size_t length = static_cast<std::size_t>(limit - p);
   switch (algorithm) {
-    case FIAlgorithm_UUID:
+    case FIAlgorithm_UUID: {
       if (length % kUuidLength != 0) ThrowInvalid(algorithm);
-      [[fallthrough]];
+      static const char kDigits[] = "0123456789abcdef";
+      std::string text;
+      for (std::size_t i = 0; i < length; ++i) {
+        const std::size_t at = i % kUuidLength;
+        if (at == 0 && i > 0) text += ' ';
+        if (at == 4 || at == 6 || at == 8 || at == 10) text += '-';
+        text += kDigits[p[i] >> 4];
+        text += kDigits[p[i] & 0x0F];
+      }
+      return text;
+    }
     case FIAlgorithm_Hexadecimal: {
       std::string text(length * 2, '\0');
       if (length > 0) HexEncode(p, length, &text[0]);
@@ -281,18 +291,11 @@ std::string DecodeAlgorithm(std::uint32_t algorithm, const unsigned char* p,
   }
 }
 
-std::string DecodeUuidText(const unsigned char* p, const unsigned char* limit) {
+std::string DecodeUuidDigits(const unsigned char* p, const unsigned char* limit) {
   const std::size_t length = static_cast<std::size_t>(limit - p);
   if (length % kUuidLength != 0) ThrowInvalid(FIAlgorithm_UUID);
-  static const char kDigits[] = "0123456789abcdef";
-  std::string text;
-  for (std::size_t i = 0; i < length; ++i) {
-    const std::size_t at = i % kUuidLength;
-    if (at == 0 && i > 0) text += ' ';
-    if (at == 4 || at == 6 || at == 8 || at == 10) text += '-';
-    text += kDigits[p[i] >> 4];
-    text += kDigits[p[i] & 0x0F];
-  }
+  std::string text(length * 2, '\0');
+  if (length > 0) HexEncode(p, length, &text[0]);
   return text;
 }
 

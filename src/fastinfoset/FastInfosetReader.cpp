@@ -329,8 +329,7 @@ void CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, std::uint64_t
     default:
       if (id + 1 > kBuiltInAlgorithms) FailAt("Unknown encoding algorithm", offset);
       try {
-        out = id + 1 == FIAlgorithm_UUID ? detail::DecodeUuidText(p, p + size)
-                                         : detail::DecodeAlgorithm(id + 1, p, p + size);
+        out = detail::DecodeAlgorithm(id + 1, p, p + size);
       } catch (const COvException& e) {
         FailAt(e.GetMessage().c_str(), offset);
       }
