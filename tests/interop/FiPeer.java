@@ -4,8 +4,10 @@
 //   java -cp /usr/share/java/FastInfoset.jar FiPeer.java JOBS
 //
 // JOBS holds one job a line, all done in this one JVM:
-//   xml2fi IN OUT        XML -> FI through a namespace-aware SAX parser and SAXDocumentSerializer
-//   xml2fi16 IN OUT      the same with UTF-16BE literals
+//   xml2fi IN OUT [OPTION...]  XML -> FI through a namespace-aware SAX parser and
+//                        SAXDocumentSerializer; options: utf16 (UTF-16BE literals), index-long
+//                        (attribute values and text chunks up to 100,000 characters go into
+//                        the tables, not only those up to the codec's default limit)
 //   fi2xml IN OUT        FI -> XML through SAXDocumentParser and an identity transform
 //   typed PREFIX         writes PREFIX1.fi ... with the serializer's typed calls
 // A failed job prints "FAIL <job>: <reason>" and the others go on; the exit status is 1 when any
@@ -21,6 +23,7 @@ import java.io.OutputStream;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Paths;
+import java.util.Arrays;
 import java.util.List;
 import javax.xml.parsers.SAXParser;
 import javax.xml.parsers.SAXParserFactory;
@@ -46,8 +49,9 @@ public class FiPeer {
       try {
         switch (w[0]) {
           case "xml2fi":
-          case "xml2fi16":
-            toFastInfoset(factory.newSAXParser(), w[1], w[2], w[0].equals("xml2fi16"));
+            List<String> options = Arrays.asList(w).subList(3, w.length);
+            toFastInfoset(factory.newSAXParser(), w[1], w[2], options.contains("utf16"),
+                options.contains("index-long"));
             break;
           case "fi2xml":
             toXml(transformers.newTransformer(), w[1], w[2]);
@@ -66,10 +70,14 @@ public class FiPeer {
     System.exit(failed == 0 ? 0 : 1);
   }
 
-  static void toFastInfoset(SAXParser parser, String in, String out, boolean utf16)
-      throws Exception {
+  static void toFastInfoset(SAXParser parser, String in, String out, boolean utf16,
+      boolean indexLong) throws Exception {
     SAXDocumentSerializer serializer = new SAXDocumentSerializer();
     if (utf16) serializer.setCharacterEncodingScheme("UTF-16BE");
+    if (indexLong) {
+      serializer.setMaxAttributeValueSize(100000);
+      serializer.setMaxCharacterContentChunkSize(100000);
+    }
     try (OutputStream stream = new BufferedOutputStream(new FileOutputStream(out))) {
       serializer.setOutputStream(stream);
       parser.setProperty("http://xml.org/sax/properties/lexical-handler", serializer);
@@ -126,11 +134,11 @@ public class FiPeer {
           end(s, "boolean");
           element(s, "float");
           s.floats(new float[] {1.5f, -0.0f, 0.1f, Float.MAX_VALUE, Float.MIN_VALUE, 1e10f,
-              123456.79f, 1e-7f, round}, 0, 9);
+              123456.79f, 1e-7f, Float.NaN, Float.POSITIVE_INFINITY, round}, 0, 11);
           end(s, "float");
           element(s, "double");
           s.doubles(new double[] {-2.0, 0.1, Math.PI, Double.MAX_VALUE, Double.MIN_VALUE, 1e21,
-              1e-7, 100.0, round}, 0, 9);
+              1e-7, 100.0, Double.NEGATIVE_INFINITY, round}, 0, 10);
           end(s, "double");
           element(s, "bytes");
           byte[] bytes = new byte[round * 37 + 1];

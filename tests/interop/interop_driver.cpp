@@ -71,7 +71,10 @@ std::string Escape(const std::string& text) {
 struct Document {
   std::string name;
   std::string xml;
-  bool utf16 = false;  // the Java side writes its literals in UTF-16BE
+  std::string options;  // for the Java side's writer: "utf16", "index-long"
+
+  Document(std::string n, std::string x, std::string o = "")
+      : name(std::move(n)), xml(std::move(x)), options(std::move(o)) {}
 };
 
 const char* const kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
@@ -105,7 +108,9 @@ Document Attributes() {
                           "exactly 32 characters long text!",
                           "thirty-three characters long text"};
   for (const char* v : values) r += "<e v=\"" + Escape(v) + "\"/>";
-  for (int length : {63, 64, 65, 255, 256, 257, 1000, 70000}) {
+  // Each long value twice: the second can come from the table.
+  for (int length :
+       {63, 64, 65, 255, 256, 257, 1000, 70000, 63, 64, 65, 255, 256, 257, 1000, 70000}) {
     std::string v;
     for (int i = 0; i < length; ++i) v += static_cast<char>('a' + i % 26);
     r += "<long n=\"" + std::to_string(length) + "\" v=\"" + v + "\"/>";
@@ -124,7 +129,8 @@ Document Text() {
                          "é ü ß 中文 日本語 ﻿",
                          "astral \xF0\x9F\x98\x80\xF0\x9D\x84\x9E\xF4\x8F\xBF\xBD end"};
   for (const char* t : texts) r += std::string("<t>") + t + "</t>";
-  for (int length : {7, 8, 9, 64, 65, 264, 265, 1000, 100000}) {
+  for (int length :
+       {7, 8, 9, 64, 65, 264, 265, 1000, 100000, 7, 8, 9, 64, 65, 264, 265, 1000, 100000}) {
     std::string t;
     for (int i = 0; i < length; ++i) t += static_cast<char>('A' + i % 26);
     r += "<long>" + t + "</long>";
@@ -176,7 +182,8 @@ Document Distinct(int count, int namespaces, bool utf16) {
     const std::string id = std::to_string(i);
     r += "<e" + id + " a" + id + "=\"v" + id + "\">t" + id + "</e" + id + ">";
   }
-  return {"distinct_" + std::to_string(count) + (utf16 ? "_utf16" : ""), r + "</r>\n", utf16};
+  return {"distinct_" + std::to_string(count) + (utf16 ? "_utf16" : ""), r + "</r>\n",
+          utf16 ? "utf16" : ""};
 }
 
 Document Deep() {
@@ -224,12 +231,19 @@ std::vector<Document> Corpus() {
                                Distinct(9000, 70, false),
                                Deep(),
                                Large()};
+  // The same documents as the Java side writes them in other ways: with UTF-16 literals, and with
+  // long values and text entered in its tables.
   for (Document d : {Namespaces(), Text(), Attributes()}) {
     d.name += "_utf16";
-    d.utf16 = true;
+    d.options = "utf16";
     corpus.push_back(d);
   }
   corpus.push_back(Distinct(3000, 100, true));
+  for (Document d : {Text(), Attributes(), Large()}) {
+    d.name += "_index_long";
+    d.options = "index-long";
+    corpus.push_back(d);
+  }
   return corpus;
 }
 
@@ -425,8 +439,8 @@ int main(int argc, char** argv) {
       return std::string();
     });
     tally.Check(d.name + ": our reading of the XML", read);
-    jobs += std::string(d.utf16 ? "xml2fi16 " : "xml2fi ") + base + ".xml " + base + ".java.fi\n";
-    if (d.utf16) continue;  // our writer's side does not depend on the Java side's encoding
+    jobs += "xml2fi " + base + ".xml " + base + ".java.fi " + d.options + "\n";
+    if (!d.options.empty()) continue;  // variants of the Java side's writing only
 
     if (writerAvailable) {
       const std::string written = Attempt([&] {
@@ -483,7 +497,7 @@ int main(int argc, char** argv) {
       });
     };
     tally.Check(corpus[i].name + ": (a) Java FI -> our reader", against(base + ".java.fi"));
-    if (corpus[i].utf16) continue;
+    if (!corpus[i].options.empty()) continue;
     if (writerAvailable && Exists(base + ".ours.fi")) {
       tally.Check(corpus[i].name + ": (b) our writer -> Java reader",
                   against(base + ".ours.java.xml"));
