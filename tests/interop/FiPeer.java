@@ -10,8 +10,8 @@
 //                        the tables, not only those up to the codec's default limit)
 //   fi2xml IN OUT        FI -> XML through SAXDocumentParser and an identity transform
 //   typed PREFIX         writes PREFIX1.fi ... with the serializer's typed calls
-// A failed job prints "FAIL <job>: <reason>" and the others go on; the exit status is 1 when any
-// job failed.
+// A failed job prints "FAIL <job>: <reason>", leaves no output file, and the others go on; the
+// exit status is 1 when any job failed.
 import com.sun.xml.fastinfoset.sax.SAXDocumentParser;
 import com.sun.xml.fastinfoset.sax.SAXDocumentSerializer;
 import java.io.BufferedOutputStream;
@@ -65,6 +65,7 @@ public class FiPeer {
       } catch (Exception e) {
         failed++;
         System.out.println("FAIL " + job + ": " + e);
+        if (w.length > 2) new File(w[2]).delete();  // no partial output to compare
       }
     }
     System.exit(failed == 0 ? 0 : 1);
