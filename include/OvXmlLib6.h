@@ -17,6 +17,7 @@
 #include "OvXmlLib6/fastinfoset/Encodings.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetBinaryData.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
+#include "OvXmlLib6/fastinfoset/FastInfosetWriter.h"
 #include "OvXmlLib6/fastinfoset/Vocabulary.h"
 #include "OvXmlLib6/metadata/Attribute.h"
 #include "OvXmlLib6/metadata/AttributeInfo.h"

@@ -1,14 +1,17 @@
-// ovxml: command-line front end of the library. `ovxml convert` reads any XML document (text in
-// any encoding the parser knows, optionally gzip- or zlib-compressed) into a tree of wildcard
-// elements and writes it out again in the form asked for.
+// ovxml: command-line front end of the library. `ovxml convert` converts a document (XML text in
+// any encoding the parser knows, optionally gzip- or zlib-compressed) as it reads it, in bounded
+// memory, into the form asked for.
+#include "xml/StreamConverter.h"
+
 #include <OvXmlLib6.h>
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -22,10 +25,13 @@ const char kUsage[] =
     "Usage: ovxml convert [options] IN OUT\n"
     "       ovxml --help\n"
     "\n"
-    "Reads the XML document IN into a tree of wildcard elements and writes it to OUT.\n"
-    "IN and OUT may be '-' for standard input and standard output. The kind of input is\n"
-    "recognised from its content: XML text in any encoding the parser knows (UTF-8, UTF-16,\n"
-    "ISO-8859-1, US-ASCII), optionally gzip- or zlib-compressed.\n"
+    "Converts the XML document IN and writes it to OUT as it reads it, in constant memory\n"
+    "whatever its size. Text, child elements, comments and processing instructions keep\n"
+    "their order, and namespace declarations and prefixes stay where they were; the\n"
+    "document type declaration is not kept. IN and OUT may be '-' for standard input and\n"
+    "standard output. The kind of input is recognised from its content: XML text in any\n"
+    "encoding the parser knows (UTF-8, UTF-16, ISO-8859-1, US-ASCII) or Fast Infoset,\n"
+    "either optionally gzip- or zlib-compressed. A failed conversion leaves no output file.\n"
     "\n"
     "Options:\n"
     "  --to xml      output XML text (the default and, for now, the only output form)\n"
@@ -49,6 +55,7 @@ struct Options {
   bool format = false;
   bool crlf = false;
   bool noHeader = false;
+  bool fastInfoset = false;
   std::string in;
   std::string out;
 };
@@ -103,7 +110,8 @@ Options ParseArguments(const std::vector<std::string>& args) {
 
 double Megabytes(std::uint64_t bytes) { return static_cast<double>(bytes) / (1024.0 * 1024.0); }
 
-// Progress on standard error, for big inputs when it is a terminal.
+// Progress of the conversion on standard error, by input bytes read, for big inputs when it is a
+// terminal.
 class Progress {
  public:
   Progress() : m_enabled(isatty(STDERR_FILENO) != 0) {}
@@ -113,14 +121,11 @@ class Progress {
     if (done - m_lastShown < 8 * 1024 * 1024 && done != total) return;
     m_lastShown = done;
     if (total != 0) {
-      Show("reading %.1f of %.1f MB (%d%%)", Megabytes(done), Megabytes(total),
+      Show("converting: %.1f of %.1f MB read (%d%%)", Megabytes(done), Megabytes(total),
            static_cast<int>(done * 100 / total));
     } else {
-      Show("reading %.1f MB", Megabytes(done));
+      Show("converting: %.1f MB read", Megabytes(done));
     }
-  }
-  void Phase(const char* what, std::uint64_t size) {
-    if (m_enabled && size >= kProgressThreshold) Show("%s %.1f MB ...", what, Megabytes(size));
   }
   void Clear() {
     if (m_shown) std::fprintf(stderr, "\r\033[K");
@@ -140,157 +145,95 @@ class Progress {
   std::uint64_t m_lastShown = 0;
 };
 
-std::vector<unsigned char> ReadInput(const std::string& name, Progress& progress) {
-  const bool useStdin = name == "-";
-  std::FILE* file = useStdin ? stdin : std::fopen(name.c_str(), "rb");
-  if (file == nullptr) Fail("cannot open '" + name + "': " + std::strerror(errno));
-  std::uint64_t total = 0;
-  if (!useStdin && std::fseek(file, 0, SEEK_END) == 0) {
-    const long size = std::ftell(file);
-    if (size > 0) total = static_cast<std::uint64_t>(size);
-    std::rewind(file);
-  }
-  std::vector<unsigned char> data;
-  if (total != 0) data.reserve(total);
-  unsigned char chunk[1 << 16];
-  for (;;) {
-    const std::size_t got = std::fread(chunk, 1, sizeof chunk, file);
-    data.insert(data.end(), chunk, chunk + got);
-    progress.Reading(data.size(), total);
-    if (got < sizeof chunk) break;
-  }
-  const bool failed = std::ferror(file) != 0;
-  const int error = errno;
-  if (!useStdin) std::fclose(file);
-  if (failed) Fail("cannot read '" + name + "': " + std::strerror(error));
-  if (data.empty()) Fail("'" + name + "' is empty");
-  if (data.size() > 0xFFFFFFFFull)
-    Fail("'" + name + "' is larger than 4 GiB, which is not supported");
-  return data;
-}
-
-void WriteOutput(const std::string& name, const CBinaryData& data) {
-  const bool useStdout = name == "-";
-  std::FILE* file = useStdout ? stdout : std::fopen(name.c_str(), "wb");
-  if (file == nullptr) Fail("cannot create '" + name + "': " + std::strerror(errno));
-  const std::size_t written = std::fwrite(data.GetData(), 1, data.GetLength(), file);
-  bool ok = written == data.GetLength();
-  int error = errno;
-  if (useStdout) {
-    ok = std::fflush(file) == 0 && ok;
-  } else if (std::fclose(file) != 0) {
-    ok = false;
-  }
-  if (!ok) {
-    if (errno != 0) error = errno;
-    Fail("cannot write '" + name + "': " + std::strerror(error));
-  }
-}
-
-// Fast Infoset documents start with the bits 1110 0000 0000 0000 0000 0000 0000 0001, or with an
-// XML declaration naming the encoding finf.
-bool LooksLikeFastInfoset(const std::vector<unsigned char>& data) {
-  if (data.size() >= 4 && data[0] == 0xE0 && data[1] == 0 && data[2] == 0 && data[3] == 1)
-    return true;
-  const std::string head(data.begin(), data.begin() + std::min<std::size_t>(data.size(), 64));
-  return head.rfind("<?xml", 0) == 0 &&
-         (head.find("'finf'") != std::string::npos || head.find("\"finf\"") != std::string::npos);
-}
-
-bool IsWhitespace(const std::string& text) {
-  return text.find_first_not_of(" \t\r\n") == std::string::npos;
-}
-
-struct Counts {
-  std::uint64_t elements = 0;
-  std::uint64_t attributes = 0;
-};
-
-// Counts the tree's elements and attributes, and with `dropLayout` empties the whitespace-only
-// text of elements that have child elements. Iterative, so any depth is fine.
-Counts Walk(CElement* root, bool dropLayout) {
-  Counts counts;
-  std::vector<CElement*> pending{root};
-  while (!pending.empty()) {
-    CElement* element = pending.back();
-    pending.pop_back();
-    ++counts.elements;
-    counts.attributes += static_cast<std::uint64_t>(element->GetAttributes()->GetCount());
-    CSmartPtr<CElementCol> children = element->GetChildElements();
-    if (dropLayout && children->GetCount() != 0 && IsWhitespace(element->GetText()))
-      element->SetText("");
-    for (CElement* child : *children) pending.push_back(child);
-  }
-  return counts;
-}
-
-// Names in xsi:type values keep the prefix they were written with, but the writer chooses its own
-// prefixes for elements and attributes. Declaring those prefixes on the root element, with the
-// namespaces the document bound them to, keeps such values meaningful in the output.
-void KeepTypePrefixes(CElement* root, const CXmlDocument& document, CNamespaceAliasMap& aliases) {
-  std::vector<CElement*> pending{root};
-  while (!pending.empty()) {
-    CElement* element = pending.back();
-    pending.pop_back();
-    for (CAttribute* attribute : *element->GetAttributes()) {
-      if (attribute->GetName() != "type" ||
-          attribute->GetNamespace() != CXmlWriter::kSchemaInstanceNamespace)
-        continue;
-      const std::string value = attribute->GetValue();
-      const std::size_t colon = value.find(':');
-      if (colon == std::string::npos) continue;
-      const std::string prefix = value.substr(0, colon);
-      const std::string uri = document.LookupNamespaceFromAlias(prefix.c_str());
-      if (!uri.empty() && !aliases.DoesAliasExist(prefix.c_str()))
-        aliases.Add(prefix.c_str(), uri.c_str());
+// The output file: written under a temporary name beside it and renamed when the conversion has
+// succeeded, so that a failed conversion leaves no output (and an existing file as it was). What
+// is not a regular file (a device, a pipe) and standard output are written directly.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& name) : m_name(name) {
+    if (name == "-") {
+      m_file = stdout;
+      return;
     }
-    for (CElement* child : *element->GetChildElements()) pending.push_back(child);
+    struct stat info;
+    const bool direct = stat(name.c_str(), &info) == 0 && !S_ISREG(info.st_mode);
+    m_path = direct ? name : name + ".ovxml-" + std::to_string(getpid()) + ".part";
+    m_file = std::fopen(m_path.c_str(), "wb");
+    if (m_file == nullptr) Fail("cannot create '" + name + "': " + std::strerror(errno));
+    m_temporary = !direct;
   }
-}
+  ~OutputFile() {
+    if (m_file != nullptr && m_file != stdout) std::fclose(m_file);
+    if (m_temporary) std::remove(m_path.c_str());
+  }
+  std::FILE* Get() const { return m_file; }
+  void Commit() {
+    if (m_file == stdout) return;
+    const int closed = std::fclose(m_file);
+    m_file = nullptr;
+    if (closed != 0) Fail("cannot write '" + m_name + "': " + std::strerror(errno));
+    if (m_temporary && std::rename(m_path.c_str(), m_name.c_str()) != 0)
+      Fail("cannot write '" + m_name + "': " + std::strerror(errno));
+    m_temporary = false;
+  }
+
+ private:
+  std::string m_name;
+  std::string m_path;
+  std::FILE* m_file = nullptr;
+  bool m_temporary = false;
+};
 
 int Convert(const std::vector<std::string>& args) {
   const Options options = ParseArguments(args);
   const auto start = std::chrono::steady_clock::now();
   Progress progress;
 
-  const std::vector<unsigned char> input = ReadInput(options.in, progress);
-  if (LooksLikeFastInfoset(input))
-    Fail("'" + options.in +
-         "' is a Fast Infoset document; reading Fast Infoset is not available yet");
+  const bool useStdin = options.in == "-";
+  std::FILE* in = useStdin ? stdin : std::fopen(options.in.c_str(), "rb");
+  if (in == nullptr) Fail("cannot open '" + options.in + "': " + std::strerror(errno));
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> inGuard(useStdin ? nullptr : in, &std::fclose);
+  std::uint64_t total = 0;
+  struct stat info;
+  if (!useStdin && fstat(fileno(in), &info) == 0 && S_ISREG(info.st_mode))
+    total = static_cast<std::uint64_t>(info.st_size);
 
-  CXmlSerializationContext context;
-  progress.Phase("parsing", input.size());
-  CSmartPtr<CElement> root = new CElement("document");
-  {
-    // The tree is built here rather than by FromXmlStream so that the document's prefix
-    // declarations can still be looked up once the elements are copied.
-    CXmlDocument document(context);
-    document.LoadXmlStream(input.data(), static_cast<std::uint32_t>(input.size()));
-    root->CopyXmlElement(document.GetDocumentElement());
-    KeepTypePrefixes(root, document, context.GetNamespaceAliases());
+  OutputFile out(options.out);
+  std::vector<char> outBuffer(1 << 16);
+  std::setvbuf(out.Get(), outBuffer.data(), _IOFBF, outBuffer.size());
+
+  detail::CConvertOptions convert;
+  convert.fastInfoset = options.fastInfoset;
+  convert.compression = options.gzip   ? CompressionType_GZip
+                        : options.zlib ? CompressionType_ZLib
+                                       : CompressionType_None;
+  convert.utf16 = options.utf16;
+  convert.format = options.format;
+  convert.crlf = options.crlf;
+  convert.header = !options.noHeader;
+  detail::CStreamConverter converter(convert);
+  converter.SetProgress([&](std::uint64_t done) { progress.Reading(done, total); });
+  detail::CStdioSource source(in, options.in);
+  detail::CStdioSink sink(out.Get(), options.out);
+  detail::CConvertCounts counts;
+  try {
+    counts = converter.Convert(source, sink);
+  } catch (const COvException& e) {
+    Fail("cannot convert '" + options.in + "': " + e.GetFullMessage());
   }
-  const Counts counts = Walk(root, options.format);
-
-  progress.Phase("writing", input.size());
-  const CompressionType compression = options.gzip   ? CompressionType_GZip
-                                      : options.zlib ? CompressionType_ZLib
-                                                     : CompressionType_None;
-  const CBinaryData output = root->ToXmlStream(
-      !options.noHeader, options.format, options.utf16 ? XmlEncoding_UTF16 : XmlEncoding_UTF8,
-      options.crlf ? EOLType_CRLF : EOLType_LF, context, compression);
-  root = nullptr;
-  WriteOutput(options.out, output);
+  out.Commit();
   progress.Clear();
 
   const double seconds =
       std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   std::fprintf(stderr,
-               "ovxml: %s -> %s: %llu elements, %llu attributes, %zu bytes in, %u bytes out, "
+               "ovxml: %s -> %s: %llu elements, %llu attributes, %llu bytes in, %llu bytes out, "
                "%.3f s\n",
                options.in.c_str(), options.out.c_str(),
                static_cast<unsigned long long>(counts.elements),
-               static_cast<unsigned long long>(counts.attributes), input.size(),
-               static_cast<unsigned>(output.GetLength()), seconds);
+               static_cast<unsigned long long>(counts.attributes),
+               static_cast<unsigned long long>(counts.bytesIn),
+               static_cast<unsigned long long>(counts.bytesOut), seconds);
   return 0;
 }
 

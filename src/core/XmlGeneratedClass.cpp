@@ -13,6 +13,7 @@
 
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace OvXmlLib6 {
 
@@ -147,8 +148,9 @@ void CXmlGeneratedClass::AttributesToXml_Int(CXmlWriter* writer,
     for (int i = 0, count = CountEntries(elements); i < count; ++i) {
       elements[i]->PseudoChildAttributeToXml(context, this, writer);
     }
-  } catch (const COvException& e) {
-    throw COvException("Failed to convert attributes to XML", e);
+  } catch (COvException& e) {
+    // The caught chain is taken over, not copied: wrapping costs the same at every level.
+    throw COvException("Failed to convert attributes to XML", std::move(e));
   }
 }
 
@@ -201,9 +203,10 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* 
       writer->WriteText(std::string_view(text.ToString()));
     }
     if (ownTag) writer->WriteEndElement();
-  } catch (const COvException& e) {
+  } catch (COvException& e) {
     throw COvValidationException(
-        FormatString("Failed to convert the element [%s] to XML", GetElementName().c_str()), e);
+        FormatString("Failed to convert the element [%s] to XML", GetElementName().c_str()),
+        std::move(e));
   }
 }
 
@@ -247,9 +250,9 @@ CXmlElement* CXmlGeneratedClass::FromXml_Int(CXmlElement* element, CXmlElement* 
       AccessProperty(textIndex, false, text);
     }
     return cursor;
-  } catch (const COvException& e) {
+  } catch (COvException& e) {
     throw COvValidationException(
-        FormatString("Failed to process the element [%s]", localName.c_str()), e);
+        FormatString("Failed to process the element [%s]", localName.c_str()), std::move(e));
   }
 }
 

@@ -2,6 +2,7 @@
 // tree, or a text writer over a stream) and hands over to FromXml_Int or ToXml_Int.
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/core/XmlObjectBase.h"
+#include "OvXmlLib6/fastinfoset/FastInfosetWriter.h"
 #include "OvXmlLib6/xml/BinaryStream.h"
 #include "OvXmlLib6/xml/TextStream.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
@@ -22,12 +23,6 @@ void RequireFileName(const char* fileName, const char* operation) {
   if (fileName == nullptr || *fileName == '\0') {
     throw COvInvalidParamException(FormatString("%s: no file name was given", operation));
   }
-}
-
-[[noreturn]] void ThrowFastInfosetUnavailable() {
-  throw COvException(
-      "Fast Infoset output is not available in this version of the library; write XML with "
-      "ToXml, ToXmlStream or ToXmlFile instead.");
 }
 
 }  // namespace
@@ -106,18 +101,40 @@ void CXmlObjectBase::ToXmlFile(const char* fileName, bool includeDocumentHeader,
   file.Finish();
 }
 
-CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl /*declaration*/,
-                                                const CXmlSerializationContext& /*context*/,
-                                                CompressionType /*compression*/) const {
-  ThrowFastInfosetUnavailable();
+void CXmlObjectBase::WriteFastInfoset(CBinaryStream& stream, FInfoDecl declaration,
+                                      const CXmlSerializationContext& context) const {
+  CFastInfosetWriter writer(&stream, context, declaration);
+  writer.Open();
+  const std::string ns = GetNamespace();
+  ToXml_Int(this, &writer, true, ns.c_str(), context, false);
+  writer.Close();
 }
 
-void CXmlObjectBase::ToFastInfosetFile(const char* /*fileName*/, FInfoDecl /*declaration*/,
-                                       const CXmlSerializationContext& /*context*/,
+CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl declaration,
+                                                const CXmlSerializationContext& context,
+                                                CompressionType compression) const {
+  CBinaryStream bytes;
+  WriteFastInfoset(bytes, declaration, context);
+  if (compression != CompressionType_None) bytes.Compress(compression);
+  return bytes.GetData();
+}
+
+void CXmlObjectBase::ToFastInfosetFile(const char* fileName, FInfoDecl declaration,
+                                       const CXmlSerializationContext& context,
                                        CompressionType compression) const {
   if (compression == CompressionType_ZLib)
     throw COvException("ZLIB Compression only available for To Stream methods.");
-  ThrowFastInfosetUnavailable();
+  RequireFileName(fileName, "ToFastInfosetFile");
+  CFileBinaryStream file(fileName);
+  if (compression == CompressionType_None) {
+    // The file stream collects the document and writes it when the writer finishes it.
+    WriteFastInfoset(file, declaration, context);
+    return;
+  }
+  const CBinaryData data = ToFastInfosetStream(declaration, context, compression);
+  file.Begin();
+  file.Append(data);
+  file.Finish();
 }
 
 // ---- Input ----------------------------------------------------------------------------------

@@ -6,10 +6,12 @@
 #include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
 #include "core/Strings.h"
 #include "fastinfoset/EncodingAlgorithms.h"
-#include "xml/TreeStore.h"
 #include "xml/Unicode.h"
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
+#include <utility>
 
 namespace OvXmlLib6 {
 
@@ -19,6 +21,9 @@ constexpr std::size_t kMaxTableEntries = 1u << 20;
 // Deeper documents are refused: the open elements cost memory the input does not pay for.
 constexpr std::size_t kMaxDepth = 100000;
 constexpr std::uint32_t kBuiltInAlgorithms = 10;
+// The input window of a byte source, and what of it is read before the header is looked for.
+constexpr std::size_t kWindowSize = 64 * 1024;
+constexpr std::size_t kHeaderProbe = 64;
 
 const char kXmlNamespace[] = "http://www.w3.org/XML/1998/namespace";
 const unsigned char kIdentification[] = {0xE0, 0x00, 0x00, 0x01};
@@ -41,11 +46,6 @@ bool HasIdentificationAt(const unsigned char* data, std::size_t length, std::siz
          std::memcmp(data + at, kIdentification, sizeof kIdentification) == 0;
 }
 
-// True when the text has a carriage return or NUL byte, which the tree drops from text.
-bool NeedsFiltering(const std::string& text) {
-  return text.find('\r') != std::string::npos || text.find('\0') != std::string::npos;
-}
-
 }  // namespace
 
 long CFastInfosetReader::FindHeader(const unsigned char* data, std::size_t length) {
@@ -61,42 +61,73 @@ long CFastInfosetReader::FindHeader(const unsigned char* data, std::size_t lengt
   return -1;
 }
 
-CFastInfosetReader::CFastInfosetReader(CXmlDocument* document, const unsigned char* data,
-                                       std::size_t length)
-    : m_document(document),
-      m_store(document->m_store.get()),
-      m_data(data),
-      m_length(length),
-      m_pos(0),
-      m_keepCDATA(!document->m_context->GetStripCDATA()) {}
-
-CFastInfosetReader::~CFastInfosetReader() {
-  try {
-    m_document->FlushOpenText();
-  } catch (...) {
-    // Out of memory while keeping partial text: that text is lost, the failure itself goes on.
-  }
-}
+CFastInfosetReader::CFastInfosetReader(detail::IXmlEventHandler& handler,
+                                       const CXmlSerializationContext& context)
+    : m_handler(handler), m_context(context) {}
 
 // ---- Failures and octets ------------------------------------------------------------------
 
-void CFastInfosetReader::FailAt(const char* what, std::size_t offset) const {
-  throw COvException(FormatString("Failed to parse FastInfoset. %s at byte offset %lu", what,
-                                  static_cast<unsigned long>(offset)));
+void CFastInfosetReader::FailAt(const char* what, std::uint64_t offset) const {
+  throw COvException(FormatString("Failed to parse FastInfoset. %s at byte offset %llu", what,
+                                  static_cast<unsigned long long>(offset)));
 }
 
-void CFastInfosetReader::Fail(const char* what) const { FailAt(what, m_pos == 0 ? 0 : m_pos - 1); }
-
-std::uint8_t CFastInfosetReader::Octet() {
-  if (m_pos >= m_length) FailAt("Unexpected end of data", m_pos);
-  return m_data[m_pos++];
+void CFastInfosetReader::Fail(const char* what) const {
+  const std::uint64_t position = Position();
+  FailAt(what, position == 0 ? 0 : position - 1);
 }
 
 const unsigned char* CFastInfosetReader::Take(std::uint64_t count) {
-  if (count > m_length - m_pos) FailAt("Length beyond the end of data", m_pos);
+  if (count > m_length - m_pos) Refill(count, "Length beyond the end of data");
   const unsigned char* p = m_data + m_pos;
   m_pos += static_cast<std::size_t>(count);
   return p;
+}
+
+void CFastInfosetReader::Refill(std::uint64_t need, const char* what) {
+  if (m_source == nullptr || need > std::numeric_limits<std::size_t>::max()) {
+    FailAt(what, Position());
+  }
+  const std::size_t kept = m_length - m_pos;
+  unsigned char* window = m_window.get();
+  if (m_capacity > kWindowSize && need <= kWindowSize) {
+    // The item that made the window grow is behind: back to the usual size.
+    std::unique_ptr<unsigned char[]> smaller(new unsigned char[kWindowSize]);
+    std::memcpy(smaller.get(), window + m_pos, kept);
+    m_window = std::move(smaller);
+    m_capacity = kWindowSize;
+  } else if (kept != 0 && m_pos != 0) {
+    std::memmove(window, window + m_pos, kept);
+  }
+  m_base += m_pos;
+  m_pos = 0;
+  m_length = kept;
+  m_data = m_window.get();
+  while (m_length < need) {
+    if (m_length == m_capacity) {
+      // Grows by doubling, each step only once the source has filled the one before, so that a
+      // length the source does not back costs no more than twice what it delivered.
+      const std::size_t capacity =
+          static_cast<std::size_t>(std::min<std::uint64_t>(need, std::uint64_t{m_capacity} * 2));
+      std::unique_ptr<unsigned char[]> larger(new unsigned char[capacity]);
+      std::memcpy(larger.get(), m_window.get(), m_length);
+      m_window = std::move(larger);
+      m_capacity = capacity;
+      m_data = m_window.get();
+    }
+    const std::size_t got = m_source->Read(m_window.get() + m_length, m_capacity - m_length);
+    if (got == 0) FailAt(what, Position());
+    m_length += std::min(got, m_capacity - m_length);
+  }
+}
+
+bool CFastInfosetReader::AtEnd() {
+  if (m_pos < m_length) return false;
+  if (m_source == nullptr) return true;
+  m_base += m_pos;
+  m_pos = 0;
+  m_length = m_source->Read(m_window.get(), m_capacity);
+  return m_length == 0;
 }
 
 // ---- Integers and lengths -----------------------------------------------------------------
@@ -169,36 +200,40 @@ std::uint32_t CFastInfosetReader::Count() {
   Fail("Invalid count");
 }
 
-std::pair<const unsigned char*, std::size_t> CFastInfosetReader::OctetString() {
+std::string_view CFastInfosetReader::OctetString() {
   const std::uint8_t first = Octet();
   if ((first & 0x80) != 0) Fail("Invalid octet string");
   const std::uint64_t length = LengthOnBit2(first);
-  const unsigned char* p = Take(length);
-  return {p, static_cast<std::size_t>(length)};
+  return {reinterpret_cast<const char*>(Take(length)), static_cast<std::size_t>(length)};
 }
 
 // ---- Strings ------------------------------------------------------------------------------
 
 const std::string& CFastInfosetReader::Entry(StringTable table, std::uint32_t index,
-                                             std::size_t offset) const {
+                                             std::uint64_t offset) const {
   const std::vector<std::string>& entries = m_tables[table];
   if (index == 0 || index > entries.size()) FailAt("Index out of the vocabulary table", offset);
   return entries[index - 1];
 }
 
-void CFastInfosetReader::AddTo(StringTable table, const std::string& text) {
-  if (m_tables[table].size() < kMaxTableEntries) m_tables[table].push_back(text);
+void CFastInfosetReader::AddTo(StringTable table, std::string_view text) {
+  if (m_tables[table].size() < kMaxTableEntries) m_tables[table].emplace_back(text);
 }
 
-void CFastInfosetReader::Utf8Text(const unsigned char* p, std::size_t length, std::size_t offset,
-                                  std::string& out) {
-  const std::string_view text(reinterpret_cast<const char*>(p), length);
-  if (!detail::IsValidUtf8(text)) FailAt("Invalid UTF-8 string", offset);
-  m_store->Encoder().FromUtf8(text, out);
+std::string_view CFastInfosetReader::Internal(std::string_view utf8, std::string& out) {
+  if (m_encoder.IsInternalUtf8()) return utf8;
+  out.clear();
+  m_encoder.FromUtf8(utf8, out);
+  return out;
+}
+
+void CFastInfosetReader::Utf8Text(std::string_view utf8, std::uint64_t offset, std::string& out) {
+  if (!detail::IsValidUtf8(utf8)) FailAt("Invalid UTF-8 string", offset);
+  m_encoder.FromUtf8(utf8, out);
 }
 
 std::uint32_t CFastInfosetReader::IdentifyingIndex(StringTable table) {
-  const std::size_t offset = m_pos;
+  const std::uint64_t offset = Position();
   const std::uint8_t first = Octet();
   if ((first & 0x80) != 0) {
     const std::uint32_t index = IntegerOnBit2(first);
@@ -206,10 +241,10 @@ std::uint32_t CFastInfosetReader::IdentifyingIndex(StringTable table) {
     return index;
   }
   const std::uint64_t length = LengthOnBit2(first);
-  const std::size_t start = m_pos;
+  const std::uint64_t start = Position();
   const unsigned char* p = Take(length);
   std::string text;
-  Utf8Text(p, static_cast<std::size_t>(length), start, text);
+  Utf8Text({reinterpret_cast<const char*>(p), static_cast<std::size_t>(length)}, start, text);
   if (m_tables[table].size() >= kMaxTableEntries) {
     // A full table takes nothing more; the literal is usable only where it stands, which an
     // index cannot express.
@@ -219,19 +254,19 @@ std::uint32_t CFastInfosetReader::IdentifyingIndex(StringTable table) {
   return static_cast<std::uint32_t>(m_tables[table].size());
 }
 
-void CFastInfosetReader::NonIdentifying(StringTable table, std::string& out) {
-  const std::size_t offset = m_pos;
+std::string_view CFastInfosetReader::NonIdentifying(StringTable table, std::string& scratch) {
+  const std::uint64_t offset = Position();
   const std::uint8_t first = Octet();
-  out.clear();
-  if (first == 0xFF) return;
-  if ((first & 0x80) != 0) {
-    out = Entry(table, IntegerOnBit2(first), offset);
-    return;
-  }
-  if (NonIdentifyingLiteral(first, out)) AddTo(table, out);
+  if (first == 0xFF) return {};
+  if ((first & 0x80) != 0) return Entry(table, IntegerOnBit2(first), offset);
+  bool add = false;
+  const std::string_view text = NonIdentifyingLiteral(first, scratch, add);
+  if (add) AddTo(table, text);
+  return text;
 }
 
-bool CFastInfosetReader::NonIdentifyingLiteral(std::uint8_t first, std::string& out) {
+std::string_view CFastInfosetReader::NonIdentifyingLiteral(std::uint8_t first, std::string& scratch,
+                                                           bool& add) {
   const int kind = (first >> 4) & 0x03;
   std::uint32_t id = 0;
   std::uint8_t lengthBits = first;
@@ -240,18 +275,14 @@ bool CFastInfosetReader::NonIdentifyingLiteral(std::uint8_t first, std::string& 
     id = ((first & 0x0Fu) << 4) | (second >> 4);
     lengthBits = second;
   }
-  DecodePayload(kind, id, LengthOnBit5(lengthBits), out);
-  return (first & 0x40) != 0;
+  add = (first & 0x40) != 0;
+  return DecodePayload(kind, id, LengthOnBit5(lengthBits), scratch);
 }
 
-void CFastInfosetReader::CharacterChunkText(std::uint8_t first, std::string& out, bool& cdata) {
-  const std::size_t offset = m_pos - 1;
-  out.clear();
+std::string_view CFastInfosetReader::CharacterChunkText(std::uint8_t first, bool& cdata) {
+  const std::uint64_t offset = Position() - 1;
   cdata = false;
-  if ((first & 0x20) != 0) {
-    out = Entry(CharacterChunk, IntegerOnBit4(first), offset);
-    return;
-  }
+  if ((first & 0x20) != 0) return Entry(CharacterChunk, IntegerOnBit4(first), offset);
   const int kind = (first >> 2) & 0x03;
   std::uint32_t id = 0;
   std::uint8_t lengthBits = first;
@@ -260,23 +291,26 @@ void CFastInfosetReader::CharacterChunkText(std::uint8_t first, std::string& out
     id = ((first & 0x03u) << 6) | (second >> 2);
     lengthBits = second;
   }
-  DecodePayload(kind, id, LengthOnBit7(lengthBits), out);
+  const std::string_view text = DecodePayload(kind, id, LengthOnBit7(lengthBits), m_scratch);
   cdata = kind == 3 && id + 1 == FIAlgorithm_CDATA;
-  if ((first & 0x10) != 0) AddTo(CharacterChunk, out);
+  if ((first & 0x10) != 0) AddTo(CharacterChunk, text);
+  return text;
 }
 
-void CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, std::uint64_t length,
-                                       std::string& out) {
-  const std::size_t offset = m_pos;
+std::string_view CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, std::uint64_t length,
+                                                   std::string& scratch) {
+  const std::uint64_t offset = Position();
   const unsigned char* p = Take(length);
   const std::size_t size = static_cast<std::size_t>(length);
   switch (kind) {
-    case 0:
-      Utf8Text(p, size, offset, out);
-      return;
+    case 0: {
+      const std::string_view utf8(reinterpret_cast<const char*>(p), size);
+      if (!detail::IsValidUtf8(utf8)) FailAt("Invalid UTF-8 string", offset);
+      return Internal(utf8, scratch);
+    }
     case 1: {
       if (size % 2 != 0) FailAt("Odd length of a UTF-16 string", offset);
-      std::string utf8;
+      m_utf8.clear();
       for (std::size_t i = 0; i < size; i += 2) {
         char32_t unit = static_cast<char32_t>((p[i] << 8) | p[i + 1]);
         if (unit >= 0xDC00 && unit <= 0xDFFF) FailAt("Invalid UTF-16 string", offset + i);
@@ -286,16 +320,16 @@ void CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, std::uint64_t
           unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
           i += 2;
         }
-        detail::AppendUtf8(unit, utf8);
+        detail::AppendUtf8(unit, m_utf8);
       }
-      m_store->Encoder().FromUtf8(utf8, out);
-      return;
+      return Internal(m_utf8, scratch);
     }
     case 2: {
       if (id >= m_alphabets.size()) FailAt("Unknown restricted alphabet", offset);
       // The characters of the alphabet; the code of each is its position.
       const std::string& alphabet = m_alphabets[id];
-      std::vector<std::string_view> characters;
+      std::vector<std::string_view>& characters = m_alphabetCharacters;
+      characters.clear();
       for (std::size_t at = 0; at < alphabet.size();) {
         const std::size_t begin = at;
         if (detail::DecodeUtf8(alphabet, at) < 0) ++at;
@@ -304,7 +338,7 @@ void CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, std::uint64_t
       int bits = 1;
       while ((std::size_t{1} << bits) <= characters.size()) ++bits;
       const std::uint32_t end = (1u << bits) - 1;
-      std::string utf8;
+      m_utf8.clear();
       std::uint32_t buffer = 0;
       int held = 0;
       for (std::size_t i = 0; i < size; ++i) {
@@ -319,21 +353,20 @@ void CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, std::uint64_t
             break;
           }
           if (code >= characters.size()) FailAt("Invalid restricted alphabet data", offset + i);
-          utf8.append(characters[code]);
+          m_utf8.append(characters[code]);
         }
         buffer &= (1u << held) - 1;
       }
-      m_store->Encoder().FromUtf8(utf8, out);
-      return;
+      return Internal(m_utf8, scratch);
     }
     default:
       if (id + 1 > kBuiltInAlgorithms) FailAt("Unknown encoding algorithm", offset);
       try {
-        out = detail::DecodeAlgorithm(id + 1, p, p + size);
+        scratch = detail::DecodeAlgorithm(id + 1, p, p + size);
       } catch (const COvException& e) {
         FailAt(e.GetMessage().c_str(), offset);
       }
-      return;
+      return scratch;
   }
 }
 
@@ -373,8 +406,20 @@ void CFastInfosetReader::ReadHeader() {
   if ((components & 0x01) != 0) NonIdentifying(OtherString, m_scratch);
 }
 
-void CFastInfosetReader::SeedExternalVocabulary(const std::string& uri, std::size_t offset) {
-  const CFastInfosetContext& fi = m_document->m_context->GetFIContext();
+const detail::CXmlEventName* CFastInfosetReader::MakeName(const QName& parts,
+                                                          std::uint64_t offset) {
+  detail::CXmlEventName name;
+  if (parts.prefix != 0) name.prefix = Entry(Prefix, parts.prefix, offset);
+  if (parts.namespaceName != 0) {
+    name.namespaceURI = Entry(NamespaceName, parts.namespaceName, offset);
+  }
+  name.localName = Entry(LocalName, parts.localName, offset);
+  m_names.push_back(std::move(name));
+  return &m_names.back();
+}
+
+void CFastInfosetReader::SeedExternalVocabulary(const std::string& uri, std::uint64_t offset) {
+  const CFastInfosetContext& fi = m_context.GetFIContext();
   if (fi.GetExternalVocabularyURI().empty() || fi.GetExternalVocabularyURI() != uri) {
     FailAt("Unknown external vocabulary", offset);
   }
@@ -387,17 +432,14 @@ void CFastInfosetReader::SeedExternalVocabulary(const std::string& uri, std::siz
   copy(vocabulary.GetLocalNamesTable(), m_tables[LocalName]);
   copy(vocabulary.GetAttributeValuesTable(), m_tables[AttributeValue]);
   copy(vocabulary.GetCharacterChunksTable(), m_tables[CharacterChunk]);
-  // The vocabulary keeps the built-in namespace in its own spelling; the tree gets the real one.
+  // The vocabulary keeps the built-in namespace in its own spelling; readers get the real one.
   if (!m_tables[NamespaceName].empty()) m_tables[NamespaceName][0] = kXmlNamespace;
   const auto names = [this, offset](const CFIQNameTable& from, std::vector<QName>& to) {
     to.clear();
     for (const CQNameParts& parts : from) {
-      const std::string& local = Entry(LocalName, parts.localName, offset);
-      const std::string& ns = parts.namespaceName == 0
-                                  ? std::string()
-                                  : Entry(NamespaceName, parts.namespaceName, offset);
-      to.push_back(
-          {parts.prefix, parts.namespaceName, parts.localName, m_store->Intern(ns, local)});
+      QName name{parts.prefix, parts.namespaceName, parts.localName, nullptr};
+      name.name = MakeName(name, offset);
+      to.push_back(name);
     }
   };
   names(vocabulary.GetElementNamesTable(), m_elementNames);
@@ -409,26 +451,22 @@ void CFastInfosetReader::ReadInitialVocabulary() {
   const std::uint8_t low = Octet();
   if ((high & 0xE0) != 0) Fail("Invalid initial vocabulary");
   if ((high & 0x10) != 0) {
-    const std::size_t offset = m_pos;
-    const auto uri = OctetString();
-    std::string text;
-    Utf8Text(uri.first, uri.second, offset, text);
-    SeedExternalVocabulary(text, offset);
+    const std::uint64_t offset = Position();
+    std::string uri;
+    Utf8Text(OctetString(), offset, uri);
+    SeedExternalVocabulary(uri, offset);
   }
   // Each table: a count, then its entries, which are appended after the built-ins.
   const auto strings = [this](StringTable table, std::vector<std::string>* to) {
     for (std::uint32_t n = Count(); n > 0; --n) {
-      const std::size_t offset = m_pos;
-      const auto entry = OctetString();
+      const std::uint64_t offset = Position();
+      const std::string_view entry = OctetString();
       std::string text;
       if (to == &m_alphabets) {
-        if (!detail::IsValidUtf8(
-                std::string_view(reinterpret_cast<const char*>(entry.first), entry.second))) {
-          FailAt("Invalid UTF-8 string", offset);
-        }
-        text.assign(reinterpret_cast<const char*>(entry.first), entry.second);
+        if (!detail::IsValidUtf8(entry)) FailAt("Invalid UTF-8 string", offset);
+        text.assign(entry);
       } else {
-        Utf8Text(entry.first, entry.second, offset, text);
+        Utf8Text(entry, offset, text);
       }
       if (to == nullptr) to = &m_tables[table];
       if (to->size() < kMaxTableEntries) to->push_back(std::move(text));
@@ -448,16 +486,15 @@ void CFastInfosetReader::ReadInitialVocabulary() {
     for (std::uint32_t n = Count(); n > 0; --n) {
       const std::uint8_t first = Octet();
       if ((first & 0xC0) != 0) Fail("Invalid vocabulary entry");
-      std::string text;
-      NonIdentifyingLiteral(first, text);
-      AddTo(values[i], text);
+      bool add = false;
+      AddTo(values[i], NonIdentifyingLiteral(first, m_scratch, add));
     }
   }
   for (int i = 0; i < 2; ++i) {
     if ((low & (0x02 >> i)) == 0) continue;
     std::vector<QName>& to = i == 0 ? m_elementNames : m_attributeNames;
     for (std::uint32_t n = Count(); n > 0; --n) {
-      const std::size_t offset = m_pos;
+      const std::uint64_t offset = Position();
       const std::uint8_t flags = Octet();
       if ((flags & 0xFC) != 0 || flags == 0x02) Fail("Invalid name surrogate");
       QName name{0, 0, 0, nullptr};
@@ -469,12 +506,9 @@ void CFastInfosetReader::ReadInitialVocabulary() {
       if ((flags & 0x02) != 0) name.prefix = index();
       if ((flags & 0x01) != 0) name.namespaceName = index();
       name.localName = index();
-      if (name.prefix != 0) Entry(Prefix, name.prefix, offset);
-      const std::string& ns = name.namespaceName == 0
-                                  ? std::string()
-                                  : Entry(NamespaceName, name.namespaceName, offset);
-      name.name = m_store->Intern(ns, Entry(LocalName, name.localName, offset));
-      if (to.size() < kMaxTableEntries) to.push_back(name);
+      if (to.size() >= kMaxTableEntries) continue;
+      name.name = MakeName(name, offset);
+      to.push_back(name);
     }
   }
 }
@@ -483,31 +517,30 @@ void CFastInfosetReader::ReadInitialVocabulary() {
 
 std::uint32_t CFastInfosetReader::QNameLiteral(std::uint8_t flags, bool element) {
   if ((flags & 0x03) == 0x02) Fail("Prefix without a namespace name");
-  const std::size_t offset = m_pos - 1;
+  const std::uint64_t offset = Position() - 1;
   QName name{0, 0, 0, nullptr};
   if ((flags & 0x02) != 0) name.prefix = IdentifyingIndex(Prefix);
   if ((flags & 0x01) != 0) name.namespaceName = IdentifyingIndex(NamespaceName);
   name.localName = IdentifyingIndex(LocalName);
-  const std::string& ns =
-      name.namespaceName == 0 ? std::string() : Entry(NamespaceName, name.namespaceName, offset);
-  name.name = m_store->Intern(ns, Entry(LocalName, name.localName, offset));
   std::vector<QName>& table = element ? m_elementNames : m_attributeNames;
   if (table.size() >= kMaxTableEntries) FailAt("Vocabulary table full", offset);
+  name.name = MakeName(name, offset);
   table.push_back(name);
   return static_cast<std::uint32_t>(table.size());
 }
 
 bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
-  const std::size_t offset = m_pos - 1;
-  if (m_document->m_elementStack.size() >= kMaxDepth) FailAt("Elements nested too deeply", offset);
+  const std::uint64_t offset = Position() - 1;
+  if (m_depth >= kMaxDepth) FailAt("Elements nested too deeply", offset);
   std::uint8_t nameOctet = first;
   if ((first & 0x3F) == 0x38) {
     for (std::uint8_t item = Octet(); item != 0xF0; item = Octet()) {
       if ((item & 0xFC) != 0xCC) Fail("Invalid namespace declaration");
       const std::uint32_t prefix = (item & 0x02) != 0 ? IdentifyingIndex(Prefix) : 0;
       const std::uint32_t ns = (item & 0x01) != 0 ? IdentifyingIndex(NamespaceName) : 0;
-      m_document->m_aliases[prefix == 0 ? std::string() : m_tables[Prefix][prefix - 1]] =
-          ns == 0 ? std::string() : m_tables[NamespaceName][ns - 1];
+      m_handler.OnNamespaceDeclaration(
+          prefix == 0 ? std::string_view() : std::string_view(m_tables[Prefix][prefix - 1]),
+          ns == 0 ? std::string_view() : std::string_view(m_tables[NamespaceName][ns - 1]));
     }
     nameOctet = Octet();
     if ((nameOctet & 0xC0) != 0) Fail("Invalid element name");
@@ -516,19 +549,21 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
   if ((nameOctet & 0x3C) == 0x3C) {
     index = QNameLiteral(nameOctet, true);
   } else {
-    const std::size_t at = m_pos - 1;
+    const std::uint64_t at = Position() - 1;
     index = IntegerOnBit3(nameOctet);
     if (index > m_elementNames.size()) FailAt("Index out of the vocabulary table", at);
   }
-  if (m_document->m_elementStack.empty() && m_document->m_documentElement != nullptr) {
-    FailAt("Second document element", offset);
-  }
-  CXmlElement* element = m_document->AddElement(m_elementNames[index - 1].name);
+  if (m_depth == 0 && m_sawDocumentElement) FailAt("Second document element", offset);
+  const detail::CXmlEventName& name = *m_elementNames[index - 1].name;
   bool ended = false;
+  m_attributes.clear();
   if ((first & 0x40) != 0) {
-    m_attributes.clear();
+    // The values are gathered in one buffer, which a refill of the input does not move, and
+    // viewed once they are all there.
+    m_pendingAttributes.clear();
+    m_attributeText.clear();
     for (;;) {
-      const std::size_t at = m_pos;
+      const std::uint64_t at = Position();
       const std::uint8_t item = Octet();
       if (item == 0xF0 || item == 0xFF) {
         ended = item == 0xFF;
@@ -542,24 +577,27 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
         nameIndex = IntegerOnBit2(item);
         if (nameIndex > m_attributeNames.size()) FailAt("Index out of the vocabulary table", at);
       }
-      NonIdentifying(AttributeValue, m_scratch);
-      m_attributes.emplace_back(m_attributeNames[nameIndex - 1].name, m_scratch);
+      const std::string_view value = NonIdentifying(AttributeValue, m_scratch);
+      m_pendingAttributes.push_back(
+          {m_attributeNames[nameIndex - 1].name, m_attributeText.size(), value.size()});
+      m_attributeText.append(value);
     }
-    std::uintptr_t& list = detail::CTreeStore::AttributeSlot(element);
-    list = m_store->NewAttributeList(m_attributes.size());
-    for (const auto& attribute : m_attributes) {
-      m_store->AddToAttributeList(
-          list, m_store->NewAttribute(attribute.first, m_store->NewText(attribute.second.data(),
-                                                                        attribute.second.size())));
+    for (const PendingAttribute& attribute : m_pendingAttributes) {
+      m_attributes.push_back(
+          {attribute.name,
+           std::string_view(m_attributeText).substr(attribute.offset, attribute.size)});
     }
   }
-  m_document->ElementStarted(element);
+  m_sawDocumentElement = true;
+  ++m_depth;
+  m_handler.OnStartElement(name, m_attributes.data(), m_attributes.size());
   return ended;
 }
 
-void CFastInfosetReader::SkipProcessingInstruction() {
-  IdentifyingIndex(OtherNCName);
-  NonIdentifying(OtherString, m_scratch);
+void CFastInfosetReader::ReadProcessingInstruction(bool deliver) {
+  const std::uint32_t target = IdentifyingIndex(OtherNCName);
+  const std::string_view data = NonIdentifying(OtherString, m_scratch);
+  if (deliver) m_handler.OnProcessingInstruction(m_tables[OtherNCName][target - 1], data);
 }
 
 void CFastInfosetReader::SkipDocumentTypeDeclaration(std::uint8_t first, bool& documentEnded) {
@@ -573,69 +611,111 @@ void CFastInfosetReader::SkipDocumentTypeDeclaration(std::uint8_t first, bool& d
       return;
     }
     if (item != 0xE1) Fail("Invalid item in the document type declaration");
-    SkipProcessingInstruction();
+    // The declaration has no event, nor have the instructions inside it.
+    ReadProcessingInstruction(false);
   }
 }
 
 void CFastInfosetReader::ReadBody() {
-  std::vector<CXmlElement*>& stack = m_document->m_elementStack;
   bool sawDocumentType = false;
   bool documentEnded = false;
-  std::string text;
   while (!documentEnded) {
     const std::uint8_t item = Octet();
-    const bool inElement = !stack.empty();
+    const bool inElement = m_depth != 0;
     if (item < 0x80) {
       if (ReadElementStart(item)) {
-        m_document->EndElement();
+        --m_depth;
+        m_handler.OnEndElement();
       }
     } else if (item == 0xE1) {
-      SkipProcessingInstruction();
+      ReadProcessingInstruction(true);
     } else if (item == 0xE2) {
-      NonIdentifying(OtherString, m_scratch);
+      m_handler.OnComment(NonIdentifying(OtherString, m_scratch));
     } else if (item == 0xF0 || item == 0xFF) {
       if (!inElement) {
         documentEnded = true;
       } else {
-        m_document->EndElement();
+        --m_depth;
+        m_handler.OnEndElement();
         if (item == 0xFF) {
-          if (stack.empty()) {
+          if (m_depth == 0) {
             documentEnded = true;
           } else {
-            m_document->EndElement();
+            --m_depth;
+            m_handler.OnEndElement();
           }
         }
       }
     } else if (inElement && item < 0xC0) {
       bool cdata = false;
-      CharacterChunkText(item, text, cdata);
-      if (cdata && m_keepCDATA) text = "<![CDATA[" + text + "]]>";
-      m_document->AppendOpenText(text.data(), text.size(), !NeedsFiltering(text));
+      const std::string_view text = CharacterChunkText(item, cdata);
+      if (cdata) {
+        m_handler.OnStartCdata();
+        m_handler.OnText(text);
+        m_handler.OnEndCdata();
+      } else {
+        m_handler.OnText(text);
+      }
     } else if (inElement && (item & 0xFC) == 0xC8) {
-      // An unexpanded entity reference: its name and identifiers; the tree has no place for it.
+      // An unexpanded entity reference: its name and identifiers, for which there is no event.
       IdentifyingIndex(OtherNCName);
       if ((item & 0x02) != 0) IdentifyingIndex(OtherURI);
       if ((item & 0x01) != 0) IdentifyingIndex(OtherURI);
-    } else if (!inElement && (item & 0xFC) == 0xC4 && !sawDocumentType &&
-               m_document->m_documentElement == nullptr) {
+    } else if (!inElement && (item & 0xFC) == 0xC4 && !sawDocumentType && !m_sawDocumentElement) {
       sawDocumentType = true;
       SkipDocumentTypeDeclaration(item, documentEnded);
     } else {
       Fail("Invalid item");
     }
   }
-  if (m_document->m_documentElement == nullptr) FailAt("No document element", m_pos);
-  if (!stack.empty()) FailAt("Unterminated element", m_pos);
-  if (m_pos != m_length) FailAt("Data after the end of the document", m_pos);
+  if (!m_sawDocumentElement) FailAt("No document element", Position());
+  if (m_depth != 0) FailAt("Unterminated element", Position());
+  if (!AtEnd()) FailAt("Data after the end of the document", Position());
 }
 
-void CFastInfosetReader::Read(std::size_t start) {
-  m_pos = start;
+void CFastInfosetReader::ReadDocument() {
+  m_depth = 0;
+  m_sawDocumentElement = false;
+  for (std::vector<std::string>& table : m_tables) table.clear();
   m_tables[Prefix].assign(1, "xml");
   m_tables[NamespaceName].assign(1, kXmlNamespace);
-  m_alphabets = m_document->m_context->GetFIContext().GetVocabulary()->GetRestrictedAlphabets();
+  m_elementNames.clear();
+  m_attributeNames.clear();
+  m_names.clear();
+  m_alphabets = m_context.GetFIContext().GetVocabulary()->GetRestrictedAlphabets();
   ReadHeader();
   ReadBody();
+}
+
+void CFastInfosetReader::Read(const unsigned char* data, std::size_t length, std::size_t start) {
+  m_source = nullptr;
+  m_data = data;
+  m_length = length;
+  m_pos = start;
+  m_base = 0;
+  ReadDocument();
+}
+
+void CFastInfosetReader::Read(detail::IByteSource& source) {
+  m_source = &source;
+  if (m_capacity != kWindowSize) {
+    m_window.reset(new unsigned char[kWindowSize]);
+    m_capacity = kWindowSize;
+  }
+  m_data = m_window.get();
+  m_length = 0;
+  m_pos = 0;
+  m_base = 0;
+  // Enough of the start to hold the longest XML declaration and the identification octets.
+  while (m_length < kHeaderProbe) {
+    const std::size_t got = source.Read(m_window.get() + m_length, m_capacity - m_length);
+    if (got == 0) break;
+    m_length += std::min(got, m_capacity - m_length);
+  }
+  const long start = FindHeader(m_data, m_length);
+  if (start < 0) FailAt("No Fast Infoset header", 0);
+  m_pos = static_cast<std::size_t>(start);
+  ReadDocument();
 }
 
 }  // namespace OvXmlLib6

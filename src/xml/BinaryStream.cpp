@@ -22,6 +22,8 @@ void CBinaryStream::Begin() { m_data.Clear(); }
 
 void CBinaryStream::Finish() {}
 
+void CBinaryStream::FlushBuffer() {}
+
 void CBinaryStream::Append(const std::string& bytes) {
   if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
     throw COvInvalidParamException(FormatString(

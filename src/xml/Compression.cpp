@@ -5,8 +5,10 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
+#include <new>
 
 namespace OvXmlLib6 {
 
@@ -87,6 +89,104 @@ CBinaryData Deflate(const unsigned char* data, std::size_t length, int compressi
   if (result == Z_OK) result = deflate(&zs, Z_FINISH);
   if (result != Z_STREAM_END) ThrowCompressFailed(result);
   return CBinaryData(output.get(), static_cast<std::uint32_t>(zs.total_out), false);
+}
+
+// A z_stream with its end function, so that it is released however its owner ends.
+struct CZlibStream {
+  z_stream zs{};
+  int (*end)(z_streamp) = nullptr;
+  ~CZlibStream() {
+    if (end != nullptr) end(&zs);
+  }
+};
+
+CInflatingSource::CInflatingSource(IByteSource& input)
+    : m_input(input), m_zlib(new CZlibStream()), m_in(new unsigned char[kInflateChunk]) {
+  if (inflateInit2(&m_zlib->zs, 15 + 32) != Z_OK) throw std::bad_alloc();  // 15 + 32: either
+  m_zlib->end = &inflateEnd;
+}
+
+CInflatingSource::~CInflatingSource() = default;
+
+bool CInflatingSource::Refill() {
+  z_stream& zs = m_zlib->zs;
+  if (zs.avail_in != 0) return true;
+  if (m_inputEnded) return false;
+  const std::size_t got = m_input.Read(m_in.get(), kInflateChunk);
+  if (got == 0) {
+    m_inputEnded = true;
+    return false;
+  }
+  zs.next_in = m_in.get();
+  zs.avail_in = static_cast<uInt>(got);
+  m_consumed += got;
+  return true;
+}
+
+std::size_t CInflatingSource::Read(unsigned char* buffer, std::size_t capacity) {
+  z_stream& zs = m_zlib->zs;
+  zs.next_out = buffer;
+  zs.avail_out = static_cast<uInt>(std::min<std::size_t>(capacity, kMaxZlibStep));
+  const uInt room = zs.avail_out;
+  while (zs.avail_out == room) {
+    if (m_streamEnded) {
+      // Another gzip member may follow; anything else after the end is refused.
+      if (!Refill()) return 0;
+      if (zs.next_in[0] != 0x1F) {
+        throw COvException(FormatString(
+            "Failed to inflate the compressed input: data follows the end of the compressed "
+            "stream (at byte %llu)",
+            static_cast<unsigned long long>(m_consumed - zs.avail_in)));
+      }
+      inflateReset(&zs);
+      m_streamEnded = false;
+    }
+    const bool more = Refill();
+    const int result = inflate(&zs, Z_NO_FLUSH);
+    if (result == Z_STREAM_END) {
+      m_streamEnded = true;
+    } else if (result == Z_BUF_ERROR && !more) {
+      throw COvException(
+          "Failed to inflate the compressed input: it ends before the compressed stream does");
+    } else if (result != Z_OK && result != Z_BUF_ERROR) {
+      throw COvException(FormatString("Failed to inflate the compressed input: %s (near byte %llu)",
+                                      zs.msg != nullptr ? zs.msg : "corrupt data",
+                                      static_cast<unsigned long long>(m_consumed - zs.avail_in)));
+    }
+  }
+  return room - zs.avail_out;
+}
+
+CDeflater::CDeflater(int compressionType) : m_zlib(new CZlibStream()) {
+  const int windowBits = compressionType == 1 ? 31 : 15;  // 31: gzip wrapper
+  const int result = deflateInit2(&m_zlib->zs, 1, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY);
+  if (result != Z_OK) ThrowCompressFailed(result);
+  m_zlib->end = &deflateEnd;
+}
+
+CDeflater::~CDeflater() = default;
+
+void CDeflater::Write(const unsigned char* data, std::size_t length, bool finish,
+                      std::string& out) {
+  z_stream& zs = m_zlib->zs;
+  unsigned char chunk[16384];
+  for (;;) {
+    const std::size_t step = std::min<std::size_t>(length, kMaxZlibStep);
+    zs.next_in = const_cast<Bytef*>(data);
+    zs.avail_in = static_cast<uInt>(step);
+    const bool last = finish && step == length;
+    int result;
+    do {
+      zs.next_out = chunk;
+      zs.avail_out = sizeof chunk;
+      result = deflate(&zs, last ? Z_FINISH : Z_NO_FLUSH);
+      if (result == Z_STREAM_ERROR) ThrowCompressFailed(result);
+      out.append(reinterpret_cast<const char*>(chunk), sizeof chunk - zs.avail_out);
+    } while (zs.avail_out == 0 || (last && result != Z_STREAM_END));
+    data += step;
+    length -= step;
+    if (length == 0) return;
+  }
 }
 
 }  // namespace detail

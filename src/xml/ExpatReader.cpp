@@ -31,6 +31,46 @@ inline bool IsPlainAscii(const char* text, std::size_t length) {
   return bad == 0;
 }
 
+// Throws for a parse that failed: what a callback threw, kept in `error`, or expat's message with
+// the line it stopped at.
+void CheckStatus(XML_Parser parser, XML_Status status, std::exception_ptr& error) {
+  if (error) {
+    std::exception_ptr thrown = std::move(error);
+    error = nullptr;
+    std::rethrow_exception(thrown);
+  }
+  if (status != XML_STATUS_OK) {
+    const XML_Error code = XML_GetErrorCode(parser);
+    const char* message = XML_ErrorString(code);
+    throw COvException(FormatString("%s at line %d", detail::OrEmpty(message),
+                                    static_cast<int>(XML_GetCurrentLineNumber(parser))));
+  }
+}
+
+// Feeds a piece of a document to expat in parts of at most kPieceSize bytes.
+void Feed(XML_Parser parser, std::exception_ptr& error, const unsigned char* data,
+          std::size_t length, bool isFinal) {
+  const char* text = reinterpret_cast<const char*>(data);
+  do {
+    const std::size_t piece = std::min(length, kPieceSize);
+    const bool last = isFinal && piece == length;
+    CheckStatus(parser, XML_Parse(parser, text, static_cast<int>(piece), last), error);
+    text += piece;
+    length -= piece;
+  } while (length != 0);
+}
+
+// Parser text (UTF-8) in the internal encoding, into `out` (replaced).
+void ToInternal(detail::CTextEncoder& encoder, const char* text, std::size_t length,
+                std::string& out) {
+  if (IsPlainAscii(text, length)) {
+    out.assign(text, length);
+  } else {
+    out.clear();
+    encoder.FromUtf8(std::string_view(text, length), out);
+  }
+}
+
 }  // namespace
 
 CExpatReader::CExpatReader(CXmlDocument* document, bool namespaces, bool keepCDATA)
@@ -62,25 +102,7 @@ CExpatReader::~CExpatReader() {
 }
 
 void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
-  const char* text = reinterpret_cast<const char*>(data);
-  do {
-    const std::size_t piece = std::min(length, kPieceSize);
-    const bool last = isFinal && piece == length;
-    const XML_Status status = XML_Parse(m_parser, text, static_cast<int>(piece), last);
-    if (m_error) {
-      std::exception_ptr error = std::move(m_error);
-      m_error = nullptr;
-      std::rethrow_exception(error);
-    }
-    if (status != XML_STATUS_OK) {
-      const XML_Error code = XML_GetErrorCode(m_parser);
-      const char* message = XML_ErrorString(code);
-      throw COvException(FormatString("%s at line %d", detail::OrEmpty(message),
-                                      static_cast<int>(XML_GetCurrentLineNumber(m_parser))));
-    }
-    text += piece;
-    length -= piece;
-  } while (length != 0);
+  Feed(m_parser, m_error, data, length, isFinal);
 }
 
 void CExpatReader::Fail() {
@@ -155,12 +177,7 @@ void CExpatReader::EndNamespaceHandler(void* /*self*/, const char* /*prefix*/) {
 }
 
 void CExpatReader::Convert(const char* text, std::size_t length, std::string& out) {
-  if (IsPlainAscii(text, length)) {
-    out.assign(text, length);
-  } else {
-    out.clear();
-    m_store->Encoder().FromUtf8(std::string_view(text, length), out);
-  }
+  ToInternal(m_store->Encoder(), text, length, out);
 }
 
 void CExpatReader::OnStartElement(const char* name, const char** attributes) {
@@ -206,5 +223,150 @@ void CExpatReader::OnNamespace(const char* prefix, const char* uri) {
   if (uri != nullptr) Convert(uri, std::strlen(uri), value);
   m_document->m_aliases[std::move(key)] = std::move(value);
 }
+
+// ---------------------------------------------------------------------------------------------
+// CExpatEventSource
+
+namespace detail {
+
+namespace {
+// Separates the parts of expanded names. No XML 1.0 document can hold this character, so it
+// never stands inside a namespace URI, a local name or a prefix.
+constexpr char kNameSeparator = '\x01';
+// The block size for sources read through expat's own buffer.
+constexpr std::size_t kReadBlock = 64 * 1024;
+}  // namespace
+
+// expat's callbacks. Each catches everything: no exception may unwind through expat's C frames.
+// After a failure the parser stops and further callbacks do nothing.
+struct CExpatEventSource::Callbacks {
+  template <class Body>
+  static void Guard(void* self, Body&& body) {
+    CExpatEventSource& source = *static_cast<CExpatEventSource*>(self);
+    if (source.m_error) return;
+    try {
+      body(source);
+    } catch (...) {
+      source.m_error = std::current_exception();
+      XML_StopParser(source.m_parser, XML_FALSE);
+    }
+  }
+
+  static void StartElement(void* self, const char* name, const char** attributes) {
+    Guard(self, [&](CExpatEventSource& s) {
+      std::size_t count = 0;
+      while (attributes[2 * count] != nullptr) ++count;
+      if (s.m_values.size() < count) s.m_values.resize(count);
+      s.m_attributes.clear();
+      for (std::size_t i = 0; i < count; ++i) {
+        s.Convert(attributes[2 * i + 1], s.m_values[i]);
+        s.m_attributes.push_back(CXmlEventAttribute{&s.Name(attributes[2 * i]), s.m_values[i]});
+      }
+      s.m_handler.OnStartElement(s.Name(name), s.m_attributes.data(), count);
+    });
+  }
+  static void EndElement(void* self, const char* /*name*/) {
+    Guard(self, [](CExpatEventSource& s) { s.m_handler.OnEndElement(); });
+  }
+  static void CharacterData(void* self, const char* text, int length) {
+    if (length <= 0) return;
+    Guard(self, [&](CExpatEventSource& s) {
+      s.Convert(text, static_cast<std::size_t>(length), s.m_scratch);
+      s.m_handler.OnText(s.m_scratch);
+    });
+  }
+  static void StartCdata(void* self) {
+    Guard(self, [](CExpatEventSource& s) { s.m_handler.OnStartCdata(); });
+  }
+  static void EndCdata(void* self) {
+    Guard(self, [](CExpatEventSource& s) { s.m_handler.OnEndCdata(); });
+  }
+  static void StartNamespace(void* self, const char* prefix, const char* uri) {
+    Guard(self, [&](CExpatEventSource& s) {
+      s.Convert(OrEmpty(prefix), s.m_scratch);
+      s.Convert(OrEmpty(uri), s.m_scratch2);
+      s.m_handler.OnNamespaceDeclaration(s.m_scratch, s.m_scratch2);
+    });
+  }
+  static void Comment(void* self, const char* text) {
+    Guard(self, [&](CExpatEventSource& s) {
+      s.Convert(text, s.m_scratch);
+      s.m_handler.OnComment(s.m_scratch);
+    });
+  }
+  static void ProcessingInstruction(void* self, const char* target, const char* data) {
+    Guard(self, [&](CExpatEventSource& s) {
+      s.Convert(target, s.m_scratch);
+      s.Convert(OrEmpty(data), s.m_scratch2);
+      s.m_handler.OnProcessingInstruction(s.m_scratch, s.m_scratch2);
+    });
+  }
+};
+
+CExpatEventSource::CExpatEventSource(IXmlEventHandler& handler)
+    : m_handler(handler), m_parser(XML_ParserCreateNS(nullptr, kNameSeparator)) {
+  if (m_parser == nullptr) throw std::bad_alloc();
+  XML_SetUserData(m_parser, this);
+  // Names come as "uri<sep>local<sep>prefix", so prefixes reach the handler.
+  XML_SetReturnNSTriplet(m_parser, XML_TRUE);
+  XML_SetElementHandler(m_parser, &Callbacks::StartElement, &Callbacks::EndElement);
+  XML_SetCharacterDataHandler(m_parser, &Callbacks::CharacterData);
+  XML_SetCdataSectionHandler(m_parser, &Callbacks::StartCdata, &Callbacks::EndCdata);
+  XML_SetStartNamespaceDeclHandler(m_parser, &Callbacks::StartNamespace);
+  XML_SetCommentHandler(m_parser, &Callbacks::Comment);
+  XML_SetProcessingInstructionHandler(m_parser, &Callbacks::ProcessingInstruction);
+  // The document type has no handler and is dropped; expat's protection against entity
+  // expansion stays at its defaults, as for CExpatReader.
+}
+
+CExpatEventSource::~CExpatEventSource() { XML_ParserFree(m_parser); }
+
+void CExpatEventSource::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
+  Feed(m_parser, m_error, data, length, isFinal);
+}
+
+void CExpatEventSource::Read(IByteSource& source) {
+  // The source fills expat's own buffer: no block is copied twice.
+  for (;;) {
+    void* buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadBlock));
+    if (buffer == nullptr) throw std::bad_alloc();
+    const std::size_t got = source.Read(static_cast<unsigned char*>(buffer), kReadBlock);
+    CheckStatus(m_parser, XML_ParseBuffer(m_parser, static_cast<int>(got), got == 0), m_error);
+    if (got == 0) return;
+  }
+}
+
+void CExpatEventSource::Convert(const char* text, std::size_t length, std::string& out) {
+  ToInternal(m_encoder, text, length, out);
+}
+
+void CExpatEventSource::Convert(const char* text, std::string& out) {
+  Convert(text, std::strlen(text), out);
+}
+
+const CXmlEventName& CExpatEventSource::Name(const char* expatName) {
+  auto found = m_names.find(std::string_view(expatName));
+  if (found != m_names.end()) return found->second->name;
+  std::unique_ptr<NameEntry> entry(new NameEntry());
+  entry->key = expatName;
+  const std::string_view whole(entry->key);
+  CXmlEventName* name = &entry->name;
+  const std::size_t first = whole.find(kNameSeparator);
+  if (first == std::string_view::npos) {
+    Convert(whole.data(), whole.size(), name->localName);
+  } else {
+    Convert(whole.data(), first, name->namespaceURI);
+    const std::string_view rest = whole.substr(first + 1);
+    const std::size_t second = rest.find(kNameSeparator);
+    Convert(rest.data(), std::min(second, rest.size()), name->localName);
+    if (second != std::string_view::npos) {
+      Convert(rest.data() + second + 1, rest.size() - second - 1, name->prefix);
+    }
+  }
+  m_names.emplace(whole, std::move(entry));
+  return *name;
+}
+
+}  // namespace detail
 
 }  // namespace OvXmlLib6

@@ -1,14 +1,22 @@
-// CExpatReader: the adapter that turns expat's callbacks into the tree of a CXmlDocument. The
-// only file that includes expat is its implementation.
+// CExpatReader: the adapter that turns expat's callbacks into the tree of a CXmlDocument, and
+// CExpatEventSource, which hands them as events to any IXmlEventHandler. The only file that
+// includes expat is their implementation.
 #ifndef OVXMLLIB6_SRC_XML_EXPATREADER_H
 #define OVXMLLIB6_SRC_XML_EXPATREADER_H
 
 #include "OvXmlLib6/core/InstanceMonitor.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
+#include "xml/ByteSource.h"
+#include "xml/CharEncoding.h"
+#include "xml/XmlEvents.h"
 
 #include <cstddef>
 #include <exception>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
 struct XML_ParserStruct;
 
@@ -54,6 +62,56 @@ class CExpatReader : private CInstanceMonitor {
   std::string m_scratch;  // conversions of text pieces reuse it instead of allocating
   std::exception_ptr m_error;
 };
+
+namespace detail {
+
+// A namespace-aware parser that delivers a document as events, in document order: namespace
+// declarations, elements with their prefixes, text (converted to the internal encoding), CDATA
+// bounds, comments and processing instructions. It holds no more of the document than expat's
+// own buffer, so a document of any size passes through in bounded memory. Errors and entity
+// protection are those of CExpatReader.
+class CExpatEventSource {
+ public:
+  explicit CExpatEventSource(IXmlEventHandler& handler);
+  CExpatEventSource(const CExpatEventSource&) = delete;
+  CExpatEventSource& operator=(const CExpatEventSource&) = delete;
+  ~CExpatEventSource();
+
+  // Feeds one piece of the document; the last piece has `isFinal`. Throws COvException
+  // "<expat's message> at line <n>" when the text is not well-formed, or rethrows what the
+  // handler threw.
+  void Parse(const unsigned char* data, std::size_t length, bool isFinal);
+  // Parses the whole source, block by block, to its end.
+  void Read(IByteSource& source);
+
+ private:
+  struct Callbacks;
+  friend struct Callbacks;
+
+  // The event record of an expat name ("uri\x01local\x01prefix", "uri\x01local" or "local"),
+  // made on its first use.
+  const CXmlEventName& Name(const char* expatName);
+  // Parser text (UTF-8) in the internal encoding, into `out` (replaced).
+  void Convert(const char* text, std::size_t length, std::string& out);
+  void Convert(const char* text, std::string& out);
+
+  IXmlEventHandler& m_handler;
+  XML_ParserStruct* m_parser;
+  CTextEncoder m_encoder;
+  // A name record with the expat name it was made from, which its key in m_names views.
+  struct NameEntry {
+    std::string key;
+    CXmlEventName name;
+  };
+  std::unordered_map<std::string_view, std::unique_ptr<NameEntry>> m_names;
+  std::vector<CXmlEventAttribute> m_attributes;
+  std::vector<std::string> m_values;  // the converted attribute values, reused
+  std::string m_scratch;
+  std::string m_scratch2;
+  std::exception_ptr m_error;
+};
+
+}  // namespace detail
 
 }  // namespace OvXmlLib6
 

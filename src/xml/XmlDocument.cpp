@@ -8,9 +8,11 @@
 #include "xml/Compression.h"
 #include "xml/DocumentObserver.h"
 #include "xml/ExpatReader.h"
+#include "xml/TreeBuilder.h"
 #include "xml/TreeStore.h"
 #include "xml/Unicode.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -226,18 +228,52 @@ void CXmlDocument::LoadFileAsync(const char* fileName) {
     throw COvException(FormatString(kReadFailed, fileName, kEndOfFileError));
   }
   store.bytesRead += store.readLength;
+  if (CFastInfosetReader::FindHeader(store.readBuffer.get(), store.readLength) >= 0) {
+    ParseFastInfosetFile();
+    return;
+  }
   AsyncParse(store.readLength < kChunkSize);
 }
 
-bool CXmlDocument::ReadChunkFromFile(unsigned char* buffer) {
+void CXmlDocument::ParseFastInfosetFile() {
+  // The chunk already read, then the rest of the file straight into the reader's window.
+  class CFileSource : public detail::IByteSource {
+   public:
+    explicit CFileSource(CXmlDocument& document) : m_document(document) {}
+    std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
+      const detail::CTreeStore& store = *m_document.m_store;
+      if (m_served < store.readLength) {
+        const std::size_t n = std::min<std::size_t>(capacity, store.readLength - m_served);
+        std::memcpy(buffer, store.readBuffer.get() + m_served, n);
+        m_served += n;
+        return n;
+      }
+      return m_document.ReadFromFile(buffer, capacity);
+    }
+
+   private:
+    CXmlDocument& m_document;
+    std::size_t m_served = 0;
+  } source(*this);
+  detail::CTreeBuilder builder(*this);
+  CFastInfosetReader reader(builder, *m_context);
+  reader.Read(source);
+}
+
+std::size_t CXmlDocument::ReadFromFile(unsigned char* buffer, std::size_t capacity) {
   detail::CTreeStore& store = *m_store;
   std::size_t got = 0;
-  const int error = store.file->Read(buffer, kChunkSize, got);
+  const int error = store.file->Read(buffer, capacity, got);
   if (error != 0) {
     store.file.reset();
     throw COvException(FormatString(kChunkReadFailed, error));
   }
-  store.readLength = static_cast<std::uint32_t>(got);
+  return got;
+}
+
+bool CXmlDocument::ReadChunkFromFile(unsigned char* buffer) {
+  const std::size_t got = ReadFromFile(buffer, kChunkSize);
+  m_store->readLength = static_cast<std::uint32_t>(got);
   return got == 0;
 }
 
@@ -273,8 +309,9 @@ void CXmlDocument::Parse() {
     }
     // Anything else (not compressed after all, or cut short) is parsed as it is.
   }
-  // A Fast Infoset document is read by its own reader; like the text reader it calls
-  // ElementStarted once an element has its attributes, so that an observer sees every element.
+  // A Fast Infoset document is read by its own reader, whose events build the tree; like the text
+  // reader the builder calls ElementStarted once an element has its attributes, so that an
+  // observer sees every element.
   if (ParseFastInfoset()) return;
   ParseText();
 }
@@ -297,8 +334,9 @@ bool CXmlDocument::ParseFastInfoset() {
   const long start = CFastInfosetReader::FindHeader(m_input, m_inputLength);
   if (start < 0) return false;
   ReleaseInput release{m_ownedInput, m_input, m_inputLength};
-  CFastInfosetReader reader(this, m_input, m_inputLength);
-  reader.Read(static_cast<std::size_t>(start));
+  detail::CTreeBuilder builder(*this);
+  CFastInfosetReader reader(builder, *m_context);
+  reader.Read(m_input, m_inputLength, static_cast<std::size_t>(start));
   return true;
 }
 

@@ -15,8 +15,6 @@ namespace OvXmlLib6 {
 
 namespace {
 
-constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace";
-constexpr std::string_view kXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
 constexpr char kCDataStart[] = "<![CDATA[";
 
 // Most namespaces passed for attributes are empty: those cost no call to strlen.
@@ -248,22 +246,34 @@ void CXmlTextWriter::CheckAttributeAllowed(const char* what) {
   if (!context->IsStartTagOpen()) throw COvException("Attributes must be added before elements");
 }
 
-std::string_view CXmlTextWriter::PrefixFor(std::string_view ns, bool& declared) {
-  // The xml and xmlns namespaces are bound by XML itself and must not be declared again.
-  declared = false;
-  if (ns == kXmlNamespace) return "xml";
-  if (ns == kXmlnsNamespace) return "xmlns";
-  std::string_view prefix;
-  if (FindPrefix(ns, prefix)) return prefix;
-  declared = true;
-  return Bind(ns, GeneratePrefix());
-}
-
 void CXmlTextWriter::WriteStartElement(const char* localName, const char* ns) {
   WriteStartElement(View(localName), View(ns));
 }
 
 void CXmlTextWriter::WriteStartElement(std::string_view name, std::string_view uri) {
+  StartElement(name, uri, nullptr, 0);
+}
+
+void CXmlTextWriter::WriteStartElement(std::string_view name, std::string_view uri,
+                                       const NamespaceDeclaration* declarations,
+                                       std::size_t count) {
+  StartElement(name, uri, declarations, count);
+}
+
+void CXmlTextWriter::PutDeclaration(std::string_view prefix, std::string_view ns) {
+  if (prefix.empty()) {
+    Put(" xmlns=\"", 8);
+  } else {
+    Put(" xmlns:", 7);
+    Put(prefix);
+    Put("=\"", 2);
+  }
+  PutEscaped(ns);
+  Put('"');
+}
+
+void CXmlTextWriter::StartElement(std::string_view name, std::string_view uri,
+                                  const NamespaceDeclaration* declarations, std::size_t count) {
   if (name.empty()) throw COvInvalidParamException("An element's local name must not be empty");
   CXmlWriterContext* parent = GetCurrentContext();
   if (parent != nullptr) {
@@ -275,35 +285,32 @@ void CXmlTextWriter::WriteStartElement(std::string_view name, std::string_view u
     }
   }
   CXmlWriterContext* context = PushContext();
+  // The element's own declarations are in scope for its name and attributes.
+  for (std::size_t i = 0; i < count; ++i) {
+    if (declarations[i].prefix.empty()) {
+      CXmlWriter::SetDefaultNamespace(std::string(declarations[i].ns).c_str());
+    } else {
+      Bind(declarations[i].ns, declarations[i].prefix);
+    }
+  }
   if (m_formatted) PutIndent(context->GetDepth());
   Put('<');
   if (!uri.empty() && uri != context->GetDefaultNamespace()) {
     bool declared = false;
     const std::string_view prefix = PrefixFor(uri, declared);
     Put(SetElementName(prefix, name));
-    if (declared) {
-      Put(" xmlns:", 7);
-      Put(prefix);
-      Put("=\"", 2);
-      PutEscaped(uri);
-      Put('"');
-    }
+    if (declared) PutDeclaration(prefix, uri);
   } else {
     Put(SetElementName(name));
   }
   if (parent == nullptr) {
-    if (!GetPendingDefaultNamespace().empty()) {
-      Put(" xmlns=\"", 8);
-      PutEscaped(GetPendingDefaultNamespace());
-      Put('"');
-    }
+    if (!GetPendingDefaultNamespace().empty()) PutDeclaration("", GetPendingDefaultNamespace());
     for (const auto& declaration : GetPendingDeclarations()) {
-      Put(" xmlns:", 7);
-      Put(declaration.second);
-      Put("=\"", 2);
-      PutEscaped(declaration.first);
-      Put('"');
+      PutDeclaration(declaration.second, declaration.first);
     }
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    PutDeclaration(declarations[i].prefix, declarations[i].ns);
   }
   FlushIfNeeded();
 }
@@ -410,13 +417,17 @@ void CXmlTextWriter::WriteXsiType(const char* typeName, const char* typeNamespac
   PutAttribute("type", kSchemaInstanceNamespace, m_scratch);
 }
 
-void CXmlTextWriter::WriteComment(const char* text) {
-  // A comment inside a start tag would break it: close the tag as a child element would.
+void CXmlTextWriter::CloseStartTagForChild() {
+  // A comment or processing instruction inside a start tag would break it.
   const CXmlWriterContext* context = GetCurrentContext();
   if (context != nullptr && context->IsStartTagOpen()) {
     CloseStartTag();
     if (m_formatted) PutLineEnd();
   }
+}
+
+void CXmlTextWriter::WriteComment(const char* text) {
+  CloseStartTagForChild();
   Put("<!--", 4);
   PutEscaped(View(text));
   Put("-->", 3);
@@ -429,11 +440,7 @@ void CXmlTextWriter::WriteProcessingInstruction(std::string_view target, std::st
     throw COvInvalidParamException("Invalid processing instruction target.");
   if (data.find("?>") != std::string_view::npos)
     throw COvInvalidParamException("Processing instruction data must not contain \"?>\".");
-  const CXmlWriterContext* context = GetCurrentContext();
-  if (context != nullptr && context->IsStartTagOpen()) {
-    CloseStartTag();
-    if (m_formatted) PutLineEnd();
-  }
+  CloseStartTagForChild();
   Put("<?", 2);
   Put(target);
   if (!data.empty()) {
@@ -441,7 +448,18 @@ void CXmlTextWriter::WriteProcessingInstruction(std::string_view target, std::st
     Put(data);
   }
   Put("?>", 2);
-  if (context == nullptr || m_formatted) PutLineEnd();
+  if (GetCurrentContext() == nullptr || m_formatted) PutLineEnd();
+  FlushIfNeeded();
+}
+
+void CXmlTextWriter::WriteVerbatimComment(std::string_view text) {
+  if (text.find("--") != std::string_view::npos || (!text.empty() && text.back() == '-'))
+    throw COvInvalidParamException("A comment must not contain \"--\" or end with \"-\".");
+  CloseStartTagForChild();
+  Put("<!--", 4);
+  Put(text);
+  Put("-->", 3);
+  if (GetCurrentContext() == nullptr || m_formatted) PutLineEnd();
   FlushIfNeeded();
 }
 
@@ -460,9 +478,11 @@ void CXmlTextWriter::WriteRawLine(const char* text) {
   FlushIfNeeded();
 }
 
-void CXmlTextWriter::WriteRawContent(const char* text) {
+void CXmlTextWriter::WriteRawContent(const char* text) { WriteRawContent(View(text)); }
+
+void CXmlTextWriter::WriteRawContent(std::string_view text) {
   CloseStartTag();
-  Put(View(text).data(), View(text).size());
+  Put(text);
   FlushIfNeeded();
 }
 

@@ -125,6 +125,12 @@ void CXmlWriter::WriteStartElement(std::string_view localName, std::string_view 
   WriteStartElement(std::string(localName).c_str(), std::string(ns).c_str());
 }
 
+void CXmlWriter::WriteStartElement(std::string_view localName, std::string_view ns,
+                                   const NamespaceDeclaration* /*declarations*/,
+                                   std::size_t /*count*/) {
+  WriteStartElement(localName, ns);
+}
+
 void CXmlWriter::WriteText(std::string_view text, int itemType) {
   WriteText(std::string(text).c_str(), itemType);
 }
@@ -263,6 +269,17 @@ std::string_view CXmlWriter::Bind(std::string_view ns, std::string_view prefix) 
   binding.prefixLength = prefix.size();
   ++scopes.bindingCount;
   return scopes.BindingPrefix(binding);
+}
+
+std::string_view CXmlWriter::PrefixFor(std::string_view ns, bool& declared) {
+  // The xml and xmlns namespaces are bound by XML itself and must not be declared again.
+  declared = false;
+  if (ns == "http://www.w3.org/XML/1998/namespace") return "xml";
+  if (ns == "http://www.w3.org/2000/xmlns/") return "xmlns";
+  std::string_view prefix;
+  if (FindPrefix(ns, prefix)) return prefix;
+  declared = true;
+  return Bind(ns, GeneratePrefix());
 }
 
 std::string CXmlWriter::GeneratePrefix() const {

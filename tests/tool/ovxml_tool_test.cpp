@@ -1,13 +1,17 @@
-// Runs the built ovxml tool on real documents and compares its output, node by node, with the
-// input: names, namespaces, attributes and text of every element.
+// Runs the built ovxml tool on real documents and compares its output with the input: node by
+// node (names, namespaces, attributes and text of every element), or byte by byte where the
+// document's order of text, elements, comments and processing instructions is at stake.
 #include "../unit/TestSupport.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace OvXmlLib6;
@@ -146,12 +150,40 @@ TEST(OvxmlTool, RecognisesTheInputFromItsContent) {
   std::remove(out.c_str());
 }
 
+TEST(OvxmlTool, KeepsTheDocumentThroughEveryForm) {
+  // Mixed content, comments and processing instructions in and around the document element, and
+  // namespace declarations with their prefixes, through compressed and UTF-16 forms and back.
+  const std::string xml =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?style href=\"a.css\"?>\n<!-- top -->\n"
+      "<p:doc xmlns:p=\"urn:p\" xmlns=\"urn:d\"><para>Hello <b>big</b> world<!--c--><?pi x?>"
+      "</para><q:x xmlns:q=\"urn:q\" q:a=\"1\"><plain xmlns=\"\"/></q:x></p:doc>\n<!-- end -->\n";
+  const std::string in = Temp("mixed.xml");
+  const std::string mid = Temp("mixed.mid");
+  const std::string out = Temp("mixed.out");
+  WriteFile(in, xml);
+  for (const char* form : {"", "--gzip", "--zlib --utf16", "--utf16 --gzip"}) {
+    SCOPED_TRACE(form);
+    ASSERT_EQ(Tool(std::string("convert ") + form + " '" + in + "' '" + mid + "'").status, 0);
+    const ToolRun run = Tool("convert - - < '" + mid + "' > '" + out + "'");
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(ReadFile(out), xml);
+  }
+  std::remove(in.c_str());
+  std::remove(mid.c_str());
+  std::remove(out.c_str());
+}
+
 TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
   const std::string out = Temp("fail.xml");
   const std::string bad = Temp("bad.xml");
   const std::string fi = Temp("fi.bin");
+  const std::string text = Temp("text.txt");
+  const std::string cut = Temp("cut.gz");
   WriteFile(bad, "<a><b></a>");
   WriteFile(fi, std::string("\xE0\x00\x00\x01\x00", 5));
+  WriteFile(text, "just some text\n");
+  ASSERT_EQ(Tool("convert --gzip '" + kSample + "' '" + cut + "'").status, 0);
+  WriteFile(cut, ReadFile(cut).substr(0, 300));
   // Usage errors exit with 2, failed conversions with 1; the message says which.
   const struct {
     std::string arguments;
@@ -165,8 +197,11 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
       {"convert onlyone", 2, ""},
       {"convert --to fi '" + kSample + "' '" + out + "'", 2, ""},
       {"convert '" + Temp("missing.xml") + "' '" + out + "'", 1, "ovxml: error: cannot open"},
-      {"convert '" + bad + "' '" + out + "'", 1, "ovxml: error: "},
-      {"convert '" + fi + "' '" + out + "'", 1, "Fast Infoset"},
+      {"convert '" + bad + "' '" + out + "'", 1, "mismatched tag at line 1"},
+      {"convert '" + text + "' '" + out + "'", 1, "syntax error at line 1"},
+      {"convert '" + cut + "' '" + out + "'", 1,
+       "Failed to inflate the compressed input: it ends before the compressed stream does"},
+      {"convert '" + fi + "' '" + out + "'", 1, "Failed to parse FastInfoset."},
       {"convert '" + kSample + "' '" + Temp("no/such/dir/out.xml") + "'", 1, "cannot create"},
   };
   for (const auto& c : cases) {
@@ -175,8 +210,7 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
     EXPECT_NE(run.err.find(c.error), std::string::npos) << run.err;
   }
   EXPECT_FALSE(std::ifstream(out).good()) << "a failed conversion left an output file";
-  std::remove(bad.c_str());
-  std::remove(fi.c_str());
+  for (const std::string& name : {bad, fi, text, cut}) std::remove(name.c_str());
 }
 
 TEST(OvxmlTool, DeepDocumentIsHandled) {
@@ -190,6 +224,47 @@ TEST(OvxmlTool, DeepDocumentIsHandled) {
   EXPECT_EQ(ReadFile(out).size(), xml.size() - 3);  // the innermost element is written <e/>
   std::remove(in.c_str());
   std::remove(out.c_str());
+}
+
+// The peak resident memory of the tool converting `in`, in KiB.
+long PeakMemory(const std::string& in, const std::string& out) {
+  const pid_t child = fork();
+  if (child == 0) {
+    const int null = open("/dev/null", O_WRONLY);
+    dup2(null, STDERR_FILENO);
+    execl(kTool.c_str(), kTool.c_str(), "convert", "--gzip", in.c_str(), out.c_str(),
+          static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  int status = 0;
+  struct rusage usage {};
+  EXPECT_EQ(wait4(child, &status, 0, &usage), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << in;
+  return usage.ru_maxrss;
+}
+
+TEST(OvxmlTool, ConvertsInConstantMemory) {
+  // A document of about 50 MB takes hardly more memory than one of a few bytes.
+  const std::string small = Temp("small.xml");
+  const std::string big = Temp("big.xml");
+  const std::string out = Temp("big.out");
+  WriteFile(small, "<a/>");
+  {
+    std::ofstream file(big, std::ios::binary);
+    file << "<list xmlns:p=\"urn:p\">\n";
+    std::string block;
+    for (int i = 0; i < 1000; ++i)
+      block +=
+          "  <p:item id=\"" + std::to_string(i) + "\">text &amp; <b>more</b><!--c--></p:item>\n";
+    for (std::size_t written = 0; written < 50u * 1024 * 1024; written += block.size())
+      file << block;
+    file << "</list>\n";
+  }
+  const long base = PeakMemory(small, out);
+  const long peak = PeakMemory(big, out);
+  EXPECT_LT(peak - base, 4 * 1024)
+      << "KiB: " << base << " for a tiny document, " << peak << " for 50 MB";
+  for (const std::string& name : {small, big, out}) std::remove(name.c_str());
 }
 
 }  // namespace

@@ -26,6 +26,10 @@ class OVXML_API COvException {
   explicit COvException(std::string message);
   // The inner exception is deep-copied, so `inner` may be a temporary or a caught reference.
   COvException(std::string message, const COvException& inner);
+  // Takes the chain of `inner` over instead of copying it (only `inner` itself is copied, without
+  // its chain), so that wrapping a failure once per level of a deep document costs the same at
+  // every level. `inner` is left without an inner exception.
+  COvException(std::string message, COvException&& inner);
   COvException(const COvException& other);
   // Copies the message and a clone of other's inner chain; the previous inner chain is released.
   COvException& operator=(const COvException& other);
@@ -43,6 +47,12 @@ class OVXML_API COvException {
   virtual COvException* Clone() const;
 
  private:
+  // Copies a chain link by link in a loop (each Clone made without its inner chain), so that a
+  // chain of any length is copied without deep recursion.
+  static COvException* CloneChain(const COvException* first);
+  // A copy of this exception alone, without its inner chain.
+  COvException* CloneLink() const;
+
   std::string m_message;
   COvException* m_inner;
 };
@@ -55,6 +65,7 @@ class OVXML_API COvException {
     Name();                                               \
     explicit Name(std::string message);                   \
     Name(std::string message, const COvException& inner); \
+    Name(std::string message, COvException&& inner);      \
     Name(const COvException& other);                      \
     Name(const Name& other);                              \
     Name& operator=(const COvException& other);           \

@@ -44,6 +44,7 @@ class CXmlCollectionBase;
 class CXmlElement;
 class CXmlWriter;
 class CTextStream;
+class CBinaryStream;
 class CXmlDocument;
 class CElement;
 namespace detail {
@@ -263,6 +264,9 @@ class OVXML_API CXmlObjectBase : public IEventSink {
   // Writes the document to a text stream with a new text writer (declaration, root, close).
   void WriteDocument(CTextStream& stream, bool includeDocumentHeader, bool formatted,
                      EOLType eolType, const CXmlSerializationContext& context) const;
+  // Writes the document to a byte stream with a new Fast Infoset writer.
+  void WriteFastInfoset(CBinaryStream& stream, FInfoDecl declaration,
+                        const CXmlSerializationContext& context) const;
   // Reads this object from a loaded document with `bindContext`.
   void ReadDocument(const CXmlDocument& document, const CXmlSerializationContext& bindContext);
   // Loads a new document with the parse context through `load` (a callable taking the

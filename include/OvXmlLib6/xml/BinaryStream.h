@@ -24,6 +24,10 @@ class OVXML_API CBinaryStream : private CInstanceMonitor {
   virtual void Begin();
   // Ends the output: nothing to do for the memory stream.
   virtual void Finish();
+  // Called by the Fast Infoset writer after each block of bytes it appends. The memory stream
+  // keeps everything, so it does nothing; a derived stream may pass the collected bytes on (and
+  // take them out of GetData) as they come.
+  virtual void FlushBuffer();
 
   void Append(const unsigned char* bytes, std::uint32_t length) { m_data.Append(bytes, length); }
   void Append(unsigned char byte) { m_data.Append(byte); }

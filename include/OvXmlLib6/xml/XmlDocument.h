@@ -21,6 +21,7 @@
 #include "OvXmlLib6/xml/XmlAttribute.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -31,11 +32,13 @@ namespace OvXmlLib6 {
 
 namespace detail {
 class CDocumentObserver;
-}
+class CTreeBuilder;
+}  // namespace detail
 
 // When on, Load reads files in 128 KiB chunks, one chunk ahead of an incremental parse, so that
-// only the tree and a few buffers are held; such files are parsed as XML text only (no
-// decompression). Off by default. A plain global: set it before threads start.
+// only the tree and a few buffers are held; such files are parsed as XML text, or as Fast Infoset
+// when they start as one, without decompression. Off by default. A plain global: set it before
+// threads start.
 OVXML_API void AsyncFromXmlFile(bool on);
 OVXML_API bool IsAsyncFromXmlFile();
 
@@ -58,7 +61,7 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   CXmlDocument& operator=(const CXmlDocument&) = delete;
 
   // Reads a whole file and parses it; gzip or zlib data is inflated first. With
-  // AsyncFromXmlFile(true) the file is parsed as it is read, as XML text only.
+  // AsyncFromXmlFile(true) the file is parsed as it is read, as XML text or Fast Infoset only.
   void Load(const char* fileName);
   // Parses NUL-terminated XML text; it must declare its encoding unless it is UTF-8.
   void LoadXml(const char* xml);
@@ -101,9 +104,9 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
 
  private:
   friend class CExpatReader;
-  friend class CFastInfosetReader;
   friend class CXmlElement;
   friend class detail::CDocumentObserver;
+  friend class detail::CTreeBuilder;
 
   CXmlElement* AddElement(const detail::CXmlName* name);
   // Gives the document a new, empty store and returns the old one, which destroys its tree when
@@ -121,6 +124,11 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   void FlushOpenText();
   void LoadFileWhole(const char* fileName);
   void LoadFileAsync(const char* fileName);
+  // Reads the open file of the asynchronous mode, whose first chunk is read and holds a Fast
+  // Infoset header, through the reader's own window.
+  void ParseFastInfosetFile();
+  // Reads up to `capacity` bytes of the open file; 0 at its end.
+  std::size_t ReadFromFile(unsigned char* buffer, std::size_t capacity);
 
   std::unique_ptr<detail::CTreeStore> m_store;  // node and name storage, file state
   CXmlElement* m_documentElement;

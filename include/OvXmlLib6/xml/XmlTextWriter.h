@@ -40,6 +40,10 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   // with COvInvalidParamException, since the output would not be XML.
   void WriteProcessingInstruction(std::string_view target, std::string_view data) override;
   void WriteStartElement(std::string_view localName, std::string_view ns) override;
+  // The declarations are written on the start tag, before the attributes, and bound in the
+  // element's scope before its name is chosen.
+  void WriteStartElement(std::string_view localName, std::string_view ns,
+                         const NamespaceDeclaration* declarations, std::size_t count) override;
   void WriteText(std::string_view text, int itemType = 0) override;
   void WriteAttribute(std::string_view localName, std::string_view ns, std::string_view value,
                       int itemType = 0) override;
@@ -56,6 +60,11 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   void WriteHeader();
   // Closes an open start tag and writes the text unescaped (raw XML held by wildcard elements).
   void WriteRawContent(const char* text);
+  void WriteRawContent(std::string_view text);
+  // "<!--text-->" with the text as it is, where WriteComment escapes it; placed and followed by a
+  // line end as a processing instruction is. Text that contains "--" or ends with "-" fails with
+  // COvInvalidParamException, since the output would not be XML.
+  void WriteVerbatimComment(std::string_view text);
 
  private:
   // Appends to the stream (inline, in the implementation).
@@ -68,11 +77,12 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   void PutEscaped(std::string_view text);
   // Closes the current start tag with ">" when it is still open.
   void CloseStartTag();
+  // Closes an open start tag before a comment or processing instruction, as a child element would.
+  void CloseStartTagForChild();
+  void StartElement(std::string_view localName, std::string_view ns,
+                    const NamespaceDeclaration* declarations, std::size_t count);
+  void PutDeclaration(std::string_view prefix, std::string_view ns);
   void CheckAttributeAllowed(const char* what);
-  // The prefix bound to `ns` in the current scope; a new one is generated and bound when there is
-  // none, and `declared` is set.
-  // The view is valid until the next binding.
-  std::string_view PrefixFor(std::string_view ns, bool& declared);
   void PutAttribute(std::string_view localName, std::string_view ns, std::string_view value);
   void FlushIfNeeded() {
     if (m_stream->GetLength() >= CTextStream::kFlushThreshold) m_stream->FlushBuffer();

@@ -9,6 +9,7 @@
 #include "OvXmlLib6/core/Export.h"
 #include "OvXmlLib6/core/InstanceMonitor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -27,6 +28,13 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
  public:
   // Namespace URI to prefix.
   using PrefixMap = std::map<std::string, std::string, std::less<>>;
+
+  // A namespace declaration an element carries: an empty prefix declares the default namespace
+  // (an empty URI with it undeclares that).
+  struct NamespaceDeclaration {
+    std::string_view prefix;
+    std::string_view ns;
+  };
 
   // The state of one open element. Contexts are made and reused by their writer only.
   class OVXML_API CXmlWriterContext : private CInstanceMonitor {
@@ -107,6 +115,12 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // again. As above, a text or value ends at a NUL byte inside it; names are taken as they are.
   // The base copies the strings and calls the forms above.
   virtual void WriteStartElement(std::string_view localName, std::string_view ns);
+  // Starts an element that declares the given namespaces, as a converter keeps them from the
+  // document it reads: a writer that can binds them in the element's scope, writes them on it and
+  // names the element and its attributes with them. The base ignores them and calls the form
+  // above, so the writer chooses the prefixes.
+  virtual void WriteStartElement(std::string_view localName, std::string_view ns,
+                                 const NamespaceDeclaration* declarations, std::size_t count);
   virtual void WriteText(std::string_view text, int itemType = 0);
   virtual void WriteAttribute(std::string_view localName, std::string_view ns,
                               std::string_view value, int itemType = 0);
@@ -138,6 +152,10 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   std::string_view Bind(std::string_view ns, std::string_view prefix);
   // The first of AA, AB, ..., AZ, BA, ... that no namespace in the current scope is bound to.
   std::string GeneratePrefix() const;
+  // The prefix for `ns` in the current scope: "xml" and "xmlns" for the namespaces XML binds
+  // itself, else the bound prefix; when there is none a new one is generated and bound, and
+  // `declared` is set (the caller declares it). The view is valid until the next binding.
+  std::string_view PrefixFor(std::string_view ns, bool& declared);
   // Keeps the current element's name for its end tag: "prefix:local" when there is a prefix (even
   // an empty one), else "local". Returns the name kept.
   std::string_view SetElementName(std::string_view localName);

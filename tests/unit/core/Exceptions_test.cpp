@@ -2,7 +2,9 @@
 
 #include <cfloat>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
+#include <utility>
 
 using namespace OvXmlLib6;
 
@@ -78,6 +80,26 @@ TEST(COvException, CopiesAndAssignmentsOwnTheirChains) {
   param = source;
   EXPECT_EQ(param.GetFullMessage(), "new\nnew inner");
   EXPECT_EQ(COvInvalidStateException(source).GetFullMessage(), "new\nnew inner");
+}
+
+TEST(COvException, DeepChainsAreBuiltCopiedAndDestroyedWithoutRecursion) {
+  // Wrapping an rvalue takes its chain over, so this builds in linear time; copies, assignment
+  // and destruction go link by link (a recursive copy would overflow the stack, under ASan too).
+  constexpr int kDepth = 100000;
+  std::unique_ptr<COvException> chain(new COvValidationException("level 0"));
+  for (int i = 1; i < kDepth; ++i)
+    chain.reset(new COvValidationException("level " + std::to_string(i), std::move(*chain)));
+  COvException copy(*chain);
+  COvException assigned;
+  assigned = copy;
+  int links = 0;
+  const COvException* last = &assigned;
+  for (const COvException* e = &assigned; e != nullptr; e = e->GetInnerException(), ++links)
+    last = e;
+  EXPECT_EQ(links, kDepth);
+  EXPECT_EQ(last->GetMessage(), "level 0");
+  EXPECT_NE(dynamic_cast<const COvValidationException*>(last), nullptr);
+  EXPECT_EQ(chain->GetInnerException()->GetMessage(), "level 99998");  // the original is intact
 }
 
 TEST(FormatString, NeverTruncates) {

@@ -224,6 +224,19 @@ TEST(GeneratedClassRoundTrip, EveryContentModelReadsBackWhatItWrote) {
     CSmartPtr<CXmlObjectBase> back = c.fresh();
     EXPECT_EQ(ChainOf([&] { back->FromXml(written.c_str()); }), "no exception");
     EXPECT_EQ(ChainOf([&] { EXPECT_EQ(Write(back), written); }), "no exception");
+    // Through Fast Infoset, plain and with typed encodings: the same object comes back.
+    Context typed;
+    typed.GetFIContext().SetSuggestedValues();
+    for (const Context* context :
+         std::vector<const Context*>{&Context::GetDefaultContext(), &typed}) {
+      CSmartPtr<CXmlObjectBase> viaFi = c.fresh();
+      EXPECT_EQ(ChainOf([&] {
+                  viaFi->FromXmlStream(c.make()->ToFastInfosetStream(FInfoDecl_None, *context),
+                                       *context);
+                }),
+                "no exception");
+      EXPECT_EQ(ChainOf([&] { EXPECT_EQ(Write(viaFi), written); }), "no exception");
+    }
   }
 }
 

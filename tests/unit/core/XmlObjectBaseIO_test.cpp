@@ -175,10 +175,7 @@ TEST(CXmlObjectBaseIO, MisuseGetsClearErrors) {
   EXPECT_THROW(node->FromXmlFile(nullptr), COvInvalidParamException);
   EXPECT_EQ(test::MessageOf([&] { node->ToXml(false, true, static_cast<EOLType>(7)); }),
             "Invalid EOL type.");
-  const std::string fi = test::MessageOf([&] { node->ToFastInfosetStream(); });
-  EXPECT_NE(fi.find("Fast Infoset output is not available"), std::string::npos) << fi;
-  EXPECT_NE(test::MessageOf([&] { node->ToFastInfosetFile("x.finf"); }).find("Fast Infoset"),
-            std::string::npos);
+  EXPECT_THROW(node->ToFastInfosetFile(nullptr), COvInvalidParamException);
   EXPECT_EQ(test::MessageOf([&] {
               node->ToFastInfosetFile("x.finf", FInfoDecl_None,
                                       CXmlSerializationContext::GetDefaultContext(),

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <regex>
 #include <string>
+#include <vector>
 
 namespace OvXmlLib6 {
 namespace {
@@ -95,6 +96,17 @@ TEST(PurchaseOrder, SampleKeepsEveryValueThroughWritingAndReadingAgain) {
   CSmartPtr<po::CPurchaseOrder> again = ReadOrder(written);
   ExpectSampleValues(*again);
   EXPECT_EQ(again->ToXml(), written);
+
+  // Through Fast Infoset, plain and with typed encodings, the same order comes back.
+  CXmlSerializationContext typed;
+  typed.GetFIContext().SetSuggestedValues();
+  for (const CXmlSerializationContext* context : std::vector<const CXmlSerializationContext*>{
+           &CXmlSerializationContext::GetDefaultContext(), &typed}) {
+    const CBinaryData fi = order->ToFastInfosetStream(FInfoDecl_None, *context);
+    CSmartPtr<po::CPurchaseOrder> viaFi = new po::CPurchaseOrder();
+    viaFi->FromXmlStream(fi, *context);
+    EXPECT_EQ(viaFi->ToXml(), written);
+  }
 
   // Reading replaces the whole content: nothing of the first document stays behind.
   again->FromXml(written.c_str());

@@ -1,3 +1,5 @@
+#include "fastinfoset/FastInfosetReader.h"
+
 #include "OvXmlLib6/core/SerializationContext.h"
 #include "OvXmlLib6/metadata/Attribute.h"
 #include "OvXmlLib6/metadata/Element.h"
@@ -5,7 +7,14 @@
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "unit/TestSupport.h"
+#include "unit/xml/StreamTestSupport.h"
+#include "xml/ByteSource.h"
+#include "xml/XmlEvents.h"
 
+#include <algorithm>
+#include <cstring>
+#include <deque>
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
@@ -70,6 +79,91 @@ std::string Load(const std::string& bytes, const CXmlSerializationContext& conte
   return Dump(document.GetDocumentElement());
 }
 
+// Hands out a string `piece` bytes at a time, and notes the largest room the reader offered.
+class CPieceSource : public detail::IByteSource {
+ public:
+  CPieceSource(const std::string& bytes, std::size_t piece) : m_bytes(bytes), m_piece(piece) {}
+  std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
+    largestCapacity = std::max(largestCapacity, capacity);
+    const std::size_t n = std::min({m_piece, capacity, m_bytes.size() - m_at});
+    std::memcpy(buffer, m_bytes.data() + m_at, n);
+    m_at += n;
+    return n;
+  }
+  std::size_t largestCapacity = 0;
+
+ private:
+  const std::string& m_bytes;
+  std::size_t m_piece;
+  std::size_t m_at = 0;
+};
+
+// The events as text. Each name record is numbered when first seen, through its handler slot,
+// so the log shows which records the reader passed again.
+class CRecorder : public detail::IXmlEventHandler {
+ public:
+  std::string log;
+
+  void OnNamespaceDeclaration(std::string_view prefix, std::string_view uri) override {
+    log += "ns(" + std::string(prefix) + "=" + std::string(uri) + ")";
+  }
+  void OnStartElement(const detail::CXmlEventName& name,
+                      const detail::CXmlEventAttribute* attributes, std::size_t count) override {
+    log += "<" + Name(name);
+    for (std::size_t i = 0; i < count; ++i) {
+      log += " " + Name(*attributes[i].name) + "='" + std::string(attributes[i].value) + "'";
+    }
+    log += ">";
+  }
+  void OnEndElement() override { log += "</>"; }
+  void OnText(std::string_view text) override { log += "'" + std::string(text) + "'"; }
+  void OnStartCdata() override { log += "[["; }
+  void OnEndCdata() override { log += "]]"; }
+  void OnComment(std::string_view text) override { log += "<!--" + std::string(text) + "-->"; }
+  void OnProcessingInstruction(std::string_view target, std::string_view data) override {
+    log += "<?" + std::string(target) + " " + std::string(data) + "?>";
+  }
+
+ private:
+  std::string Name(const detail::CXmlEventName& name) {
+    if (name.handlerData == nullptr)
+      name.handlerData = &m_records.emplace_back(m_records.size() + 1);
+    const std::string text = (name.prefix.empty() ? "" : name.prefix + ":") + name.localName +
+                             (name.namespaceURI.empty() ? "" : "{" + name.namespaceURI + "}");
+    return text + "#" + std::to_string(*static_cast<const std::size_t*>(name.handlerData));
+  }
+  std::deque<std::size_t> m_records;
+};
+
+// The events of a document read in memory (piece 0) or from a source in pieces of that size.
+std::string Events(
+    const std::string& bytes, std::size_t piece = 0,
+    const CXmlSerializationContext& context = CXmlSerializationContext::GetDefaultContext()) {
+  CRecorder recorder;
+  CFastInfosetReader reader(recorder, context);
+  if (piece == 0) {
+    const std::unique_ptr<char[]> copy = test::ExactCopy(bytes);
+    const auto* data = reinterpret_cast<const unsigned char*>(copy.get());
+    const long start = CFastInfosetReader::FindHeader(data, bytes.size());
+    if (start < 0) return "not Fast Infoset";
+    reader.Read(data, bytes.size(), static_cast<std::size_t>(start));
+  } else {
+    CPieceSource source(bytes, piece);
+    reader.Read(source);
+  }
+  return recorder.log;
+}
+
+// The message of reading the document into a tree, after checking that reading it from a source
+// in pieces of one and of five bytes fails with the same.
+std::string FailureOf(const std::string& bytes) {
+  const std::string message = MessageOf([&] { Load(bytes); });
+  for (std::size_t piece : {1, 5}) {
+    EXPECT_EQ(MessageOf([&] { Events(bytes, piece); }), message) << "in pieces of " << piece;
+  }
+  return message;
+}
+
 // Example A, as the reference encoder writes it.
 const char kExampleA[] =
     "E0 00 00 01 00 E2 40 63 78 CF 00 70 04 75 72 6E 3A 70 CD 04 75 72 6E 3A 64 F0 3F 81 81"
@@ -113,6 +207,9 @@ TEST(FastInfosetReader, ReadsRealEncoderOutputAsTheSameTreeAsItsXml) {
        "<n>-12.5e3</n></r>"},
   };
   for (const Case& c : cases) {
+    // A source that hands out the document in small pieces gives the same events.
+    const std::string events = Events(c.octets);
+    for (std::size_t piece : {1, 3}) EXPECT_EQ(Events(c.octets, piece), events) << c.xml;
     const CXmlSerializationContext* contexts[] = {&CXmlSerializationContext::GetDefaultContext(),
                                                   &keepCDATA};
     for (const CXmlSerializationContext* context : contexts) {
@@ -154,65 +251,237 @@ TEST(FastInfosetReader, ReadsExternalVocabularyOfTheContext) {
             "Failed to parse FastInfoset. Unknown external vocabulary at byte offset 7");
 }
 
-TEST(FastInfosetReader, EveryTruncationOfExampleAFails) {
-  const std::string bytes = Hex(kExampleA);
-  ASSERT_EQ(bytes.size(), 107u);
-  for (std::size_t n = 4; n < bytes.size(); ++n) {
-    const std::string message = MessageOf([&] { Load(bytes.substr(0, n)); });
-    EXPECT_EQ(message.rfind("Failed to parse FastInfoset. ", 0), 0u) << n << ": " << message;
+// <p>Hello <b>big</b> world</p>
+const char kMixed[] =
+    "E0 00 00 01 00 3C 00 70 82 03 48 65 6C 6C 6F 20 3C 00 62 82 00 62 69 67 F0"
+    "82 03 20 77 6F 72 6C 64 FF";
+// <!--a--><?t d?><p><!--i--><?t?>x</p><?t u?><!--z-->, the second and third target by index.
+const char kAround[] =
+    "E0 00 00 01 00 E2 00 61 E1 00 74 00 64 3C 00 70 E2 00 69 E1 80 FF 80 78 F0"
+    "E1 80 00 75 E2 00 7A F0";
+
+TEST(FastInfosetReader, DeliversEveryItemAsEventsInDocumentOrder) {
+  struct Case {
+    const char* octets;
+    const char* events;
+  };
+  const Case cases[] = {
+      {kMixed, "<p#1>'Hello '<b#2>'big'</>' world'</>"},
+      {kAround, "<!--a--><?t d?><p#1><!--i--><?t ?>'x'</><?t u?><!--z-->"},
+      // Declarations come before their element; a name read again by index is the same record.
+      {kExampleA,
+       "<!--c-->ns(p=urn:p)ns(=urn:d)<p:order{urn:p}#1 id#2='7' xml:lang{http://www.w3.org/XML/"
+       "1998/namespace}#3='en'><?go now?><item{urn:d}#4 qty#5='2'>'ab'</><item{urn:d}#4 qty#5="
+       "'2'>'ab'</><note{urn:d}#6>[['x<y']]</><p:e{urn:p}#7></></>"},
+  };
+  for (const Case& c : cases) {
+    const std::string bytes = Hex(c.octets);
+    for (std::size_t piece : {0, 1, 7}) {
+      EXPECT_EQ(Events(bytes, piece), c.events) << c.octets << " in pieces of " << piece;
+    }
+  }
+}
+
+TEST(FastInfosetReader, SourceWindowGrowsOnlyWithWhatTheSourceDelivers) {
+  // A 200,000-octet chunk, longer than the window, read in pieces of 4 KiB.
+  const std::string text(200000, 'a');
+  std::string bytes = Hex("E0 00 00 01 00 3C 00 70 83 00 03 0C 3D") + text + Hex("FF");
+  {
+    CRecorder recorder;
+    CFastInfosetReader reader(recorder, CXmlSerializationContext::GetDefaultContext());
+    CPieceSource source(bytes, 4096);
+    reader.Read(source);
+    EXPECT_EQ(recorder.log, "<p#1>'" + text + "'</>");
+  }
+  // Lengths that the source does not back: 4 GiB and 1 MiB claimed, 100 and 100,000 octets
+  // delivered. The room offered to the source shows the window: it doubles only once filled.
+  struct Case {
+    const char* head;
+    std::size_t delivered;
+    std::size_t largestRoom;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"83 FF FF FF FF", 100, 64 * 1024, "Length beyond the end of data at byte offset 13"},
+      {"83 00 0F FE FD", 100000, 64 * 1024, "Length beyond the end of data at byte offset 13"},
+  };
+  for (const Case& c : cases) {
+    const std::string claimed =
+        Hex("E0 00 00 01 00 3C 00 70") + Hex(c.head) + std::string(c.delivered, 'a');
+    CRecorder recorder;
+    CFastInfosetReader reader(recorder, CXmlSerializationContext::GetDefaultContext());
+    CPieceSource source(claimed, 4096);
+    EXPECT_EQ(MessageOf([&] { reader.Read(source); }),
+              std::string("Failed to parse FastInfoset. ") + c.message);
+    EXPECT_LE(source.largestCapacity, c.largestRoom) << c.head;
+  }
+  EXPECT_EQ(MessageOf([] { Events("<r/>", 1); }),
+            "Failed to parse FastInfoset. No Fast Infoset header at byte offset 0");
+}
+
+TEST(FastInfosetReader, EveryTruncationFailsInMemoryAndFromASource) {
+  for (const char* octets : {kExampleA, kMixed, kAround}) {
+    const std::string bytes = Hex(octets);
+    for (std::size_t n = 4; n < bytes.size(); ++n) {
+      const std::string message = FailureOf(bytes.substr(0, n));
+      EXPECT_EQ(message.rfind("Failed to parse FastInfoset. ", 0), 0u) << n << ": " << message;
+    }
   }
 }
 
 TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
+  const auto body = [](const char* octets) { return Hex("E0 00 00 01 00") + Hex(octets); };
+  // 2^20 local names in the initial vocabulary, then one more.
+  std::string fullTable = Hex("E0 00 00 01 20 00 80 8F FF 7F");
+  for (int i = 0; i < (1 << 20); ++i) fullTable += Hex("00 61");
+  fullTable += Hex("3C 00 62 FF");
   struct Case {
-    const char* octets;  // after E0 00 00 01 00
+    std::string octets;
     const char* message;
   };
   const Case cases[] = {
-      {"01 F0", "Index out of the vocabulary table at byte offset 5"},
-      {"7C 00 72 78 00 6B 85 F0 F0", "Index out of the vocabulary table at byte offset 11"},
-      {"3C 00 72 A3 F0 F0", "Index out of the vocabulary table at byte offset 8"},
-      {"3C 00 72 B9 F0", "Invalid index at byte offset 8"},
-      {"3C 60 FF FF FF FF 72", "Length beyond the end of data at byte offset 11"},
-      {"3C 50 72", "Invalid length at byte offset 6"},
-      {"3C 00 FF F0", "Invalid UTF-8 string at byte offset 7"},
-      {"3C 01 C3 28 F0", "Invalid UTF-8 string at byte offset 7"},
-      {"3C 00 72 84 00 F0 F0", "Odd length of a UTF-16 string at byte offset 9"},
-      {"3C 00 72 85 DC 00 00 41 F0 F0", "Invalid UTF-16 string at byte offset 9"},
-      {"3C 00 72 8C 28 00 F0 F0", "Unknown encoding algorithm at byte offset 10"},
-      {"3C 00 72 8C 0D 00 01 F0 F0", "Invalid value for INT byte encoding. at byte offset 10"},
-      {"3C 00 72 88 0C 00 F0 F0", "Unknown restricted alphabet at byte offset 10"},
-      {"3C 00 72 88 01 FF 0F F0 F0", "Invalid restricted alphabet data at byte offset 10"},
-      {"3E 80 00 72 F0", "Prefix without a namespace name at byte offset 5"},
-      {"3C 00 72 F0 3C 00 73 F0 F0", "Second document element at byte offset 9"},
-      {"3C 00 72 FF 00", "Data after the end of the document at byte offset 9"},
-      {"91 61 62 F0", "Invalid item at byte offset 5"},
-      {"F0", "No document element at byte offset 6"},
-      {"38 C8 F0", "Invalid namespace declaration at byte offset 6"},
-      {"7C 00 72 80 F0", "Invalid attribute at byte offset 8"},
+      {body("01 F0"), "Index out of the vocabulary table at byte offset 5"},
+      {body("7C 00 72 78 00 6B 85 F0 F0"), "Index out of the vocabulary table at byte offset 11"},
+      {body("3C 00 72 A3 F0 F0"), "Index out of the vocabulary table at byte offset 8"},
+      {body("3C 00 72 B9 F0"), "Invalid index at byte offset 8"},
+      {body("3C 60 FF FF FF FF 72"), "Length beyond the end of data at byte offset 11"},
+      {body("3C 50 72"), "Invalid length at byte offset 6"},
+      {body("3C 00 FF F0"), "Invalid UTF-8 string at byte offset 7"},
+      {body("3C 01 C3 28 F0"), "Invalid UTF-8 string at byte offset 7"},
+      {body("3C 00 72 84 00 F0 F0"), "Odd length of a UTF-16 string at byte offset 9"},
+      {body("3C 00 72 85 DC 00 00 41 F0 F0"), "Invalid UTF-16 string at byte offset 9"},
+      {body("3C 00 72 8C 28 00 F0 F0"), "Unknown encoding algorithm at byte offset 10"},
+      {body("3C 00 72 8C 0D 00 01 F0 F0"),
+       "Invalid value for INT byte encoding. at byte offset 10"},
+      {body("3C 00 72 88 0C 00 F0 F0"), "Unknown restricted alphabet at byte offset 10"},
+      {body("3C 00 72 88 01 FF 0F F0 F0"), "Invalid restricted alphabet data at byte offset 10"},
+      {body("3E 80 00 72 F0"), "Prefix without a namespace name at byte offset 5"},
+      {body("3C 00 72 F0 3C 00 73 F0 F0"), "Second document element at byte offset 9"},
+      {body("3C 00 72 FF 00"), "Data after the end of the document at byte offset 9"},
+      {body("91 61 62 F0"), "Invalid item at byte offset 5"},
+      {body("F0"), "No document element at byte offset 6"},
+      {body("38 C8 F0"), "Invalid namespace declaration at byte offset 6"},
+      {body("7C 00 72 80 F0"), "Invalid attribute at byte offset 8"},
+      // Only a header.
+      {Hex("E0 00 00 01"), "Unexpected end of data at byte offset 4"},
+      {body(""), "Unexpected end of data at byte offset 5"},
+      // A table count beyond 2^20, and a table pushed past it.
+      {Hex("E0 00 00 01 20 00 80 8F FF 80"), "Invalid count at byte offset 9"},
+      {fullTable, "Vocabulary table full at byte offset 2097163"},
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(MessageOf([&] { Load(Hex("E0 00 00 01 00") + Hex(c.octets)); }),
-              std::string("Failed to parse FastInfoset. ") + c.message)
-        << c.octets;
+    EXPECT_EQ(FailureOf(c.octets), std::string("Failed to parse FastInfoset. ") + c.message)
+        << c.message;
   }
   // Nesting is bounded, and read without recursion.
-  std::string deep = Hex("E0 00 00 01 00 3C 00 65") + std::string(100000, '\0');
-  EXPECT_EQ(MessageOf([&] { Load(deep); }),
+  std::string deep = body("3C 00 65") + std::string(100000, '\0');
+  EXPECT_EQ(FailureOf(deep),
             "Failed to parse FastInfoset. Elements nested too deeply at byte offset 100007");
 }
 
-TEST(FastInfosetReader, WildcardElementReadsFastInfosetStream) {
-  const std::string bytes = Hex(kExampleA);
-  CSmartPtr<CElement> root = new CElement("root");
-  root->FromXmlStream(reinterpret_cast<const unsigned char*>(bytes.data()),
-                      static_cast<std::uint32_t>(bytes.size()));
-  EXPECT_EQ(root->GetName(), "order");
-  EXPECT_EQ(root->GetNamespace(), "urn:p");
-  ASSERT_EQ(root->GetAttributes()->GetCount(), 2);
-  EXPECT_EQ(root->GetAttributes()->Item(1)->GetValue(), "en");
-  ASSERT_EQ(root->GetChildElements()->GetCount(), 4);
-  EXPECT_EQ(root->GetChildElements()->Item(2)->GetText(), "x<y");
+// A wildcard element as text: name, namespace, attributes, text and children.
+std::string Dump(const CElement& element) {
+  std::string out = "{" + element.GetNamespace() + "}" + element.GetName() + "[";
+  for (const CSmartPtr<CAttribute>& a : *element.GetAttributes()) {
+    out += a->GetName() + "=" + a->GetValue() + ";";
+  }
+  out += "]'" + element.GetText() + "'(";
+  for (const CSmartPtr<CElement>& child : *element.GetChildElements()) out += Dump(*child);
+  return out + ")";
+}
+
+TEST(FastInfosetReader, EveryEntryPointTakingBytesOrFilesReadsIt) {
+  test::CFailingFileSystem files;
+  // Each document as Fast Infoset and as the XML it stands for; the large one crosses the chunks
+  // of the asynchronous file mode and the reader's window.
+  const std::string large(300000, 'x');
+  struct Input {
+    std::string octets;
+    std::string xml;
+  };
+  const Input documents[] = {
+      {Hex(kExampleA),
+       "<p:order xmlns:p='urn:p' xmlns='urn:d' id='7' xml:lang='en'><item qty='2'>ab</item>"
+       "<item qty='2'>ab</item><note>x&lt;y</note><p:e/></p:order>"},
+      {"<?xml encoding='finf'?>" + Hex(kMixed), "<p>Hello <b>big</b> world</p>"},
+      {Hex("E0 00 00 01 00 3C 00 72 83 00 04 92 DD") + large + Hex("FF"), "<r>" + large + "</r>"},
+  };
+  const auto bytes = [](const std::string& s) {
+    return reinterpret_cast<const unsigned char*>(s.data());
+  };
+  const auto size = [](const std::string& s) { return static_cast<std::uint32_t>(s.size()); };
+  const auto file = [&files](const std::string& content) {
+    files.Put("in.bin", content);
+    return "in.bin";
+  };
+  struct EntryPoint {
+    const char* name;
+    bool async;
+    std::function<std::string(const std::string&)> read;
+  };
+  const EntryPoint entryPoints[] = {
+      {"LoadXmlStream", false,
+       [&](const std::string& input) {
+         CXmlDocument document;
+         document.LoadXmlStream(bytes(input), size(input));
+         return Dump(document.GetDocumentElement());
+       }},
+      {"Load", false,
+       [&](const std::string& input) {
+         CXmlDocument document;
+         document.Load(file(input));
+         return Dump(document.GetDocumentElement());
+       }},
+      {"Load, asynchronous", true,
+       [&](const std::string& input) {
+         CXmlDocument document;
+         document.Load(file(input));
+         return Dump(document.GetDocumentElement());
+       }},
+      {"FromXmlStream", false,
+       [&](const std::string& input) {
+         CSmartPtr<CElement> root = new CElement("root");
+         root->FromXmlStream(bytes(input), size(input));
+         return Dump(*root);
+       }},
+      {"FromXmlStream of binary data", false,
+       [&](const std::string& input) {
+         CSmartPtr<CElement> root = new CElement("root");
+         CBinaryData data;
+         data.SetBuffer(bytes(input), size(input));
+         root->FromXmlStream(data);
+         return Dump(*root);
+       }},
+      {"FromXmlFile", false,
+       [&](const std::string& input) {
+         CSmartPtr<CElement> root = new CElement("root");
+         root->FromXmlFile(file(input));
+         return Dump(*root);
+       }},
+      {"FromXmlFile, asynchronous", true,
+       [&](const std::string& input) {
+         CSmartPtr<CElement> root = new CElement("root");
+         root->FromXmlFile(file(input));
+         return Dump(*root);
+       }},
+  };
+  for (const EntryPoint& entry : entryPoints) {
+    AsyncFromXmlFile(entry.async);
+    for (const Input& document : documents) {
+      const std::string expected = entry.read(document.xml);
+      EXPECT_EQ(entry.read(document.octets), expected) << entry.name;
+      for (int type : {1, 2}) {
+        const std::string packed = test::Packed(document.octets, type);
+        if (entry.async) {
+          // The asynchronous mode inflates nothing.
+          EXPECT_NE(MessageOf([&] { entry.read(packed); }), "no exception") << entry.name;
+        } else {
+          EXPECT_EQ(entry.read(packed), expected) << entry.name << ", compressed " << type;
+        }
+      }
+    }
+  }
+  AsyncFromXmlFile(false);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Helpers for the stream, writer and reader tests: bytes of strings, the library's deflation and
-// zlib's own inflation, and a memory file system, installed as the library's current one for the
+// Helpers for the stream, writer and reader tests: bytes of strings, zlib's own deflation and
+// inflation, and a memory file system, installed as the library's current one for the
 // life of a scope, that fails chosen calls with chosen errors.
 #ifndef OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
 #define OVXMLLIB6_TESTS_UNIT_XML_STREAMTESTSUPPORT_H
@@ -26,9 +26,21 @@ inline const unsigned char* UBytes(const std::string& s) {
   return reinterpret_cast<const unsigned char*>(s.data());
 }
 
-// `text` deflated by the library into a gzip (type 1) or zlib (type 2) stream.
+// `text` deflated by zlib into a gzip (type 1) or zlib (type 2) stream, whatever its size (the
+// library's own deflation refuses output that would not shrink).
 inline std::string Packed(const std::string& text, int type) {
-  return Bytes(detail::Deflate(UBytes(text), text.size(), type));
+  z_stream zs{};
+  EXPECT_EQ(deflateInit2(&zs, Z_BEST_SPEED, Z_DEFLATED, type == 1 ? 31 : 15, 8, Z_DEFAULT_STRATEGY),
+            Z_OK);
+  std::string out(deflateBound(&zs, static_cast<uLong>(text.size())), '\0');
+  zs.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+  zs.avail_in = static_cast<uInt>(text.size());
+  zs.next_out = reinterpret_cast<Bytef*>(&out[0]);
+  zs.avail_out = static_cast<uInt>(out.size());
+  EXPECT_EQ(deflate(&zs, Z_FINISH), Z_STREAM_END);
+  out.resize(zs.total_out);
+  deflateEnd(&zs);
+  return out;
 }
 
 // Inflates gzip or zlib data (detected from the header) of at most `capacity` bytes.

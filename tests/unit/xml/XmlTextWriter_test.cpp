@@ -380,18 +380,26 @@ TEST(CXmlTextWriter, WritesXsiType) {
 }
 
 TEST(CXmlTextWriter, WritesRawContent) {
-  EXPECT_EQ(
-      Write([](CXmlTextWriter& w) {
-        w.WriteRawBlock("<!DOCTYPE r>");
-        w.WriteRawLine("<!-- line -->");
-        w.WriteStartElement("r", "");
-        w.WriteRawContent("<any a='1'>&amp;</any>");
-        w.WriteEndElement();
-        w.WriteStartElement("s", "");
-        w.WriteComment("c");
-        w.WriteEndElement();
-      }),
-      "<!DOCTYPE r>\n\n \n<!-- line -->\n<r><any a='1'>&amp;</any></r>\n<s>\n<!--c-->\n</s>\n");
+  EXPECT_EQ(Write([](CXmlTextWriter& w) {
+              w.WriteRawBlock("<!DOCTYPE r>");
+              w.WriteRawLine("<!-- line -->");
+              w.WriteStartElement("r", "");
+              w.WriteRawContent("<any a='1'>&amp;</any>");
+              w.WriteEndElement();
+              w.WriteStartElement("s", "");
+              w.WriteComment("c");
+              w.WriteVerbatimComment("a<b&c");
+              w.WriteEndElement();
+            }),
+            "<!DOCTYPE r>\n\n \n<!-- line -->\n<r><any a='1'>&amp;</any></r>\n<s>\n<!--c-->\n"
+            "<!--a<b&c-->\n</s>\n");
+  // A comment is written as it is only when it is one.
+  for (const char* bad : {"a--b", "a-", "--"}) {
+    CTextStream stream;
+    CXmlTextWriter w(&stream);
+    EXPECT_EQ(MessageOf<COvInvalidParamException>([&] { w.WriteVerbatimComment(bad); }),
+              "A comment must not contain \"--\" or end with \"-\".");
+  }
 }
 
 TEST(CXmlTextWriter, RefusesCallsOutOfOrder) {
