@@ -204,7 +204,7 @@ Document Large() {
                          "&amp;", "omega"};
   std::string r = std::string(kDeclaration) +
                   "<orders xmlns=\"urn:orders\" xmlns:x=\"urn:extra\" generated=\"yes\">\n";
-  for (int i = 0; i < 12000; ++i) {
+  for (int i = 0; i < 8000; ++i) {
     r += "  <order id=\"" + std::to_string(i) + "\" status=\"s" + std::to_string(random() % 4) +
          "\" x:code=\"c" + std::to_string(random() % 5000) + "\">\n";
     r += "    <customer>customer " + std::to_string(random() % 800) + "</customer>\n";
