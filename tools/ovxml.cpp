@@ -25,25 +25,28 @@ const char kUsage[] =
     "Usage: ovxml convert [options] IN OUT\n"
     "       ovxml --help\n"
     "\n"
-    "Converts the XML document IN and writes it to OUT as it reads it, in constant memory\n"
-    "whatever its size. Text, child elements, comments and processing instructions keep\n"
-    "their order, and namespace declarations and prefixes stay where they were; the\n"
-    "document type declaration is not kept. IN and OUT may be '-' for standard input and\n"
-    "standard output. The kind of input is recognised from its content: XML text in any\n"
-    "encoding the parser knows (UTF-8, UTF-16, ISO-8859-1, US-ASCII) or Fast Infoset,\n"
+    "Converts the document IN to XML text or Fast Infoset and writes it to OUT as it reads\n"
+    "it, in constant memory whatever its size. Text, child elements, comments and processing\n"
+    "instructions keep their order, and namespace declarations and prefixes stay where they\n"
+    "were; the document type declaration is not kept. IN and OUT may be '-' for standard\n"
+    "input and standard output. The kind of input is recognised from its content: XML text in\n"
+    "any encoding the parser knows (UTF-8, UTF-16, ISO-8859-1, US-ASCII) or Fast Infoset,\n"
     "either optionally gzip- or zlib-compressed. A failed conversion leaves no output file.\n"
     "\n"
     "Options:\n"
-    "  --to xml      output XML text (the default and, for now, the only output form)\n"
+    "  --to xml      output XML text (the default)\n"
+    "  --to fi       output Fast Infoset (ITU-T X.891), which starts without an XML declaration\n"
     "  --gzip        compress the output with gzip\n"
     "  --zlib        compress the output in the zlib format\n"
+    "  -h, --help    show this help\n"
+    "For XML text output only:\n"
     "  --utf16       write UTF-16 (little-endian, with a byte-order mark) instead of UTF-8\n"
     "  --format      indent the output, one element per line; whitespace-only text between\n"
-    "                child elements is replaced by the indentation. Without it nothing is\n"
-    "                added and the document's own whitespace is kept as text.\n"
+    "                child elements is replaced by the indentation, and elements with mixed\n"
+    "                content are left as they are. Without it nothing is added and the\n"
+    "                document's own whitespace is kept as text.\n"
     "  --crlf        end lines with CR LF instead of LF\n"
     "  --no-header   leave out the XML declaration\n"
-    "  -h, --help    show this help\n"
     "\n"
     "A one-line summary goes to standard error; the exit status is 0 on success, 1 when the\n"
     "conversion fails and 2 for a usage error.\n";
@@ -70,6 +73,16 @@ struct ToolError {
   throw ToolError{message, status};
 }
 
+void SetOutputKind(Options& options, const std::string& kind) {
+  if (kind == "fi" || kind == "finf" || kind == "fastinfoset") {
+    options.fastInfoset = true;
+  } else if (kind == "xml") {
+    options.fastInfoset = false;
+  } else {
+    Fail("unknown output kind '" + kind + "' (expected xml or fi)", 2);
+  }
+}
+
 Options ParseArguments(const std::vector<std::string>& args) {
   Options options;
   std::vector<std::string> files;
@@ -77,12 +90,10 @@ Options ParseArguments(const std::vector<std::string>& args) {
   for (std::size_t i = 2; i < args.size(); ++i) {
     const std::string& a = args[i];
     if (a == "--to") {
-      if (i + 1 >= args.size()) Fail("--to needs a value (xml)", 2);
-      const std::string& kind = args[++i];
-      if (kind == "fi" || kind == "finf" || kind == "fastinfoset")
-        Fail("Fast Infoset output is not available yet; use --to xml", 2);
-      if (kind != "xml") Fail("unknown output kind '" + kind + "' (expected xml)", 2);
-    } else if (a == "--to=xml") {
+      if (i + 1 >= args.size()) Fail("--to needs a value (xml or fi)", 2);
+      SetOutputKind(options, args[++i]);
+    } else if (a.rfind("--to=", 0) == 0) {
+      SetOutputKind(options, a.substr(5));
     } else if (a == "--gzip") {
       options.gzip = true;
     } else if (a == "--zlib") {
@@ -102,6 +113,8 @@ Options ParseArguments(const std::vector<std::string>& args) {
     }
   }
   if (options.gzip && options.zlib) Fail("--gzip and --zlib cannot be combined", 2);
+  if (options.fastInfoset && (options.utf16 || options.format || options.crlf))
+    Fail("--utf16, --format and --crlf are for XML text output, not Fast Infoset", 2);
   if (files.size() != 2) Fail("convert needs exactly two file arguments, IN and OUT", 2);
   options.in = files[0];
   options.out = files[1];

@@ -199,7 +199,10 @@ class CFastInfosetEncoder {
 
   void Open();
   void Close();
-  void StartElement(std::string_view localName, std::string_view ns);
+  // `declarations` are bound in the element's scope and written on it.
+  void StartElement(std::string_view localName, std::string_view ns,
+                    const CXmlWriter::NamespaceDeclaration* declarations = nullptr,
+                    std::size_t count = 0);
   void EndElement();
   void Attribute(std::string_view localName, std::string_view ns, std::string_view value,
                  int itemType);
@@ -884,7 +887,9 @@ void CFastInfosetEncoder::PutName(bool element, std::string_view prefix, std::st
   }
 }
 
-void CFastInfosetEncoder::StartElement(std::string_view localName, std::string_view ns) {
+void CFastInfosetEncoder::StartElement(std::string_view localName, std::string_view ns,
+                                       const CXmlWriter::NamespaceDeclaration* own,
+                                       std::size_t count) {
   if (localName.empty()) Fail("An element's local name must not be empty.");
   if (m_rootEnded && m_writer.GetCurrentContext() == nullptr)
     Fail("A second document element cannot be written.");
@@ -897,6 +902,18 @@ void CFastInfosetEncoder::StartElement(std::string_view localName, std::string_v
   m_tagHasAttributes = false;
   m_tagStart = m_pos;
   m_declarationsEnd = kNone;
+  // The element's own declarations are in scope for its name and attributes. The xml prefix is
+  // bound by Fast Infoset itself.
+  std::size_t ownCount = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (own[i].ns == kXmlNamespace) continue;
+    ++ownCount;
+    if (own[i].prefix.empty()) {
+      m_writer.CXmlWriter::SetDefaultNamespace(std::string(own[i].ns).c_str());
+    } else {
+      m_writer.Bind(own[i].ns, own[i].prefix);
+    }
+  }
 
   std::string_view prefix;
   bool declared = false;
@@ -904,8 +921,9 @@ void CFastInfosetEncoder::StartElement(std::string_view localName, std::string_v
     prefix = m_writer.PrefixFor(ns, declared);
   }
   const bool root = parent == nullptr;
-  const bool declarations = declared || (root && (!m_writer.GetPendingDefaultNamespace().empty() ||
-                                                  !m_writer.GetPendingDeclarations().empty()));
+  const bool declarations = declared || own != 0 ||
+                            (root && (!m_writer.GetPendingDefaultNamespace().empty() ||
+                                      !m_writer.GetPendingDeclarations().empty()));
   if (declarations) {
     Put(0x38);
     // The root's declarations: the prefixes (in namespace order), then the default namespace.
@@ -916,6 +934,9 @@ void CFastInfosetEncoder::StartElement(std::string_view localName, std::string_v
       }
       if (!m_writer.GetPendingDefaultNamespace().empty())
         PutDeclaration(std::string_view(), m_writer.GetPendingDefaultNamespace());
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      if (own[i].ns != kXmlNamespace) PutDeclaration(own[i].prefix, own[i].ns);
     }
     if (declared) PutDeclaration(prefix, ns);
     Put(0xF0);
@@ -1070,6 +1091,12 @@ void CFastInfosetWriter::WriteStartElement(const char* localName, const char* ns
 
 void CFastInfosetWriter::WriteStartElement(std::string_view localName, std::string_view ns) {
   m_encoder->StartElement(localName, ns);
+}
+
+void CFastInfosetWriter::WriteStartElement(std::string_view localName, std::string_view ns,
+                                           const NamespaceDeclaration* declarations,
+                                           std::size_t count) {
+  m_encoder->StartElement(localName, ns, declarations, count);
 }
 
 void CFastInfosetWriter::WriteText(const char* text, int itemType) {

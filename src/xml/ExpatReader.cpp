@@ -308,8 +308,8 @@ struct CExpatEventSource::Callbacks {
       if (s.m_values.size() < count) s.m_values.resize(count);
       s.m_attributes.clear();
       for (std::size_t i = 0; i < count; ++i) {
-        s.Convert(attributes[2 * i + 1], s.m_values[i]);
-        s.m_attributes.push_back(CXmlEventAttribute{&s.Name(attributes[2 * i]), s.m_values[i]});
+        const std::string_view value = s.Internal(attributes[2 * i + 1], s.m_values[i]);
+        s.m_attributes.push_back(CXmlEventAttribute{&s.Name(attributes[2 * i]), value});
       }
       s.m_handler.OnStartElement(s.Name(name), s.m_attributes.data(), count);
     });
@@ -320,8 +320,7 @@ struct CExpatEventSource::Callbacks {
   static void CharacterData(void* self, const char* text, int length) {
     if (length <= 0) return;
     Guard(self, [&](CExpatEventSource& s) {
-      s.Convert(text, static_cast<std::size_t>(length), s.m_scratch);
-      s.m_handler.OnText(s.m_scratch);
+      s.m_handler.OnText(s.Internal(text, static_cast<std::size_t>(length), s.m_scratch));
     });
   }
   static void StartCdata(void* self) {
@@ -332,22 +331,18 @@ struct CExpatEventSource::Callbacks {
   }
   static void StartNamespace(void* self, const char* prefix, const char* uri) {
     Guard(self, [&](CExpatEventSource& s) {
-      s.Convert(OrEmpty(prefix), s.m_scratch);
-      s.Convert(OrEmpty(uri), s.m_scratch2);
-      s.m_handler.OnNamespaceDeclaration(s.m_scratch, s.m_scratch2);
+      s.m_handler.OnNamespaceDeclaration(s.Internal(OrEmpty(prefix), s.m_scratch),
+                                         s.Internal(OrEmpty(uri), s.m_scratch2));
     });
   }
   static void Comment(void* self, const char* text) {
-    Guard(self, [&](CExpatEventSource& s) {
-      s.Convert(text, s.m_scratch);
-      s.m_handler.OnComment(s.m_scratch);
-    });
+    Guard(self,
+          [&](CExpatEventSource& s) { s.m_handler.OnComment(s.Internal(text, s.m_scratch)); });
   }
   static void ProcessingInstruction(void* self, const char* target, const char* data) {
     Guard(self, [&](CExpatEventSource& s) {
-      s.Convert(target, s.m_scratch);
-      s.Convert(OrEmpty(data), s.m_scratch2);
-      s.m_handler.OnProcessingInstruction(s.m_scratch, s.m_scratch2);
+      s.m_handler.OnProcessingInstruction(s.Internal(target, s.m_scratch),
+                                          s.Internal(OrEmpty(data), s.m_scratch2));
     });
   }
 };
@@ -400,8 +395,15 @@ void CExpatEventSource::Convert(const char* text, std::size_t length, std::strin
   ToInternal(m_encoder, text, length, out);
 }
 
-void CExpatEventSource::Convert(const char* text, std::string& out) {
-  Convert(text, std::strlen(text), out);
+std::string_view CExpatEventSource::Internal(const char* text, std::size_t length,
+                                             std::string& scratch) {
+  if (IsPlainAscii(text, length)) return std::string_view(text, length);
+  Convert(text, length, scratch);
+  return scratch;
+}
+
+std::string_view CExpatEventSource::Internal(const char* text, std::string& scratch) {
+  return Internal(text, std::strlen(text), scratch);
 }
 
 const CXmlEventName& CExpatEventSource::Name(const char* expatName) {

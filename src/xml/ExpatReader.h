@@ -122,7 +122,10 @@ class CExpatEventSource {
   const CXmlEventName& Name(const char* expatName);
   // Parser text (UTF-8) in the internal encoding, into `out` (replaced).
   void Convert(const char* text, std::size_t length, std::string& out);
-  void Convert(const char* text, std::string& out);
+  // Parser text in the internal encoding: the text itself when it is plain ASCII, else its
+  // conversion in `scratch`.
+  std::string_view Internal(const char* text, std::size_t length, std::string& scratch);
+  std::string_view Internal(const char* text, std::string& scratch);
 
   IXmlEventHandler& m_handler;
   XML_ParserStruct* m_parser;

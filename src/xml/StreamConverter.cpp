@@ -2,6 +2,8 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/core/SerializationContext.h"
+#include "OvXmlLib6/fastinfoset/FastInfosetWriter.h"
+#include "OvXmlLib6/xml/BinaryStream.h"
 #include "OvXmlLib6/xml/TextStream.h"
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 #include "fastinfoset/FastInfosetReader.h"
@@ -49,6 +51,8 @@ namespace {
 constexpr std::size_t kBlock = 64 * 1024;
 // Whitespace held back while formatting, to be dropped if markup follows; a longer run is text.
 constexpr std::size_t kMaxHeldSpace = 64 * 1024;
+// The longest CDATA section written as one for a writer other than the text writer.
+constexpr std::size_t kMaxHeldCdata = 64 * 1024;
 
 bool IsWhitespace(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
@@ -186,6 +190,22 @@ class CSinkTextStream : public CTextStream {
   std::string m_converted;
 };
 
+// The Fast Infoset writer's stream: each block the writer hands over goes on to the sink.
+class CSinkBinaryStream : public CBinaryStream {
+ public:
+  explicit CSinkBinaryStream(IByteSink& sink) : CBinaryStream("CSinkBinaryStream"), m_sink(sink) {}
+  void Begin() override { m_data.Clear(); }
+  void FlushBuffer() override {
+    if (m_data.GetLength() == 0) return;
+    m_sink.Write(m_data.GetData(), m_data.GetLength());
+    m_data.Clear();
+  }
+  void Finish() override { FlushBuffer(); }
+
+ private:
+  IByteSink& m_sink;
+};
+
 // ---------------------------------------------------------------------------------------------
 // Events to a writer
 
@@ -247,10 +267,15 @@ class CEventWriter : public IXmlEventHandler {
       }
       KeepSpace();
     }
-    if (m_inCdata && m_text != nullptr) {
+    if (!m_inCdata) {
+      PutText(text);
+    } else if (m_text != nullptr) {
       m_text->WriteRawContent(text);
     } else {
-      PutText(text);
+      // Other writers take a CDATA section as one text "<![CDATA[...]]>"; a long one is written
+      // as several sections in a row, so that memory stays bounded.
+      m_cdata.append(text.data(), text.size());
+      if (m_cdata.size() >= kMaxHeldCdata) PutCdata();
     }
   }
 
@@ -270,7 +295,11 @@ class CEventWriter : public IXmlEventHandler {
 
   void OnEndCdata() override {
     m_inCdata = false;
-    if (m_text != nullptr) m_text->WriteRawContent("]]>");
+    if (m_text != nullptr) {
+      m_text->WriteRawContent("]]>");
+    } else {
+      PutCdata();
+    }
   }
 
   void OnComment(std::string_view text) override {
@@ -302,6 +331,14 @@ class CEventWriter : public IXmlEventHandler {
     m_lineEnded = true;
   }
 
+  void PutCdata() {
+    if (m_cdata.empty()) return;
+    m_cdata.insert(0, "<![CDATA[");
+    m_cdata += "]]>";
+    m_writer.WriteText(m_cdata);
+    m_cdata.clear();
+  }
+
   void PutLineEnd() {
     m_text->WriteRawContent(m_text->GetEOLType() == EOLType_CRLF ? "\r\n" : "\n");
   }
@@ -331,19 +368,7 @@ class CEventWriter : public IXmlEventHandler {
       m_writer.WriteText(text.substr(0, 1));
       text.remove_prefix(1);
     }
-    if (m_text == nullptr) {
-      m_writer.WriteText(text);
-      return;
-    }
-    // The text writer's escaping drops carriage returns, which only a character reference
-    // brings: they go out as one.
-    for (;;) {
-      const std::size_t cr = text.find('\r');
-      m_writer.WriteText(text.substr(0, cr));
-      if (cr == std::string_view::npos) return;
-      m_text->WriteRawContent("&#13;");
-      text.remove_prefix(cr + 1);
-    }
+    m_writer.WriteText(text);
   }
 
   CXmlWriter& m_writer;
@@ -357,15 +382,16 @@ class CEventWriter : public IXmlEventHandler {
   bool m_runIsLayout = true;  // the current text run is whitespace so far
   bool m_onlyText = false;    // nothing but text since the current element started
   bool m_inCdata = false;
+  std::string m_cdata;  // the content of a CDATA section, for writers other than the text writer
   std::size_t m_depth = 0;       // of the current element; 0 outside the document element
   std::size_t m_mixedDepth = 0;  // of the unformatted element with mixed content, or 0
   bool m_lineEnded = false;      // after the document element
 };
 
 // Reads the document from `input` with the reader that its first bytes call for.
-void ReadDocument(CPeekSource& input, bool fastInfoset, IXmlEventHandler& handler) {
+void ReadDocument(CPeekSource& input, bool fastInfoset, const CXmlSerializationContext& context,
+                  IXmlEventHandler& handler) {
   if (fastInfoset) {
-    const CXmlSerializationContext context;
     CFastInfosetReader reader(handler, context);
     reader.Read(input);
   } else {
@@ -402,18 +428,27 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
     sink = deflating.get();
   }
 
+  const CXmlSerializationContext context;
+  std::unique_ptr<CSinkBinaryStream> binary;
+  std::unique_ptr<CSinkTextStream> text;
+  std::unique_ptr<CXmlWriter> writer;
   if (m_options.fastInfoset) {
-    throw COvException("Fast Infoset output is not available yet");
+    binary.reset(new CSinkBinaryStream(*sink));
+    writer.reset(new CFastInfosetWriter(binary.get(), context));
+    writer->Open();
+  } else {
+    text.reset(new CSinkTextStream(m_options.utf16 ? XmlEncoding_UTF16 : XmlEncoding_UTF8, *sink));
+    CXmlTextWriter* textWriter = new CXmlTextWriter(text.get());
+    writer.reset(textWriter);
+    textWriter->SetFormatted(m_options.format);
+    textWriter->SetExact(true);
+    textWriter->SetEOLType(m_options.crlf ? EOLType_CRLF : EOLType_LF);
+    textWriter->Open();
+    if (m_options.header) textWriter->WriteHeader();
   }
-  CSinkTextStream stream(m_options.utf16 ? XmlEncoding_UTF16 : XmlEncoding_UTF8, *sink);
-  CXmlTextWriter writer(&stream);
-  writer.SetFormatted(m_options.format);
-  writer.SetEOLType(m_options.crlf ? EOLType_CRLF : EOLType_LF);
-  writer.Open();
-  if (m_options.header) writer.WriteHeader();
-  CEventWriter events(writer, m_options.format);
-  ReadDocument(*document, counts.fastInfosetInput, events);
-  writer.Close();
+  CEventWriter events(*writer, m_options.format && !m_options.fastInfoset);
+  ReadDocument(*document, counts.fastInfosetInput, context, events);
+  writer->Close();
   sink->Finish();
 
   counts.elements = events.elements;

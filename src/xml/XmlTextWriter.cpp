@@ -140,6 +140,7 @@ CXmlTextWriter::CXmlTextWriter(CTextStream* stream)
       m_escapeStops(kEscapeLf.stop),
       m_eolType(EOLType_LF),
       m_formatted(true),
+      m_exact(false),
       m_stream(stream) {
   if (stream == nullptr) {
     throw COvInvalidParamException("The XML text writer needs a stream to write to");
@@ -222,7 +223,8 @@ void CXmlTextWriter::PutEscaped(std::string_view text) {
         // Only stopped at for CR LF line ends.
         PutLineEnd();
         break;
-      default:  // '\r' is dropped; line feeds carry the line end
+      default:  // '\r' is dropped, unless exact; line feeds carry the line end
+        if (m_exact) Put("&#13;", 5);
         break;
     }
     p = stop + 1;
@@ -376,7 +378,18 @@ void CXmlTextWriter::PutAttribute(std::string_view localName, std::string_view n
   }
   Put(localName.data(), localName.size());
   Put("=\"", 2);
-  PutEscaped(value);
+  if (m_exact) {
+    // A parser reads tabs and line ends in attribute values as spaces: references keep them.
+    for (;;) {
+      const std::size_t at = value.find_first_of("\t\n\r");
+      PutEscaped(value.substr(0, at));
+      if (at == std::string_view::npos) break;
+      Put(value[at] == '\t' ? "&#9;" : value[at] == '\n' ? "&#10;" : "&#13;");
+      value.remove_prefix(at + 1);
+    }
+  } else {
+    PutEscaped(value);
+  }
   Put('"');
   FlushIfNeeded();
 }

@@ -12,6 +12,7 @@
 #include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <tuple>
 #include <unistd.h>
 
 using namespace OvXmlLib6;
@@ -94,13 +95,10 @@ TEST(OvxmlTool, ConvertsTheSampleInEveryOutputForm) {
   const struct {
     const char* options;
     bool layout;
-  } forms[] = {{"", false},
-               {"--to xml --utf16", false},
-               {"--gzip", false},
-               {"--zlib", false},
-               {"--crlf --no-header", false},
-               {"--format", true},
-               {"--format --crlf --utf16 --gzip", true}};
+  } forms[] = {
+      {"", false},        {"--to xml --utf16", false},   {"--gzip", false},
+      {"--zlib", false},  {"--crlf --no-header", false}, {"--format", true},
+      {"--to fi", false}, {"--to fi --gzip", false},     {"--format --crlf --utf16 --gzip", true}};
   for (const auto& form : forms) {
     SCOPED_TRACE(form.options);
     std::remove(out.c_str());
@@ -161,7 +159,8 @@ TEST(OvxmlTool, KeepsTheDocumentThroughEveryForm) {
   const std::string mid = Temp("mixed.mid");
   const std::string out = Temp("mixed.out");
   WriteFile(in, xml);
-  for (const char* form : {"", "--gzip", "--zlib --utf16", "--utf16 --gzip"}) {
+  for (const char* form :
+       {"", "--gzip", "--zlib --utf16", "--utf16 --gzip", "--to fi", "--to=fi --zlib"}) {
     SCOPED_TRACE(form);
     ASSERT_EQ(Tool(std::string("convert ") + form + " '" + in + "' '" + mid + "'").status, 0);
     const ToolRun run = Tool("convert - - < '" + mid + "' > '" + out + "'");
@@ -195,7 +194,8 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
       {"convert --bogus a b", 2, "unknown option '--bogus'"},
       {"convert --gzip --zlib a b", 2, ""},
       {"convert onlyone", 2, ""},
-      {"convert --to fi '" + kSample + "' '" + out + "'", 2, ""},
+      {"convert --to fi --utf16 '" + kSample + "' '" + out + "'", 2, "for XML text output"},
+      {"convert --to yaml '" + kSample + "' '" + out + "'", 2, "unknown output kind 'yaml'"},
       {"convert '" + Temp("missing.xml") + "' '" + out + "'", 1, "ovxml: error: cannot open"},
       {"convert '" + bad + "' '" + out + "'", 1, "mismatched tag at line 1"},
       {"convert '" + text + "' '" + out + "'", 1, "syntax error at line 1"},
@@ -227,12 +227,12 @@ TEST(OvxmlTool, DeepDocumentIsHandled) {
 }
 
 // The peak resident memory of the tool converting `in`, in KiB.
-long PeakMemory(const std::string& in, const std::string& out) {
+long PeakMemory(const char* to, const std::string& in, const std::string& out) {
   const pid_t child = fork();
   if (child == 0) {
     const int null = open("/dev/null", O_WRONLY);
     dup2(null, STDERR_FILENO);
-    execl(kTool.c_str(), kTool.c_str(), "convert", "--gzip", in.c_str(), out.c_str(),
+    execl(kTool.c_str(), kTool.c_str(), "convert", "--gzip", "--to", to, in.c_str(), out.c_str(),
           static_cast<char*>(nullptr));
     _exit(127);
   }
@@ -260,11 +260,17 @@ TEST(OvxmlTool, ConvertsInConstantMemory) {
       file << block;
     file << "</list>\n";
   }
-  const long base = PeakMemory(small, out);
-  const long peak = PeakMemory(big, out);
-  EXPECT_LT(peak - base, 4 * 1024)
-      << "KiB: " << base << " for a tiny document, " << peak << " for 50 MB";
-  for (const std::string& name : {small, big, out}) std::remove(name.c_str());
+  // XML to XML and to Fast Infoset, and that back to XML.
+  const std::string fi = Temp("big.fi.gz");
+  const long base = PeakMemory("xml", small, out);
+  for (const auto& [to, in, result] :
+       {std::make_tuple("xml", big, out), std::make_tuple("fi", big, fi),
+        std::make_tuple("xml", fi, out)}) {
+    const long peak = PeakMemory(to, in, result);
+    EXPECT_LT(peak - base, 4 * 1024)
+        << "KiB: " << base << " for a tiny document, " << peak << " for " << in << " to " << to;
+  }
+  for (const std::string& name : {small, big, out, fi}) std::remove(name.c_str());
 }
 
 }  // namespace

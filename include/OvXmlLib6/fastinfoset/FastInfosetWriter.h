@@ -62,6 +62,10 @@ class OVXML_API CFastInfosetWriter : public CXmlWriter {
   void WriteXsiType(const char* typeName, const char* typeNamespace, int itemType = 0) override;
   void WriteProcessingInstruction(std::string_view target, std::string_view data) override;
   void WriteStartElement(std::string_view localName, std::string_view ns) override;
+  // The declarations are written on the element, before any the writer adds, and bound in its
+  // scope before its name is chosen.
+  void WriteStartElement(std::string_view localName, std::string_view ns,
+                         const NamespaceDeclaration* declarations, std::size_t count) override;
   void WriteText(std::string_view text, int itemType = 0) override;
   void WriteAttribute(std::string_view localName, std::string_view ns, std::string_view value,
                       int itemType = 0) override;

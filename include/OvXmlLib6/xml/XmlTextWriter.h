@@ -55,6 +55,11 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   // Formatted output (the default) ends each tag's line and indents with tabs.
   void SetFormatted(bool formatted) { m_formatted = formatted; }
   bool GetFormatted() const { return m_formatted; }
+  // Exact output writes carriage returns in text, and tabs, line feeds and carriage returns in
+  // attribute values, as character references, so that a parser reads back the very text given
+  // (a converter needs this). By default carriage returns are dropped and the others written as
+  // they are.
+  void SetExact(bool exact) { m_exact = exact; }
 
   // The XML declaration, naming the stream's encoding when it is UTF-8 or UTF-16.
   void WriteHeader();
@@ -93,6 +98,7 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   const bool* m_escapeStops;
   EOLType m_eolType;
   bool m_formatted;
+  bool m_exact;
   CTextStream* m_stream;
   std::string m_scratch;  // reused for composed values such as xsi:type's qualified name
 };

@@ -7,6 +7,7 @@
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "OvXmlLib6/xml/XmlElement.h"
 #include "unit/TestSupport.h"
+#include "unit/xml/EventRecorder.h"
 #include "unit/xml/StreamTestSupport.h"
 #include "xml/ByteSource.h"
 #include "xml/XmlEvents.h"
@@ -98,48 +99,11 @@ class CPieceSource : public detail::IByteSource {
   std::size_t m_at = 0;
 };
 
-// The events as text. Each name record is numbered when first seen, through its handler slot,
-// so the log shows which records the reader passed again.
-class CRecorder : public detail::IXmlEventHandler {
- public:
-  std::string log;
-
-  void OnNamespaceDeclaration(std::string_view prefix, std::string_view uri) override {
-    log += "ns(" + std::string(prefix) + "=" + std::string(uri) + ")";
-  }
-  void OnStartElement(const detail::CXmlEventName& name,
-                      const detail::CXmlEventAttribute* attributes, std::size_t count) override {
-    log += "<" + Name(name);
-    for (std::size_t i = 0; i < count; ++i) {
-      log += " " + Name(*attributes[i].name) + "='" + std::string(attributes[i].value) + "'";
-    }
-    log += ">";
-  }
-  void OnEndElement() override { log += "</>"; }
-  void OnText(std::string_view text) override { log += "'" + std::string(text) + "'"; }
-  void OnStartCdata() override { log += "[["; }
-  void OnEndCdata() override { log += "]]"; }
-  void OnComment(std::string_view text) override { log += "<!--" + std::string(text) + "-->"; }
-  void OnProcessingInstruction(std::string_view target, std::string_view data) override {
-    log += "<?" + std::string(target) + " " + std::string(data) + "?>";
-  }
-
- private:
-  std::string Name(const detail::CXmlEventName& name) {
-    if (name.handlerData == nullptr)
-      name.handlerData = &m_records.emplace_back(m_records.size() + 1);
-    const std::string text = (name.prefix.empty() ? "" : name.prefix + ":") + name.localName +
-                             (name.namespaceURI.empty() ? "" : "{" + name.namespaceURI + "}");
-    return text + "#" + std::to_string(*static_cast<const std::size_t*>(name.handlerData));
-  }
-  std::deque<std::size_t> m_records;
-};
-
 // The events of a document read in memory (piece 0) or from a source in pieces of that size.
 std::string Events(
     const std::string& bytes, std::size_t piece = 0,
     const CXmlSerializationContext& context = CXmlSerializationContext::GetDefaultContext()) {
-  CRecorder recorder;
+  test::CEventRecorder recorder;
   CFastInfosetReader reader(recorder, context);
   if (piece == 0) {
     const std::unique_ptr<char[]> copy = test::ExactCopy(bytes);
@@ -287,7 +251,7 @@ TEST(FastInfosetReader, SourceWindowGrowsOnlyWithWhatTheSourceDelivers) {
   const std::string text(200000, 'a');
   std::string bytes = Hex("E0 00 00 01 00 3C 00 70 83 00 03 0C 3D") + text + Hex("FF");
   {
-    CRecorder recorder;
+    test::CEventRecorder recorder;
     CFastInfosetReader reader(recorder, CXmlSerializationContext::GetDefaultContext());
     CPieceSource source(bytes, 4096);
     reader.Read(source);
@@ -308,7 +272,7 @@ TEST(FastInfosetReader, SourceWindowGrowsOnlyWithWhatTheSourceDelivers) {
   for (const Case& c : cases) {
     const std::string claimed =
         Hex("E0 00 00 01 00 3C 00 70") + Hex(c.head) + std::string(c.delivered, 'a');
-    CRecorder recorder;
+    test::CEventRecorder recorder;
     CFastInfosetReader reader(recorder, CXmlSerializationContext::GetDefaultContext());
     CPieceSource source(claimed, 4096);
     EXPECT_EQ(MessageOf([&] { reader.Read(source); }),

@@ -1,5 +1,6 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "unit/TestSupport.h"
+#include "unit/xml/EventRecorder.h"
 #include "xml/ExpatReader.h"
 
 #include <gtest/gtest.h>
@@ -9,47 +10,9 @@ using namespace OvXmlLib6;
 
 namespace {
 
-// Writes every event as one bracketed item, so a test compares a document's events at a glance.
-class CEventLog : public detail::IXmlEventHandler {
- public:
-  std::string log;
-
-  void OnNamespaceDeclaration(std::string_view prefix, std::string_view uri) override {
-    log += "[ns " + std::string(prefix) + "=" + std::string(uri) + "]";
-  }
-  void OnStartElement(const detail::CXmlEventName& name,
-                      const detail::CXmlEventAttribute* attributes, std::size_t count) override {
-    log += "[<" + Name(name);
-    for (std::size_t i = 0; i < count; ++i)
-      log += " " + Name(*attributes[i].name) + "=" + std::string(attributes[i].value);
-    log += "]";
-  }
-  void OnEndElement() override { log += "[/]"; }
-  void OnText(std::string_view text) override {
-    // Pieces of one run are joined.
-    if (!log.empty() && log.back() == '\'') {
-      log.insert(log.size() - 1, text);
-    } else {
-      log += "'" + std::string(text) + "'";
-    }
-  }
-  void OnStartCdata() override { log += "[cdata]"; }
-  void OnEndCdata() override { log += "[/cdata]"; }
-  void OnComment(std::string_view text) override { log += "[!" + std::string(text) + "]"; }
-  void OnProcessingInstruction(std::string_view target, std::string_view data) override {
-    log += "[?" + std::string(target) + "|" + std::string(data) + "]";
-  }
-
- private:
-  static std::string Name(const detail::CXmlEventName& name) {
-    std::string text = name.prefix.empty() ? "" : name.prefix + ":";
-    if (!name.namespaceURI.empty()) text += "{" + name.namespaceURI + "}";
-    return text + name.localName;
-  }
-};
-
 std::string Events(const std::string& xml, std::size_t pieceSize) {
-  CEventLog log;
+  test::CEventRecorder log;
+  log.joinText = true;
   detail::CExpatEventSource source(log);
   const auto* bytes = reinterpret_cast<const unsigned char*>(xml.data());
   for (std::size_t at = 0; at < xml.size(); at += pieceSize)
@@ -65,14 +28,14 @@ TEST(ExpatEventSource, DeliversTheDocumentInOrder) {
     const char* xml;
     const char* events;
   } cases[] = {
-      {"<p>Hello <b>big</b> world</p>", "[<p]'Hello '[<b]'big'[/]' world'[/]"},
+      {"<p>Hello <b>big</b> world<b/></p>", "<p#1>'Hello '<b#2>'big'</>' world'<b#2></></>"},
       {"<?a x?><!--c--><r><!--in--><?b?>t<![CDATA[<&>]]></r><!--after-->",
-       "[?a|x][!c][<r][!in][?b|]'t'[cdata]'<&>'[/cdata][/][!after]"},
+       "<?a x?><!--c--><r#1><!--in--><?b ?>'t'[['<&>']]</><!--after-->"},
       {"<p:r xmlns:p='urn:p' xmlns='urn:d' p:a='1' b='2'><c xmlns=''/></p:r>",
-       "[ns p=urn:p][ns =urn:d][<p:{urn:p}r p:{urn:p}a=1 b=2][ns =][<c][/][/]"},
+       "ns(p=urn:p)ns(=urn:d)<p:r{urn:p}#1 p:a{urn:p}#2='1' b#3='2'>ns(=)<c#4></></>"},
       {"<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xE9'>caf\xE9</a>",
-       "[<a b=\xC3\xA9]'caf\xC3\xA9'[/]"},
-      {"<!DOCTYPE a [<!ENTITY e 'ent'>]><a>&e;&#65;</a>", "[<a]'entA'[/]"},
+       "<a#1 b#2='\xC3\xA9'>'caf\xC3\xA9'</>"},
+      {"<!DOCTYPE a [<!ENTITY e 'ent'>]><a>&e;&#65;</a>", "<a#1>'entA'</>"},
   };
   for (const auto& c : cases) {
     // Fed whole and one byte at a time, the events are the same.
@@ -97,7 +60,7 @@ TEST(ExpatEventSource, FailuresNameTheLineOrPassThroughTheHandler) {
   laughs += "]><a>&l9;</a>";
   EXPECT_NE(test::MessageOf([&] { Events(laughs, 4096); }), "no exception");
 
-  class CThrowing : public CEventLog {
+  class CThrowing : public test::CEventRecorder {
     void OnComment(std::string_view) override { throw COvException("handler says no"); }
   } handler;
   detail::CExpatEventSource source(handler);

@@ -80,15 +80,25 @@ TEST(StreamConverter, KeepsTheDocumentInOrder) {
       // carriage return from a character reference, still escaped.
       {"<a><![CDATA[<&>]]>&lt;![CDATA[x]]&gt;<!--a<b&c-->&#13;&#10;</a>",
        "<a><![CDATA[<&>]]>&lt;![CDATA[x]]&gt;<!--a<b&c-->&#13;\n</a>", Plain()},
+      // Tabs and line ends in attribute values stay as they were read.
+      {"<a v='1&#9;2&#10;3&#13;4\n5'/>", "<a v=\"1&#9;2&#10;3&#13;4 5\"/>", Plain()},
       // Formatting replaces whitespace between markup, keeps an element's only text and leaves
       // mixed content as it is.
       {"<a>\n  <b> </b>\n  <c>x <i>y</i> z</c>\n  <!--k-->\n</a>",
        "<a>\n\t<b> </b>\n\t<c>x <i>y</i> z</c>\n<!--k-->\n</a>\n", formatted},
   };
+  detail::CConvertOptions fi = Plain();
+  fi.fastInfoset = true;
   for (const auto& c : cases) {
     // Read whole and one byte at a time.
     for (std::size_t step : {std::size_t{1} << 16, std::size_t{1}}) {
       EXPECT_EQ(Convert(c.input, c.options, step), c.output) << c.input;
+    }
+    // Through Fast Infoset and back, the document is the same.
+    if (!c.options.format) {
+      const std::string binary = Convert(c.input, fi);
+      EXPECT_EQ(binary.substr(0, 4), std::string("\xE0\0\0\x01", 4));
+      EXPECT_EQ(Convert(binary, Plain(), 5), c.output) << c.input;
     }
   }
   // UTF-16 output has a byte-order mark and the declaration names it.
