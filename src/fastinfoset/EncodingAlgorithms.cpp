@@ -58,6 +58,22 @@ std::uint64_t DoubleBits(double value) {
   return bits;
 }
 
+// The hexadecimal digits of UUIDs in the 8-4-4-4-12 form that documents carry, separated by
+// whitespace, as DecodeAlgorithm prints them.
+std::string UuidDigits(std::string_view text) {
+  std::string digits;
+  for (std::string_view value : SplitValues(text)) {
+    if (value.size() != 36 || value[8] != '-' || value[13] != '-' || value[18] != '-' ||
+        value[23] != '-') {
+      ThrowInvalid(FIAlgorithm_UUID);
+    }
+    for (std::size_t i = 0; i < value.size(); ++i) {
+      if (i != 8 && i != 13 && i != 18 && i != 23) digits += value[i];
+    }
+  }
+  return digits;
+}
+
 void EncodeHex(std::uint32_t algorithm, std::string_view text, std::string& out) {
   if (text.size() % 2 != 0) ThrowInvalid(algorithm);
   const std::size_t start = out.size();
@@ -196,8 +212,13 @@ const unsigned char* GetBigEndian(const unsigned char* p, const unsigned char* l
 
 void EncodeAlgorithm(std::uint32_t algorithm, std::string_view text, std::string& out) {
   switch (algorithm) {
-    case FIAlgorithm_Hexadecimal:
     case FIAlgorithm_UUID:
+      if (text.find('-') != std::string_view::npos) {
+        EncodeHex(algorithm, UuidDigits(text), out);
+        return;
+      }
+      [[fallthrough]];
+    case FIAlgorithm_Hexadecimal:
       EncodeHex(algorithm, text, out);
       return;
     case FIAlgorithm_Base64:

@@ -99,6 +99,18 @@ TEST(CFastInfosetBinaryData, HexadecimalAndUuidReadHexDigits) {
             "Invalid value for HEXADECIMAL byte encoding.");
   EXPECT_EQ(EncodeMessage(FIAlgorithm_Hexadecimal, "AZ"), "Invalid char in hex string [Z]");
   EXPECT_EQ(EncodeMessage(FIAlgorithm_UUID, "0123"), "Invalid value for UUID byte encoding.");
+  // UUIDs also read in the 8-4-4-4-12 form that documents carry, one value or several.
+  EXPECT_EQ(Encoded(FIAlgorithm_UUID, "01234567-89ab-cdef-FEDC-ba9876543210"), uuid);
+  EXPECT_EQ(Encoded(FIAlgorithm_UUID,
+                    " 01234567-89ab-cdef-fedc-ba9876543210\n00000000-0000-0000-ffff-ffffffffffff"),
+            std::string(uuid) + "0000000000000000FFFFFFFFFFFFFFFF");
+  for (const char* bad :
+       {"01234567-89ab-cdef-fedc-ba987654321", "0123456789ab-cdef-fedc-ba98-76543210",
+        "01234567-89ab-cdef-fedc-ba9876543210 0123"}) {
+    EXPECT_EQ(EncodeMessage(FIAlgorithm_UUID, bad), "Invalid value for UUID byte encoding.") << bad;
+  }
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_UUID, "0123456x-89ab-cdef-fedc-ba9876543210"),
+            "Invalid char in hex string [x]");
 }
 
 TEST(CFastInfosetBinaryData, Base64ReadsAndWritesBase64) {
