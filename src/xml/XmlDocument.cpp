@@ -228,36 +228,8 @@ void CXmlDocument::LoadFileAsync(const char* fileName) {
     throw COvException(FormatString(kReadFailed, fileName, kEndOfFileError));
   }
   store.bytesRead += store.readLength;
-  if (CFastInfosetReader::FindHeader(store.readBuffer.get(), store.readLength) >= 0) {
-    ParseFastInfosetFile();
-    return;
-  }
+  // Like decompression, Fast Infoset detection does not apply in this mode: it parses text.
   AsyncParse(store.readLength < kChunkSize);
-}
-
-void CXmlDocument::ParseFastInfosetFile() {
-  // The chunk already read, then the rest of the file straight into the reader's window.
-  class CFileSource : public detail::IByteSource {
-   public:
-    explicit CFileSource(CXmlDocument& document) : m_document(document) {}
-    std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
-      const detail::CTreeStore& store = *m_document.m_store;
-      if (m_served < store.readLength) {
-        const std::size_t n = std::min<std::size_t>(capacity, store.readLength - m_served);
-        std::memcpy(buffer, store.readBuffer.get() + m_served, n);
-        m_served += n;
-        return n;
-      }
-      return m_document.ReadFromFile(buffer, capacity);
-    }
-
-   private:
-    CXmlDocument& m_document;
-    std::size_t m_served = 0;
-  } source(*this);
-  detail::CTreeBuilder builder(*this);
-  CFastInfosetReader reader(builder, *m_context);
-  reader.Read(source);
 }
 
 std::size_t CXmlDocument::ReadFromFile(unsigned char* buffer, std::size_t capacity) {

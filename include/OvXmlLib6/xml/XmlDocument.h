@@ -124,9 +124,6 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   void FlushOpenText();
   void LoadFileWhole(const char* fileName);
   void LoadFileAsync(const char* fileName);
-  // Reads the open file of the asynchronous mode, whose first chunk is read and holds a Fast
-  // Infoset header, through the reader's own window.
-  void ParseFastInfosetFile();
   // Reads up to `capacity` bytes of the open file; 0 at its end.
   std::size_t ReadFromFile(unsigned char* buffer, std::size_t capacity);
 
