@@ -19,6 +19,9 @@ namespace OvXmlLib6 {
 namespace {
 
 constexpr std::size_t kMaxTableEntries = 1u << 20;
+// The index under which a string table full to the limit keeps the literal that came last, for
+// the item it stands in: no index in the input can name it (they end at 2^20).
+constexpr std::uint32_t kLastLiteral = (1u << 20) + 1;
 // Deeper documents are refused: the open elements cost memory the input does not pay for.
 constexpr std::size_t kMaxDepth = 100000;
 constexpr std::uint32_t kBuiltInAlgorithms = 10;
@@ -200,6 +203,7 @@ std::string_view CFastInfosetReader::OctetString() {
 const std::string& CFastInfosetReader::Entry(StringTable table, std::uint32_t index,
                                              std::uint64_t offset) const {
   const std::vector<std::string>& entries = m_tables[table];
+  if (index == kLastLiteral) return m_lastLiterals[table];
   if (index == 0 || index > entries.size()) FailAt("Index out of the vocabulary table", offset);
   return entries[index - 1];
 }
@@ -234,9 +238,9 @@ std::uint32_t CFastInfosetReader::IdentifyingIndex(StringTable table) {
   std::string text;
   Utf8Text({reinterpret_cast<const char*>(p), static_cast<std::size_t>(length)}, start, text);
   if (m_tables[table].size() >= kMaxTableEntries) {
-    // A full table takes nothing more; the literal is usable only where it stands, which an
-    // index cannot express.
-    FailAt("Vocabulary table full", offset);
+    // A full table takes nothing more; the literal serves only the item it stands in.
+    m_lastLiterals[table] = std::move(text);
+    return kLastLiteral;
   }
   m_tables[table].push_back(std::move(text));
   return static_cast<std::uint32_t>(m_tables[table].size());
@@ -503,7 +507,7 @@ void CFastInfosetReader::ReadInitialVocabulary() {
 
 // ---- Body ---------------------------------------------------------------------------------
 
-std::uint32_t CFastInfosetReader::QNameLiteral(std::uint8_t flags, bool element) {
+const detail::CXmlEventName* CFastInfosetReader::QNameLiteral(std::uint8_t flags, bool element) {
   if ((flags & 0x03) == 0x02) Fail("Prefix without a namespace name");
   const std::uint64_t offset = Position() - 1;
   QName name{0, 0, 0, nullptr};
@@ -511,10 +515,10 @@ std::uint32_t CFastInfosetReader::QNameLiteral(std::uint8_t flags, bool element)
   if ((flags & 0x01) != 0) name.namespaceName = IdentifyingIndex(NamespaceName);
   name.localName = IdentifyingIndex(LocalName);
   std::vector<QName>& table = element ? m_elementNames : m_attributeNames;
-  if (table.size() >= kMaxTableEntries) FailAt("Vocabulary table full", offset);
   name.name = MakeName(name, offset);
-  table.push_back(name);
-  return static_cast<std::uint32_t>(table.size());
+  // A full table takes nothing more; the name serves only the item it stands in.
+  if (table.size() < kMaxTableEntries) table.push_back(name);
+  return name.name;
 }
 
 bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
@@ -527,22 +531,23 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
       const std::uint32_t prefix = (item & 0x02) != 0 ? IdentifyingIndex(Prefix) : 0;
       const std::uint32_t ns = (item & 0x01) != 0 ? IdentifyingIndex(NamespaceName) : 0;
       m_handler.OnNamespaceDeclaration(
-          prefix == 0 ? std::string_view() : std::string_view(m_tables[Prefix][prefix - 1]),
-          ns == 0 ? std::string_view() : std::string_view(m_tables[NamespaceName][ns - 1]));
+          prefix == 0 ? std::string_view() : std::string_view(Entry(Prefix, prefix, offset)),
+          ns == 0 ? std::string_view() : std::string_view(Entry(NamespaceName, ns, offset)));
     }
     nameOctet = Octet();
     if ((nameOctet & 0xC0) != 0) Fail("Invalid element name");
   }
-  std::uint32_t index;
+  const detail::CXmlEventName* elementName;
   if ((nameOctet & 0x3C) == 0x3C) {
-    index = QNameLiteral(nameOctet, true);
+    elementName = QNameLiteral(nameOctet, true);
   } else {
     const std::uint64_t at = Position() - 1;
-    index = IntegerOnBit3(nameOctet);
+    const std::uint32_t index = IntegerOnBit3(nameOctet);
     if (index > m_elementNames.size()) FailAt("Index out of the vocabulary table", at);
+    elementName = m_elementNames[index - 1].name;
   }
   if (m_depth == 0 && m_sawDocumentElement) FailAt("Second document element", offset);
-  const detail::CXmlEventName& name = *m_elementNames[index - 1].name;
+  const detail::CXmlEventName& name = *elementName;
   bool ended = false;
   m_attributes.clear();
   if ((first & 0x40) != 0) {
@@ -558,16 +563,16 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
         break;
       }
       if ((item & 0x80) != 0) Fail("Invalid attribute");
-      std::uint32_t nameIndex;
+      const detail::CXmlEventName* attributeName;
       if ((item & 0x7C) == 0x78) {
-        nameIndex = QNameLiteral(item, false);
+        attributeName = QNameLiteral(item, false);
       } else {
-        nameIndex = IntegerOnBit2(item);
+        const std::uint32_t nameIndex = IntegerOnBit2(item);
         if (nameIndex > m_attributeNames.size()) FailAt("Index out of the vocabulary table", at);
+        attributeName = m_attributeNames[nameIndex - 1].name;
       }
       const std::string_view value = NonIdentifying(AttributeValue, m_scratch);
-      m_pendingAttributes.push_back(
-          {m_attributeNames[nameIndex - 1].name, m_attributeText.size(), value.size()});
+      m_pendingAttributes.push_back({attributeName, m_attributeText.size(), value.size()});
       m_attributeText.append(value);
     }
     for (const PendingAttribute& attribute : m_pendingAttributes) {
@@ -583,9 +588,10 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
 }
 
 void CFastInfosetReader::ReadProcessingInstruction(bool deliver) {
+  const std::uint64_t offset = Position();
   const std::uint32_t target = IdentifyingIndex(OtherNCName);
   const std::string_view data = NonIdentifying(OtherString, m_scratch);
-  if (deliver) m_handler.OnProcessingInstruction(m_tables[OtherNCName][target - 1], data);
+  if (deliver) m_handler.OnProcessingInstruction(Entry(OtherNCName, target, offset), data);
 }
 
 void CFastInfosetReader::SkipDocumentTypeDeclaration(std::uint8_t first, bool& documentEnded) {

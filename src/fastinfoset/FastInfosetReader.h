@@ -131,7 +131,8 @@ class CFastInfosetReader {
   // Reads an element whose first octet was `first` and delivers its start; returns true when
   // its attribute list ended the element too.
   bool ReadElementStart(std::uint8_t first);
-  std::uint32_t QNameLiteral(std::uint8_t flags, bool element);
+  // A qualified name given as a literal: its record, entered in its table unless that is full.
+  const detail::CXmlEventName* QNameLiteral(std::uint8_t flags, bool element);
   void ReadProcessingInstruction(bool deliver);
   void SkipDocumentTypeDeclaration(std::uint8_t first, bool& documentEnded);
 
@@ -152,6 +153,8 @@ class CFastInfosetReader {
   std::size_t m_depth = 0;
   bool m_sawDocumentElement = false;
   std::vector<std::string> m_tables[StringTableCount];
+  // Per table, the literal that came last while the table was full.
+  std::string m_lastLiterals[StringTableCount];
   std::vector<QName> m_elementNames;
   std::vector<QName> m_attributeNames;
   std::deque<detail::CXmlEventName> m_names;
