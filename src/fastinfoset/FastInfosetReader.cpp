@@ -5,6 +5,7 @@
 #include "OvXmlLib6/fastinfoset/Encodings.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
 #include "core/Strings.h"
+#include "fastinfoset/Declarations.h"
 #include "fastinfoset/EncodingAlgorithms.h"
 #include "xml/Unicode.h"
 
@@ -28,19 +29,6 @@ constexpr std::size_t kHeaderProbe = 64;
 const char kXmlNamespace[] = "http://www.w3.org/XML/1998/namespace";
 const unsigned char kIdentification[] = {0xE0, 0x00, 0x00, 0x01};
 
-// The XML declarations that may precede the binary header, byte for byte.
-const char* const kDeclarations[] = {
-    "<?xml encoding='finf'?>",
-    "<?xml version='1.0' encoding='finf'?>",
-    "<?xml version='1.1' encoding='finf'?>",
-    "<?xml encoding='finf' standalone='no'?>",
-    "<?xml encoding='finf' standalone='yes'?>",
-    "<?xml version='1.0' encoding='finf' standalone='no'?>",
-    "<?xml version='1.1' encoding='finf' standalone='no'?>",
-    "<?xml version='1.0' encoding='finf' standalone='yes'?>",
-    "<?xml version='1.1' encoding='finf' standalone='yes'?>",
-};
-
 bool HasIdentificationAt(const unsigned char* data, std::size_t length, std::size_t at) {
   return length >= at + sizeof kIdentification &&
          std::memcmp(data + at, kIdentification, sizeof kIdentification) == 0;
@@ -51,7 +39,7 @@ bool HasIdentificationAt(const unsigned char* data, std::size_t length, std::siz
 long CFastInfosetReader::FindHeader(const unsigned char* data, std::size_t length) {
   if (data == nullptr) return -1;
   if (HasIdentificationAt(data, length, 0)) return 0;
-  for (const char* declaration : kDeclarations) {
+  for (const char* declaration : detail::kFInfoDeclarations) {
     const std::size_t size = std::strlen(declaration);
     if (length >= size && std::memcmp(data, declaration, size) == 0 &&
         HasIdentificationAt(data, length, size)) {

@@ -3,10 +3,12 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/fastinfoset/Encodings.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
+#include "fastinfoset/Declarations.h"
 #include "fastinfoset/EncodingAlgorithms.h"
 #include "xml/CharEncoding.h"
 #include "xml/Unicode.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -24,20 +26,6 @@ constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace";
 constexpr std::string_view kCDataStart = "<![CDATA[";
 constexpr std::string_view kCDataEnd = "]]>";
-
-// The XML declarations a document may start with, in FInfoDecl order (FInfoDecl_None has none).
-const char* const kDeclarations[] = {
-    "",
-    "<?xml encoding='finf'?>",
-    "<?xml version='1.0' encoding='finf'?>",
-    "<?xml version='1.1' encoding='finf'?>",
-    "<?xml encoding='finf' standalone='no'?>",
-    "<?xml encoding='finf' standalone='yes'?>",
-    "<?xml version='1.0' encoding='finf' standalone='no'?>",
-    "<?xml version='1.1' encoding='finf' standalone='no'?>",
-    "<?xml version='1.0' encoding='finf' standalone='yes'?>",
-    "<?xml version='1.1' encoding='finf' standalone='yes'?>",
-};
 
 [[noreturn]] void Fail(const std::string& what) {
   throw COvException("Failed to write FastInfoset. " + what);
@@ -256,7 +244,10 @@ class CFastInfosetEncoder {
 
   // ---- Strings
   // The UTF-8 form of internal text; `scratch` holds it when it must be converted.
-  std::string_view Utf8(std::string_view text, std::string& scratch);
+  std::string_view Utf8(std::string_view text, std::string& scratch) {
+    return m_utf8Internal && IsAscii(text) ? text : Utf8Slow(text, scratch);
+  }
+  std::string_view Utf8Slow(std::string_view text, std::string& scratch);
   // An identifying string or index (names, namespaces, prefixes, PI targets); returns the index
   // the string has afterwards, or 0 when the full table could not take it.
   std::uint32_t PutIdentifying(Table table, std::string_view utf8);
@@ -268,6 +259,9 @@ class CFastInfosetEncoder {
   // an alphabet, 3 for an algorithm) and wire id, or false when the value is written as text.
   bool EncodeTyped(int itemType, std::string_view text, int& kind, std::uint32_t& id);
   bool PackAlphabet(std::uint32_t alphabet, std::string_view text);
+  // The common values of the boolean and integer algorithms, encoded without a round trip
+  // through text; false for anything else, which takes the general path.
+  bool EncodeCommonForm(std::uint32_t algorithm, std::string_view text);
 
   // ---- Elements
   void BeforeItem();
@@ -281,6 +275,27 @@ class CFastInfosetEncoder {
     std::uint32_t index = 0;
     return m_tables[table].Find(utf8, 0, 0, index) ? index : 0;
   }
+  // The index of the namespace or prefix named last, which most names repeat: found again
+  // without hashing. Indexes never change, so what is kept stays right for the whole document.
+  struct LastPart {
+    Table table;
+    std::string text;
+    std::uint32_t index = 0;
+    // True when `utf8` is the part kept (and it has an index).
+    bool Is(std::string_view utf8) const {
+      return index != 0 && utf8.size() == text.size() &&
+             std::memcmp(utf8.data(), text.data(), utf8.size()) == 0;
+    }
+    std::uint32_t IndexOf(const CFastInfosetEncoder& encoder, std::string_view utf8) {
+      if (Is(utf8)) return index;
+      const std::uint32_t found = encoder.FindIndex(table, utf8);
+      if (found != 0) {
+        text.assign(utf8.data(), utf8.size());
+        index = found;
+      }
+      return found;
+    }
+  };
   // One namespace declaration: xmlns (empty prefix) or xmlns:prefix.
   void PutDeclaration(std::string_view prefix, std::string_view ns);
   // Declares a namespace on the open start tag after its name was written.
@@ -292,6 +307,13 @@ class CFastInfosetEncoder {
   std::string_view AttributePrefix(std::string_view ns);
   void CheckStartTagOpen(const char* what) const;
 
+  // The code of each character of a restricted alphabet (its position, or -1) and the bits per
+  // code; alphabets of characters beyond ASCII have 0 bits and are not used.
+  struct AlphabetCodes {
+    signed char code[128];
+    int bits = 0;
+  };
+
   CFastInfosetWriter& m_writer;
   CBinaryStream& m_stream;
   const CFastInfosetContext& m_fi;
@@ -299,6 +321,7 @@ class CFastInfosetEncoder {
   CFastInfosetContext::EncodedCharacterString m_encodings[CFastInfosetContext::EncodingTableSize];
   std::uint32_t m_attributeMaxAdd;
   std::uint32_t m_chunkMaxAdd;
+  std::vector<AlphabetCodes> m_alphabets;
   CTextEncoder m_encoder;
   bool m_utf8Internal;
 
@@ -318,6 +341,8 @@ class CFastInfosetEncoder {
   std::size_t m_declarationsEnd = kNone;
   bool m_tagHasAttributes = false;
 
+  LastPart m_lastNamespace{NamespaceName, {}, 0};
+  LastPart m_lastPrefix{Prefix, {}, 0};
   std::string m_nameScratch;
   std::string m_nsScratch;
   std::string m_valueScratch;
@@ -342,6 +367,17 @@ CFastInfosetEncoder::CFastInfosetEncoder(CFastInfosetWriter& writer, CBinaryStre
   }
   for (int type = 0; type < CFastInfosetContext::EncodingTableSize; ++type) {
     m_encodings[type] = m_fi.GetEncoding(type);
+  }
+  for (const std::string& characters : m_fi.GetVocabulary()->GetRestrictedAlphabets()) {
+    AlphabetCodes codes;
+    std::fill(std::begin(codes.code), std::end(codes.code), static_cast<signed char>(-1));
+    if (!characters.empty() && characters.size() < 128 && IsAscii(characters)) {
+      for (std::size_t i = characters.size(); i-- > 0;)
+        codes.code[static_cast<unsigned char>(characters[i])] = static_cast<signed char>(i);
+      codes.bits = 1;
+      while ((std::size_t{1} << codes.bits) <= characters.size()) ++codes.bits;
+    }
+    m_alphabets.push_back(codes);
   }
   m_capacity = CFastInfosetWriter::kBlockSize + 4096;
   m_buffer.reset(new unsigned char[m_capacity]);
@@ -515,8 +551,8 @@ void CFastInfosetEncoder::PutCount(std::size_t count) {
 
 // ---- Strings -----------------------------------------------------------------------------------
 
-std::string_view CFastInfosetEncoder::Utf8(std::string_view text, std::string& scratch) {
-  if (m_utf8Internal && (IsAscii(text) || IsValidUtf8(text))) return text;
+std::string_view CFastInfosetEncoder::Utf8Slow(std::string_view text, std::string& scratch) {
+  if (m_utf8Internal && IsValidUtf8(text)) return text;
   scratch.clear();
   m_encoder.ToUtf8(text, scratch);
   return scratch;
@@ -536,26 +572,17 @@ std::uint32_t CFastInfosetEncoder::PutIdentifying(Table table, std::string_view 
 }
 
 bool CFastInfosetEncoder::PackAlphabet(std::uint32_t alphabet, std::string_view text) {
-  const std::vector<std::string>& alphabets = m_fi.GetVocabulary()->GetRestrictedAlphabets();
-  if (alphabet == 0 || alphabet > alphabets.size() || text.empty()) return false;
-  const std::string& characters = alphabets[alphabet - 1];
-  // Single-byte alphabets only: the code of a character is its position.
-  if (characters.empty() || !IsAscii(characters)) return false;
-  int codes[128];
-  std::fill(std::begin(codes), std::end(codes), -1);
-  for (std::size_t i = 0; i < characters.size(); ++i) {
-    if (codes[static_cast<unsigned char>(characters[i])] < 0)
-      codes[static_cast<unsigned char>(characters[i])] = static_cast<int>(i);
-  }
-  int bits = 1;
-  while ((std::size_t{1} << bits) <= characters.size()) ++bits;
+  if (alphabet == 0 || alphabet > m_alphabets.size() || text.empty()) return false;
+  const AlphabetCodes& codes = m_alphabets[alphabet - 1];
+  if (codes.bits == 0) return false;
+  const int bits = codes.bits;
   m_payload.clear();
   std::uint32_t buffer = 0;
   int held = 0;
   for (char c : text) {
     const unsigned char byte = static_cast<unsigned char>(c);
-    if (byte >= 128 || codes[byte] < 0) return false;
-    buffer = (buffer << bits) | static_cast<std::uint32_t>(codes[byte]);
+    if (byte >= 128 || codes.code[byte] < 0) return false;
+    buffer = (buffer << bits) | static_cast<std::uint32_t>(codes.code[byte]);
     held += bits;
     while (held >= 8) {
       held -= 8;
@@ -568,6 +595,42 @@ bool CFastInfosetEncoder::PackAlphabet(std::uint32_t alphabet, std::string_view 
     m_payload += static_cast<char>(((buffer << (8 - held)) | ((1u << (8 - held)) - 1)) & 0xFF);
   }
   return true;
+}
+
+bool CFastInfosetEncoder::EncodeCommonForm(std::uint32_t algorithm, std::string_view text) {
+  m_payload.clear();
+  switch (algorithm) {
+    case FIAlgorithm_Boolean:
+      if (text == "true" || text == "false") {
+        m_payload += static_cast<char>(text[0] == 't' ? 0x38 : 0x30);
+        return true;
+      }
+      return false;
+    case FIAlgorithm_Short:
+    case FIAlgorithm_Int:
+    case FIAlgorithm_Long: {
+      // One integer in its canonical form ("0", or digits without a leading zero after an
+      // optional minus), which the algorithm gives back unchanged when it fits.
+      const bool negative = !text.empty() && text[0] == '-';
+      const std::string_view digits = text.substr(negative ? 1 : 0);
+      if (digits.empty() || digits.size() > 19 || (digits[0] == '0' && digits.size() > 1) ||
+          (negative && digits[0] == '0')) {
+        return false;
+      }
+      std::uint64_t magnitude = 0;
+      for (char c : digits) {
+        if (c < '0' || c > '9') return false;
+        magnitude = magnitude * 10 + static_cast<std::uint64_t>(c - '0');
+      }
+      const int width = algorithm == FIAlgorithm_Short ? 2 : algorithm == FIAlgorithm_Int ? 4 : 8;
+      const std::uint64_t limit = std::uint64_t{1} << (width * 8 - 1);
+      if (negative ? magnitude > limit : magnitude >= limit) return false;
+      PutBigEndian(negative ? ~magnitude + 1 : magnitude, width, m_payload);
+      return true;
+    }
+    default:
+      return false;
+  }
 }
 
 bool CFastInfosetEncoder::EncodeTyped(int itemType, std::string_view text, int& kind,
@@ -583,6 +646,11 @@ bool CFastInfosetEncoder::EncodeTyped(int itemType, std::string_view text, int& 
   if (encoding.kind != FIEncodingKind_Algorithm || encoding.index == 0 ||
       encoding.index > kBuiltInAlgorithms) {
     return false;
+  }
+  if (EncodeCommonForm(encoding.index, text)) {
+    kind = 3;
+    id = encoding.index - 1;
+    return true;
   }
   // The value goes out in the algorithm's form only when reading it back gives the same text;
   // anything else (a value that does not parse, or a form the algorithm does not keep, such as
@@ -779,8 +847,10 @@ void CFastInfosetEncoder::WriteInitialVocabulary(const CFIVocabulary& vocabulary
 
 void CFastInfosetEncoder::WriteHeader() {
   m_headerWritten = true;
-  const char* declaration = kDeclarations[m_declaration];
-  PutBytes(declaration, std::strlen(declaration));
+  if (m_declaration != FInfoDecl_None) {
+    const char* declaration = kFInfoDeclarations[m_declaration - 1];
+    PutBytes(declaration, std::strlen(declaration));
+  }
   static const unsigned char kIdentification[] = {0xE0, 0x00, 0x00, 0x01};
   PutBytes(kIdentification, sizeof kIdentification);
   const CFIVocabulary& vocabulary = *m_fi.GetVocabulary();
@@ -852,10 +922,19 @@ void CFastInfosetEncoder::InsertDeclaration(std::string_view prefix, std::string
 void CFastInfosetEncoder::PutName(bool element, std::string_view prefix, std::string_view ns,
                                   std::string_view localName) {
   const std::string_view local = Utf8(localName, m_valueScratch);
-  const std::string_view nsUtf8 = ns.empty() ? ns : Utf8(ns, m_nsScratch);
-  const std::string_view prefixUtf8 = prefix.empty() ? prefix : Utf8(prefix, m_nameScratch);
-  const std::uint32_t nsIndex = ns.empty() ? 0 : FindIndex(NamespaceName, nsUtf8);
-  const std::uint32_t prefixIndex = prefix.empty() ? 0 : FindIndex(Prefix, prefixUtf8);
+  // The namespace and prefix named last are mostly named again, and their text is then the
+  // UTF-8 kept for them already.
+  const bool sameNs = m_utf8Internal && m_lastNamespace.Is(ns);
+  const bool samePrefix = m_utf8Internal && m_lastPrefix.Is(prefix);
+  const std::string_view nsUtf8 = ns.empty() || sameNs ? ns : Utf8(ns, m_nsScratch);
+  const std::string_view prefixUtf8 =
+      prefix.empty() || samePrefix ? prefix : Utf8(prefix, m_nameScratch);
+  const std::uint32_t nsIndex = ns.empty() ? 0
+                                : sameNs   ? m_lastNamespace.index
+                                           : m_lastNamespace.IndexOf(*this, nsUtf8);
+  const std::uint32_t prefixIndex = prefix.empty() ? 0
+                                    : samePrefix   ? m_lastPrefix.index
+                                                   : m_lastPrefix.IndexOf(*this, prefixUtf8);
   CWriterTable& names = m_tables[element ? ElementName : AttributeName];
   const bool partsKnown = (ns.empty() || nsIndex != 0) && (prefix.empty() || prefixIndex != 0);
   std::uint32_t index = 0;

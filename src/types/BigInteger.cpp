@@ -15,6 +15,9 @@ namespace OvXmlLib6 {
 
 namespace {
 
+constexpr std::size_t kDefaultMaxDigits = 100000;
+std::size_t g_maxDigits = kDefaultMaxDigits;
+
 using detail::IsDigit;
 
 // The characters the plain integer reader accepts; any other sends the text to the decimal
@@ -94,6 +97,20 @@ CBigInteger& CBigInteger::operator=(CBigInteger&& other) noexcept {
 }
 
 CBigInteger::~CBigInteger() = default;
+
+std::size_t CBigInteger::GetMaxDigits() { return g_maxDigits; }
+
+void CBigInteger::RequireDigits(std::size_t count) {
+  if (count > g_maxDigits) {
+    throw COvOverFlowException(FormatString(
+        "The number has %zu digits, more than the limit of %zu (CBigInteger::SetMaxDigits)", count,
+        g_maxDigits));
+  }
+}
+
+void CBigInteger::SetMaxDigits(std::size_t digits) {
+  g_maxDigits = digits == 0 ? kDefaultMaxDigits : digits;
+}
 
 CBigInteger::CBigInteger(int sign, Digits digits)
     : m_sign(sign < 0 ? -1 : 1), m_digits(std::move(digits)) {
@@ -344,12 +361,16 @@ int CBigInteger::Compare(const Digits& a, const Digits& b) {
 
 void CBigInteger::ShiftLeft(Digits& v, std::size_t n) {
   if (v.empty() || n == 0) return;
+  RequireDigits(n > g_maxDigits ? n : v.size() + n);
   v.insert(v.begin(), n, 0);
 }
 
 void CBigInteger::Build(Digits& v, const char* begin, const char* end) {
   const char* first = end;
   while (first > begin && IsDigit(first[-1])) --first;
+  // Leading zeros do not count.
+  while (first < end && *first == '0') ++first;
+  RequireDigits(static_cast<std::size_t>(end - first));
   v.clear();
   v.reserve(static_cast<std::size_t>(end - first));
   for (const char* p = end; p > first;) v.push_back(static_cast<char>(*--p - '0'));
@@ -390,6 +411,7 @@ CBigInteger::Digits CBigInteger::Add(const Digits& a, const Digits& b) {
   }
   if (carry != 0) sum.push_back(1);
   Clean(sum);
+  RequireDigits(sum.size());
   return sum;
 }
 
@@ -409,6 +431,7 @@ CBigInteger::Digits CBigInteger::Multiply(const Digits& v, int digit) {
     product.push_back(static_cast<char>(p % 10));
     carry = p / 10;
   }
+  // No limit check: the division's multiples of its divisor may have one digit more.
   if (carry != 0) product.push_back(static_cast<char>(carry));
   return product;
 }
@@ -416,6 +439,8 @@ CBigInteger::Digits CBigInteger::Multiply(const Digits& v, int digit) {
 CBigInteger::Digits CBigInteger::Multiply(const Digits& a, const Digits& b) {
   Digits sum;
   if (a.empty() || b.empty()) return sum;
+  // The product has a.size() + b.size() - 1 digits or one more.
+  RequireDigits(a.size() + b.size() - 1);
   // For each non-zero multiplier digit, add that digit times the multiplicand, shifted to its
   // position, into the running sum with a decimal carry.
   sum.assign(a.size() + b.size(), 0);
@@ -436,6 +461,7 @@ CBigInteger::Digits CBigInteger::Multiply(const Digits& a, const Digits& b) {
     }
   }
   Clean(sum);
+  RequireDigits(sum.size());
   return sum;
 }
 
@@ -460,6 +486,7 @@ void CBigInteger::Divide(const Digits& dividend, const Digits& divisor, Digits& 
 }
 
 void CBigInteger::Pow10(Digits& v, std::size_t n) {
+  RequireDigits(n + 1);
   v.assign(n + 1, 0);
   v[n] = 1;
 }

@@ -200,6 +200,7 @@ void CDecimal::Parse(const char* text) {
   std::size_t first = 0;
   while (first < split && digits[first] == 0) ++first;
   if (first < split) {
+    CBigInteger::RequireDigits(integralZeros + (split - first));
     integral.reserve(integralZeros + (split - first));
     integral.assign(integralZeros, 0);
     for (std::size_t k = split; k > first;) integral.push_back(digits[--k]);

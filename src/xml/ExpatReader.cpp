@@ -31,34 +31,82 @@ inline bool IsPlainAscii(const char* text, std::size_t length) {
   return bad == 0;
 }
 
-// Throws for a parse that failed: what a callback threw, kept in `error`, or expat's message with
-// the line it stopped at.
-void CheckStatus(XML_Parser parser, XML_Status status, std::exception_ptr& error) {
-  if (error) {
-    std::exception_ptr thrown = std::move(error);
-    error = nullptr;
+}  // namespace
+
+namespace detail {
+
+CExpatFeed::CExpatFeed(XML_ParserStruct* parser, std::exception_ptr& error)
+    : m_parser(parser), m_error(error) {}
+
+void CExpatFeed::Check(int status) {
+  if (m_error) {
+    std::exception_ptr thrown = std::move(m_error);
+    m_error = nullptr;
     std::rethrow_exception(thrown);
   }
-  if (status != XML_STATUS_OK) {
-    const XML_Error code = XML_GetErrorCode(parser);
-    const char* message = XML_ErrorString(code);
-    throw COvException(FormatString("%s at line %d", detail::OrEmpty(message),
-                                    static_cast<int>(XML_GetCurrentLineNumber(parser))));
+  if (status == XML_STATUS_OK) return;
+  const XML_Error code = XML_GetErrorCode(m_parser);
+  const int line = static_cast<int>(XML_GetCurrentLineNumber(m_parser));
+  if (code == XML_ERROR_UNKNOWN_ENCODING && !m_transcoder.GetDeclaredEncoding().empty()) {
+    throw COvException(FormatString("unknown encoding '%s' (not known to iconv either) at line %d",
+                                    m_transcoder.GetDeclaredEncoding().c_str(), line));
+  }
+  throw COvException(FormatString("%s at line %d", OrEmpty(XML_ErrorString(code)), line));
+}
+
+void CExpatFeed::Feed(const unsigned char* data, std::size_t length, bool isFinal) {
+  if (m_inspected) {
+    FeedInspected(data, length, isFinal);
+    return;
+  }
+  // The declaration is looked at once, in the first bytes that hold all of it.
+  if (!m_head.empty() || !m_transcoder.Inspect(data, length, isFinal)) {
+    m_head.append(reinterpret_cast<const char*>(data), length);
+    if (!m_transcoder.Inspect(reinterpret_cast<const unsigned char*>(m_head.data()), m_head.size(),
+                              isFinal))
+      return;
+    data = nullptr;
+  }
+  m_inspected = true;
+  if (m_transcoder.IsActive() && XML_SetEncoding(m_parser, "UTF-8") != XML_STATUS_OK)
+    throw COvException("Failed to set the parser's input encoding");
+  if (data != nullptr) {
+    FeedInspected(data, length, isFinal);
+  } else {
+    const std::string head = std::move(m_head);
+    m_head.clear();
+    FeedInspected(reinterpret_cast<const unsigned char*>(head.data()), head.size(), isFinal);
   }
 }
 
-// Feeds a piece of a document to expat in parts of at most kPieceSize bytes.
-void Feed(XML_Parser parser, std::exception_ptr& error, const unsigned char* data,
-          std::size_t length, bool isFinal) {
-  const char* text = reinterpret_cast<const char*>(data);
+void CExpatFeed::FeedInspected(const unsigned char* data, std::size_t length, bool isFinal) {
+  if (!m_transcoder.IsActive()) {
+    FeedParser(reinterpret_cast<const char*>(data), length, isFinal);
+    return;
+  }
   do {
     const std::size_t piece = std::min(length, kPieceSize);
     const bool last = isFinal && piece == length;
-    CheckStatus(parser, XML_Parse(parser, text, static_cast<int>(piece), last), error);
+    m_transcoder.Convert(data, piece, last, m_converted);
+    FeedParser(m_converted.data(), m_converted.size(), last);
+    data += piece;
+    length -= piece;
+  } while (length != 0);
+}
+
+void CExpatFeed::FeedParser(const char* text, std::size_t length, bool isFinal) {
+  do {
+    const std::size_t piece = std::min(length, kPieceSize);
+    const bool last = isFinal && piece == length;
+    Check(XML_Parse(m_parser, text, static_cast<int>(piece), last));
     text += piece;
     length -= piece;
   } while (length != 0);
 }
+
+}  // namespace detail
+
+namespace {
 
 // Parser text (UTF-8) in the internal encoding, into `out` (replaced).
 void ToInternal(detail::CTextEncoder& encoder, const char* text, std::size_t length,
@@ -87,6 +135,7 @@ CExpatReader::CExpatReader(CXmlDocument* document, bool namespaces, bool keepCDA
   XML_SetCharacterDataHandler(m_parser, &CharacterDataHandler);
   XML_SetNamespaceDeclHandler(m_parser, &StartNamespaceHandler, &EndNamespaceHandler);
   if (keepCDATA) XML_SetCdataSectionHandler(m_parser, &StartCdataHandler, &EndCdataHandler);
+  m_feed.reset(new detail::CExpatFeed(m_parser, m_error));
   // Comments, processing instructions and the document type have no handler: they are dropped.
   // Expat's protection against entity expansion stays at its defaults.
 }
@@ -102,7 +151,7 @@ CExpatReader::~CExpatReader() {
 }
 
 void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
-  Feed(m_parser, m_error, data, length, isFinal);
+  m_feed->Feed(data, length, isFinal);
 }
 
 void CExpatReader::Fail() {
@@ -299,7 +348,9 @@ struct CExpatEventSource::Callbacks {
 };
 
 CExpatEventSource::CExpatEventSource(IXmlEventHandler& handler)
-    : m_handler(handler), m_parser(XML_ParserCreateNS(nullptr, kNameSeparator)) {
+    : m_handler(handler),
+      m_parser(XML_ParserCreateNS(nullptr, kNameSeparator)),
+      m_feed(m_parser, m_error) {
   if (m_parser == nullptr) throw std::bad_alloc();
   XML_SetUserData(m_parser, this);
   // Names come as "uri<sep>local<sep>prefix", so prefixes reach the handler.
@@ -317,16 +368,25 @@ CExpatEventSource::CExpatEventSource(IXmlEventHandler& handler)
 CExpatEventSource::~CExpatEventSource() { XML_ParserFree(m_parser); }
 
 void CExpatEventSource::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
-  Feed(m_parser, m_error, data, length, isFinal);
+  m_feed.Feed(data, length, isFinal);
 }
 
 void CExpatEventSource::Read(IByteSource& source) {
-  // The source fills expat's own buffer: no block is copied twice.
+  // Until the start of the document shows that expat reads it as it is (and for a document
+  // that must be transcoded, throughout), blocks go through the feed.
+  std::unique_ptr<unsigned char[]> block;
+  while (!m_feed.IsDirect()) {
+    if (!block) block.reset(new unsigned char[kReadBlock]);
+    const std::size_t got = source.Read(block.get(), kReadBlock);
+    m_feed.Feed(block.get(), got, got == 0);
+    if (got == 0) return;
+  }
+  // Then the source fills expat's own buffer: no block is copied twice.
   for (;;) {
     void* buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadBlock));
     if (buffer == nullptr) throw std::bad_alloc();
     const std::size_t got = source.Read(static_cast<unsigned char*>(buffer), kReadBlock);
-    CheckStatus(m_parser, XML_ParseBuffer(m_parser, static_cast<int>(got), got == 0), m_error);
+    m_feed.Check(XML_ParseBuffer(m_parser, static_cast<int>(got), got == 0));
     if (got == 0) return;
   }
 }

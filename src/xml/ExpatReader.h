@@ -8,6 +8,7 @@
 #include "OvXmlLib6/xml/XmlDocument.h"
 #include "xml/ByteSource.h"
 #include "xml/CharEncoding.h"
+#include "xml/InputTranscoder.h"
 #include "xml/XmlEvents.h"
 
 #include <cstddef>
@@ -24,7 +25,34 @@ namespace OvXmlLib6 {
 
 namespace detail {
 class CTreeStore;
-}
+
+// Feeds a document to one expat parser piece by piece, in parts expat takes without holding a
+// second copy of a large piece. A document whose declaration names an encoding expat does not
+// know, and iconv does, passes through the input transcoder on the way. Parse errors throw
+// COvException "<expat's message> at line <n>"; an exception a callback kept in `error` is
+// rethrown instead.
+class CExpatFeed {
+ public:
+  CExpatFeed(XML_ParserStruct* parser, std::exception_ptr& error);
+  void Feed(const unsigned char* data, std::size_t length, bool isFinal);
+  // True once the start of the document showed that expat reads the bytes as they are, so that
+  // a reader may hand them to expat's own buffer.
+  bool IsDirect() const { return m_inspected && !m_transcoder.IsActive(); }
+  // Throws for a parse that failed.
+  void Check(int status);
+
+ private:
+  void FeedInspected(const unsigned char* data, std::size_t length, bool isFinal);
+  void FeedParser(const char* text, std::size_t length, bool isFinal);
+
+  XML_ParserStruct* m_parser;
+  std::exception_ptr& m_error;
+  bool m_inspected = false;
+  std::string m_head;  // the start of the document while its declaration is incomplete
+  CInputTranscoder m_transcoder;
+  std::string m_converted;
+};
+}  // namespace detail
 
 class CExpatReader : private CInstanceMonitor {
  public:
@@ -61,6 +89,7 @@ class CExpatReader : private CInstanceMonitor {
   XML_ParserStruct* m_parser;
   std::string m_scratch;  // conversions of text pieces reuse it instead of allocating
   std::exception_ptr m_error;
+  std::unique_ptr<detail::CExpatFeed> m_feed;
 };
 
 namespace detail {
@@ -112,6 +141,7 @@ class CExpatEventSource {
   std::string m_scratch;
   std::string m_scratch2;
   std::exception_ptr m_error;
+  CExpatFeed m_feed;
 };
 
 }  // namespace detail

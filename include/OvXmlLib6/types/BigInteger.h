@@ -5,8 +5,10 @@
 // without any base conversion. Zero is held with the sign +1 after any arithmetic; a parsed "-0"
 // keeps -1 (it still prints as "0" and compares equal to zero).
 //
-// Every failure is a COvInvalidValueException; an operation that throws leaves its operands
-// unchanged.
+// No value has more than GetMaxDigits() digits (100,000 unless changed), read or computed:
+// reading a longer one, or an operation whose result would be longer (checked before the work,
+// so a hostile operand costs no time), throws COvOverFlowException. Every other failure is a
+// COvInvalidValueException; an operation that throws leaves its operands unchanged.
 #ifndef OVXMLLIB6_TYPES_BIGINTEGER_H
 #define OVXMLLIB6_TYPES_BIGINTEGER_H
 
@@ -30,6 +32,14 @@ class OVXML_API CBigInteger {
   static const CBigInteger MIN_LONGLONG;
   static const CBigInteger MAX_DOUBLE;
   static const CBigInteger MIN_DOUBLE;
+
+  // The most digits a value may have, process-wide, 100,000 by default: enough for any
+  // document value, and small enough that the schoolbook multiplication and division of the
+  // largest values take seconds, not hours. Meant to be set once at start-up: there is no lock.
+  // 0 restores the default. CDecimal values obey it too (integral and fraction digits count
+  // together), so raise it with CDecimal::SetMaxDecimalPlaces when that goes near it.
+  static std::size_t GetMaxDigits();
+  static void SetMaxDigits(std::size_t digits);
 
   // Zero.
   CBigInteger();
@@ -128,6 +138,8 @@ class OVXML_API CBigInteger {
                      Digits& remainder);
   // Sets v to 10^n.
   static void Pow10(Digits& v, std::size_t n);
+  // Throws COvOverFlowException when a value of `count` digits would pass GetMaxDigits().
+  static void RequireDigits(std::size_t count);
 
  private:
   friend class CDecimal;

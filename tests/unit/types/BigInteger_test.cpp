@@ -1,8 +1,10 @@
 #include "OvXmlLib6/types/BigInteger.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/types/Decimal.h"
 #include "unit/TestSupport.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -202,4 +204,44 @@ TEST(CBigInteger, NarrowsWithinBounds) {
                 [] { (void)static_cast<int>(CBigInteger("2147483648")); }),
             "ERROR: Value out of bound of int.");
   EXPECT_EQ(static_cast<int>(CBigInteger("-0")), 0);
+}
+
+// Absurd sizes are refused before any work: reading, multiplying, adding, shifting and powers of
+// ten whose result would pass the digit limit throw COvOverFlowException, decimals too. Most
+// checks run under a lowered limit; the ten-million-digit texts under the default one.
+TEST(CBigInteger, DigitLimitRefusesAbsurdValuesBeforeTheWork) {
+  const auto overflows = [](const std::function<void()>& operation) {
+    try {
+      operation();
+      return false;
+    } catch (const COvOverFlowException& e) {
+      return e.GetMessage().find("CBigInteger::SetMaxDigits") != std::string::npos;
+    } catch (const COvException& e) {
+      ADD_FAILURE() << e.GetMessage();
+      return false;
+    }
+  };
+  ASSERT_EQ(CBigInteger::GetMaxDigits(), 100000u);
+  const std::string tenMillion(10000000, '9');
+  EXPECT_TRUE(overflows([&] { CBigInteger value(tenMillion.c_str()); }));
+  EXPECT_TRUE(overflows([&] { CDecimal value(tenMillion.c_str()); }));
+  EXPECT_FALSE(overflows([&] { CDecimal value(("0." + tenMillion).c_str()); }));  // cut to 30
+  EXPECT_FALSE(overflows([&] { CDecimal value("1e99999"); }));                    // 100,000 digits
+  EXPECT_TRUE(overflows([&] { CBigInteger::Pow10(4000000000u); }));
+
+  CBigInteger::SetMaxDigits(20);
+  const CBigInteger big("99999999999999999999");  // 20 digits
+  EXPECT_EQ(CBigInteger("000099999999999999999999").ToString(), big.ToString());
+  EXPECT_TRUE(overflows([&] { CBigInteger value("199999999999999999999"); }));
+  EXPECT_TRUE(overflows([&] { CDecimal value("1e20"); }));
+  EXPECT_FALSE(overflows([&] { CDecimal value("1e19"); }));
+  EXPECT_TRUE(overflows([&] { CBigInteger::Pow10(20); }));
+  EXPECT_TRUE(overflows([&] { (void)(big * big); }));
+  EXPECT_TRUE(overflows([&] { (void)(big + CBigInteger(1)); }));
+  EXPECT_TRUE(overflows([&] { (void)(big * CBigInteger(2)); }));
+  EXPECT_FALSE(overflows([&] { (void)(big * CBigInteger(1)); }));
+  EXPECT_EQ((big / CBigInteger(3)).ToString(), "33333333333333333333");  // multiples may pass
+  EXPECT_EQ((big / big).ToString(), "1");
+  CBigInteger::SetMaxDigits(0);  // back to the default
+  EXPECT_EQ(CBigInteger::GetMaxDigits(), 100000u);
 }

@@ -2,6 +2,9 @@
 #include "xml/InputTranscoder.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/xml/XmlAttribute.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
+#include "OvXmlLib6/xml/XmlElement.h"
 #include "port/CodePage.h"
 
 #include <gtest/gtest.h>
@@ -63,6 +66,28 @@ TEST(InputTranscoder, LegacyEncodingsConvertToTheUtf8OriginalInAnyPieces) {
       ASSERT_TRUE(transcoder.IsActive());
       EXPECT_EQ(Transcode(transcoder, bytes, step), original);
     }
+  }
+}
+
+TEST(InputTranscoder, DocumentsInLegacyEncodingsReadAsTheirUtf8Original) {
+  for (const LegacyCase& c : kLegacyCases) {
+    SCOPED_TRACE(c.encoding);
+    const std::string bytes = Encode(Document(c.encoding, c.text), c.encoding);
+    CXmlDocument document;
+    document.LoadXmlStream(reinterpret_cast<const unsigned char*>(bytes.data()),
+                           static_cast<std::uint32_t>(bytes.size()));
+    const CXmlElement* root = document.GetDocumentElement();
+    EXPECT_EQ(root->GetText(), c.text);
+    ASSERT_EQ(root->GetAttributes().size(), 1u);
+    EXPECT_EQ(root->GetAttributes()[0]->GetValue(), c.text);
+  }
+  CXmlDocument document;
+  try {
+    document.LoadXml("<?xml version='1.0' encoding='x-no-such-charset'?><t/>");
+    ADD_FAILURE() << "an unknown encoding was accepted";
+  } catch (const COvException& e) {
+    EXPECT_EQ(e.GetMessage(),
+              "unknown encoding 'x-no-such-charset' (not known to iconv either) at line 1");
   }
 }
 
