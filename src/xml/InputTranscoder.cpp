@@ -53,7 +53,8 @@ bool CInputTranscoder::Inspect(const unsigned char* data, std::size_t length, bo
   const char* text = reinterpret_cast<const char*>(data);
   // Byte-order marks and UTF-16 without one are the parser's own business.
   const std::size_t prefix = std::min(window, sizeof kStart - 1);
-  if (std::memcmp(text, kStart, prefix) != 0) return true;
+  // No bytes at all (an empty last piece, whose pointer may be null) decide nothing yet.
+  if (prefix != 0 && std::memcmp(text, kStart, prefix) != 0) return true;
   if (window <= sizeof kStart - 1) return final;
   if (!IsSpace(data[5])) return true;
   const char* end = text + window;
