@@ -4,8 +4,12 @@
 set -euo pipefail
 
 packages=(cmake make g++ clang libclang-rt-14-dev clang-format pkg-config
-          libexpat1-dev zlib1g-dev libgtest-dev libgmock-dev libbenchmark-dev)
+          libexpat1-dev zlib1g-dev libgtest-dev libgmock-dev libbenchmark-dev
+          libfastinfoset-java)
 missing=()
+# The interoperability test runs an independent Fast Infoset codec written in Java: any Java 11 or
+# later runtime will do (the headless JRE carries the compiler its single-file launcher needs).
+command -v java >/dev/null 2>&1 || missing+=(default-jre-headless)
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
 done

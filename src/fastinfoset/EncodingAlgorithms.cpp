@@ -8,6 +8,8 @@
 #include "types/NumberText.h"
 #include "xml/CharEncoding.h"
 
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -54,6 +56,22 @@ std::uint64_t DoubleBits(double value) {
   std::uint64_t bits = 0;
   std::memcpy(&bits, &value, sizeof bits);
   return bits;
+}
+
+// The hexadecimal digits of UUIDs in the 8-4-4-4-12 form that documents carry, separated by
+// whitespace, as DecodeAlgorithm prints them.
+std::string UuidDigits(std::string_view text) {
+  std::string digits;
+  for (std::string_view value : SplitValues(text)) {
+    if (value.size() != 36 || value[8] != '-' || value[13] != '-' || value[18] != '-' ||
+        value[23] != '-') {
+      ThrowInvalid(FIAlgorithm_UUID);
+    }
+    for (std::size_t i = 0; i < value.size(); ++i) {
+      if (i != 8 && i != 13 && i != 18 && i != 23) digits += value[i];
+    }
+  }
+  return digits;
 }
 
 void EncodeHex(std::uint32_t algorithm, std::string_view text, std::string& out) {
@@ -118,6 +136,25 @@ std::string DecodeBoolean(const unsigned char* p, const unsigned char* limit) {
   return text;
 }
 
+// A real in the conversions' form, which keeps 7 (float) or 16 (double) significant digits. A
+// value that such text does not give back exactly is printed with 9 or 17 digits, as many as the
+// type can need, so that a value read from a document keeps its bits through its text.
+std::string RealText(float value) {
+  std::string text = CConversions::r4ToString(value, nullptr);
+  if (std::isfinite(value) && std::strtof(text.c_str(), nullptr) != value) {
+    text = CConversions::r4ToString(value, "%.9g");
+  }
+  return text;
+}
+
+std::string RealText(double value) {
+  std::string text = CConversions::r8ToString(value, nullptr);
+  if (std::isfinite(value) && std::strtod(text.c_str(), nullptr) != value) {
+    text = CConversions::r8ToString(value, "%.17g");
+  }
+  return text;
+}
+
 // Values of `width` octets each, joined by single spaces.
 std::string DecodeFixedWidth(std::uint32_t algorithm, int width, const unsigned char* p,
                              const unsigned char* limit) {
@@ -142,13 +179,13 @@ std::string DecodeFixedWidth(std::uint32_t algorithm, int width, const unsigned 
         const std::uint32_t bits32 = static_cast<std::uint32_t>(bits);
         float value = 0;
         std::memcpy(&value, &bits32, sizeof value);
-        text += CConversions::r4ToString(value, nullptr);
+        text += RealText(value);
         break;
       }
       default: {
         double value = 0;
         std::memcpy(&value, &bits, sizeof value);
-        text += CConversions::r8ToString(value, nullptr);
+        text += RealText(value);
         break;
       }
     }
@@ -175,8 +212,13 @@ const unsigned char* GetBigEndian(const unsigned char* p, const unsigned char* l
 
 void EncodeAlgorithm(std::uint32_t algorithm, std::string_view text, std::string& out) {
   switch (algorithm) {
-    case FIAlgorithm_Hexadecimal:
     case FIAlgorithm_UUID:
+      if (text.find('-') != std::string_view::npos) {
+        EncodeHex(algorithm, UuidDigits(text), out);
+        return;
+      }
+      [[fallthrough]];
+    case FIAlgorithm_Hexadecimal:
       EncodeHex(algorithm, text, out);
       return;
     case FIAlgorithm_Base64:
@@ -226,9 +268,19 @@ std::string DecodeAlgorithm(std::uint32_t algorithm, const unsigned char* p,
                             const unsigned char* limit) {
   const std::size_t length = static_cast<std::size_t>(limit - p);
   switch (algorithm) {
-    case FIAlgorithm_UUID:
+    case FIAlgorithm_UUID: {
       if (length % kUuidLength != 0) ThrowInvalid(algorithm);
-      [[fallthrough]];
+      static const char kDigits[] = "0123456789abcdef";
+      std::string text;
+      for (std::size_t i = 0; i < length; ++i) {
+        const std::size_t at = i % kUuidLength;
+        if (at == 0 && i > 0) text += ' ';
+        if (at == 4 || at == 6 || at == 8 || at == 10) text += '-';
+        text += kDigits[p[i] >> 4];
+        text += kDigits[p[i] & 0x0F];
+      }
+      return text;
+    }
     case FIAlgorithm_Hexadecimal: {
       std::string text(length * 2, '\0');
       if (length > 0) HexEncode(p, length, &text[0]);
@@ -258,6 +310,14 @@ std::string DecodeAlgorithm(std::uint32_t algorithm, const unsigned char* p,
     default:
       ThrowUnknownAlgorithm();
   }
+}
+
+std::string DecodeUuidDigits(const unsigned char* p, const unsigned char* limit) {
+  const std::size_t length = static_cast<std::size_t>(limit - p);
+  if (length % kUuidLength != 0) ThrowInvalid(FIAlgorithm_UUID);
+  std::string text(length * 2, '\0');
+  if (length > 0) HexEncode(p, length, &text[0]);
+  return text;
 }
 
 }  // namespace detail

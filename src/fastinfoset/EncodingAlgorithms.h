@@ -26,11 +26,17 @@ const unsigned char* GetBigEndian(const unsigned char* p, const unsigned char* l
 // carry.
 void EncodeAlgorithm(std::uint32_t algorithm, std::string_view text, std::string& out);
 
-// The text of the octets [p, limit) under the algorithm. Throws "Unknown byte encoding." for an
-// algorithm outside 1 to 10 and "Invalid value for <NAME> byte encoding." for octets the
-// algorithm cannot have produced (for example an odd count for SHORT).
+// The text of the octets [p, limit) under the algorithm, as a document's content reads; UUIDs are
+// in the 8-4-4-4-12 form of lower-case hexadecimal digits, separated by single spaces. Throws
+// "Unknown byte encoding." for an algorithm outside 1 to 10 and "Invalid value for <NAME> byte
+// encoding." for octets the algorithm cannot have produced (for example an odd count for SHORT).
 std::string DecodeAlgorithm(std::uint32_t algorithm, const unsigned char* p,
                             const unsigned char* limit);
+
+// The UUID algorithm's octets [p, limit) as plain hexadecimal digits, the form that
+// CFastInfosetBinaryData reads back. Throws "Invalid value for UUID byte encoding." unless the
+// octets are whole values.
+std::string DecodeUuidDigits(const unsigned char* p, const unsigned char* limit);
 
 }  // namespace detail
 }  // namespace OvXmlLib6

@@ -41,7 +41,10 @@ void CFastInfosetBinaryData::SetAsEncodedString(std::uint32_t algorithm, const s
 
 std::string CFastInfosetBinaryData::GetAsString(std::uint32_t algorithm) const {
   const unsigned char* data = GetData();
-  return detail::DecodeAlgorithm(algorithm, data, data == nullptr ? nullptr : data + GetLength());
+  const unsigned char* limit = data == nullptr ? nullptr : data + GetLength();
+  // UUIDs as the hexadecimal digits that SetAsEncodedString reads.
+  return algorithm == FIAlgorithm_UUID ? detail::DecodeUuidDigits(data, limit)
+                                       : detail::DecodeAlgorithm(algorithm, data, limit);
 }
 
 }  // namespace OvXmlLib6

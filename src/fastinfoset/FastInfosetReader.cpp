@@ -114,7 +114,7 @@ bool CFastInfosetReader::AtEnd() {
   if (m_source == nullptr) return true;
   m_base += m_pos;
   m_pos = 0;
-  m_length = m_source->Read(m_window.get(), m_capacity);
+  m_length = std::min(m_source->Read(m_window.get(), m_capacity), m_capacity);
   return m_length == 0;
 }
 

@@ -81,6 +81,11 @@ TEST(CFastInfosetBinaryData, RealListsDecodeInGeneralForm) {
   EXPECT_EQ(roundTrip(FIAlgorithm_Double, "NaN -INF INF 1.#QNAN -NAN"), "NaN -INF INF NaN NaN");
   EXPECT_EQ(roundTrip(FIAlgorithm_Double, "1e999 -1e999 1e-999 -0.0000e-999"), "INF -INF 0 -0");
   EXPECT_EQ(roundTrip(FIAlgorithm_Float, "+.5 5."), "0.5 5");
+  // Values that the short form would change get the digits that keep them.
+  EXPECT_EQ(Decoded(FIAlgorithm_Float, "47F120657F7FFFFF3DCCCCCD"),
+            "123456.789 3.40282347e+38 0.1");
+  EXPECT_EQ(Decoded(FIAlgorithm_Double, "3FD33333333333343FB999999999999A"),
+            "0.30000000000000004 0.1");
 }
 
 TEST(CFastInfosetBinaryData, HexadecimalAndUuidReadHexDigits) {
@@ -94,6 +99,18 @@ TEST(CFastInfosetBinaryData, HexadecimalAndUuidReadHexDigits) {
             "Invalid value for HEXADECIMAL byte encoding.");
   EXPECT_EQ(EncodeMessage(FIAlgorithm_Hexadecimal, "AZ"), "Invalid char in hex string [Z]");
   EXPECT_EQ(EncodeMessage(FIAlgorithm_UUID, "0123"), "Invalid value for UUID byte encoding.");
+  // UUIDs also read in the 8-4-4-4-12 form that documents carry, one value or several.
+  EXPECT_EQ(Encoded(FIAlgorithm_UUID, "01234567-89ab-cdef-FEDC-ba9876543210"), uuid);
+  EXPECT_EQ(Encoded(FIAlgorithm_UUID,
+                    " 01234567-89ab-cdef-fedc-ba9876543210\n00000000-0000-0000-ffff-ffffffffffff"),
+            std::string(uuid) + "0000000000000000FFFFFFFFFFFFFFFF");
+  for (const char* bad :
+       {"01234567-89ab-cdef-fedc-ba987654321", "0123456789ab-cdef-fedc-ba98-76543210",
+        "01234567-89ab-cdef-fedc-ba9876543210 0123"}) {
+    EXPECT_EQ(EncodeMessage(FIAlgorithm_UUID, bad), "Invalid value for UUID byte encoding.") << bad;
+  }
+  EXPECT_EQ(EncodeMessage(FIAlgorithm_UUID, "0123456x-89ab-cdef-fedc-ba9876543210"),
+            "Invalid char in hex string [x]");
 }
 
 TEST(CFastInfosetBinaryData, Base64ReadsAndWritesBase64) {

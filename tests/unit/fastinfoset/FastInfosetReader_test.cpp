@@ -161,10 +161,14 @@ TEST(FastInfosetReader, ReadsRealEncoderOutputAsTheSameTreeAsItsXml) {
       {Hex("E0 00 00 01 00 E1 00 61 FF 3C 00 72 F0 E2 40 78 F0"), "<?a?><r/><!--x-->"},
       {Hex("E0 00 00 01 00 38 CD 04 75 72 6E 3A 78 F0 3D 81 00 61 38 CC F0 3C 00 62 FF F0"),
        "<a xmlns='urn:x'><b xmlns=''/></a>"},
-      // Typed chunks: shorts, a boolean list, a double and a numeric-alphabet value.
+      // Typed chunks: shorts, a boolean list, a double, two UUIDs and a numeric-alphabet value.
       {Hex("E0 00 00 01 00 3C 00 72 3C 00 61 8C 0A 01 00 01 FF FE F0 3C 00 62 8C 14 1A F0"
-           "3C 00 64 8C 1E 05 C0 00 00 00 00 00 00 00 F0 3C 00 6E 98 02 01 A1 2C 5D 3F FF F0"),
-       "<r><a>1 -2</a><b>true false true</b><d>-2</d><n>-12.5e3</n></r>"},
+           "3C 00 64 8C 1E 05 C0 00 00 00 00 00 00 00 F0 3C 00 75 8C 22 1D"
+           "01 23 45 67 89 AB CD EF FE DC BA 98 76 54 32 10 00 00 00 00 00 00 00 00 FF FF FF FF"
+           "FF FF FF FF F0 3C 00 6E 98 02 01 A1 2C 5D 3F FF F0"),
+       "<r><a>1 -2</a><b>true false true</b><d>-2</d>"
+       "<u>01234567-89ab-cdef-fedc-ba9876543210 00000000-0000-0000-ffff-ffffffffffff</u>"
+       "<n>-12.5e3</n></r>"},
   };
   for (const Case& c : cases) {
     // A source that hands out the document in small pieces gives the same events.

@@ -195,8 +195,13 @@ TEST(NumberText, ConversionsAndFastInfosetEncodingsReadAndPrintAlike) {
       EXPECT_EQ(encoded.first, row.encoding);
     } else {
       EXPECT_EQ(encoded.first, row.outcome);
-      // A value decodes to the text the conversions print for it.
-      EXPECT_EQ(encoded.second, converted.second);
+      // A value decodes to the text the conversions print for it, unless that text would read
+      // back as another value: then the decoded real has the digits that keep its octets.
+      if (encoded.second != converted.second) {
+        EXPECT_TRUE(row.algorithm == FIAlgorithm_Float || row.algorithm == FIAlgorithm_Double);
+        EXPECT_NE(Encoded(row.algorithm, converted.second).first, row.outcome);
+        EXPECT_EQ(Encoded(row.algorithm, encoded.second).first, row.outcome);
+      }
     }
   }
 }
