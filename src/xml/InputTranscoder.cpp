@@ -54,8 +54,7 @@ bool CInputTranscoder::Inspect(const unsigned char* data, std::size_t length, bo
   // Byte-order marks and UTF-16 without one are the parser's own business.
   if (window == 0) return final;  // (data may be null then)
   const std::size_t prefix = std::min(window, sizeof kStart - 1);
-  // No bytes at all (an empty last piece, whose pointer may be null) decide nothing yet.
-  if (prefix != 0 && std::memcmp(text, kStart, prefix) != 0) return true;
+  if (std::memcmp(text, kStart, prefix) != 0) return true;
   if (window <= sizeof kStart - 1) return final;
   if (!IsSpace(data[5])) return true;
   const char* end = text + window;
