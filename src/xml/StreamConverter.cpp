@@ -428,7 +428,12 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
     sink = deflating.get();
   }
 
-  const CXmlSerializationContext context;
+  CXmlSerializationContext context;
+  // Values and text go into a Fast Infoset vocabulary table, which lives as long as the
+  // document, when they are short; a document of any size would fill the tables with them. Only
+  // names are indexed, so memory stays bounded by the document's distinct names.
+  context.GetFIContext().SetAttributeMaxAddLength(0);
+  context.GetFIContext().SetElementMaxAddLength(0);
   std::unique_ptr<CSinkBinaryStream> binary;
   std::unique_ptr<CSinkTextStream> text;
   std::unique_ptr<CXmlWriter> writer;

@@ -252,12 +252,13 @@ TEST(OvxmlTool, ConvertsInConstantMemory) {
   {
     std::ofstream file(big, std::ios::binary);
     file << "<list xmlns:p=\"urn:p\">\n";
-    std::string block;
-    for (int i = 0; i < 1000; ++i)
-      block +=
-          "  <p:item id=\"" + std::to_string(i) + "\">text &amp; <b>more</b><!--c--></p:item>\n";
-    for (std::size_t written = 0; written < 50u * 1024 * 1024; written += block.size())
-      file << block;
+    // Every value and text differs, as a Fast Infoset vocabulary would index them.
+    std::string line;
+    for (std::size_t i = 0, written = 0; written < 50u * 1024 * 1024; ++i, written += line.size()) {
+      const std::string n = std::to_string(i);
+      line = "  <p:item id=\"" + n + "\">text " + n + " &amp; <b>" + n + "</b><!--c--></p:item>\n";
+      file << line;
+    }
     file << "</list>\n";
   }
   // XML to XML and to Fast Infoset, and that back to XML.
