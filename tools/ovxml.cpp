@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <getopt.h>
 #include <memory>
 #include <new>
 #include <string>
@@ -23,22 +24,26 @@ constexpr std::uint64_t kProgressThreshold = 50ull * 1024 * 1024;
 
 const char kUsage[] =
     "Usage: ovxml convert [options] IN OUT\n"
-    "       ovxml --help\n"
+    "       ovxml --help | --version\n"
     "\n"
     "Converts the document IN to XML text or Fast Infoset and writes it to OUT as it reads\n"
     "it, in constant memory whatever its size. Text, child elements, comments and processing\n"
     "instructions keep their order, and namespace declarations and prefixes stay where they\n"
     "were; the document type declaration is not kept. IN and OUT may be '-' for standard\n"
     "input and standard output. The kind of input is recognised from its content: XML text in\n"
-    "any encoding the parser knows (UTF-8, UTF-16, ISO-8859-1, US-ASCII) or Fast Infoset,\n"
-    "either optionally gzip- or zlib-compressed. A failed conversion leaves no output file.\n"
+    "UTF-8, UTF-16 or any encoding its declaration names that iconv knows (ISO-8859-15,\n"
+    "windows-1252, Shift_JIS, GB18030, ...), or Fast Infoset, either optionally gzip- or\n"
+    "zlib-compressed. A failed conversion leaves no output file.\n"
     "\n"
     "Options:\n"
-    "  --to xml      output XML text (the default)\n"
+    "  --to xml      output XML text (the default); also --to=xml\n"
     "  --to fi       output Fast Infoset (ITU-T X.891), which starts without an XML declaration\n"
     "  --gzip        compress the output with gzip\n"
     "  --zlib        compress the output in the zlib format\n"
+    "  -q, --quiet   no summary line\n"
     "  -h, --help    show this help\n"
+    "  -V, --version show the version\n"
+    "  --            ends the options (for file names that start with '-')\n"
     "For XML text output only:\n"
     "  --utf16       write UTF-16 (little-endian, with a byte-order mark) instead of UTF-8\n"
     "  --format      indent the output, one element per line; whitespace-only text between\n"
@@ -48,8 +53,10 @@ const char kUsage[] =
     "  --crlf        end lines with CR LF instead of LF\n"
     "  --no-header   leave out the XML declaration\n"
     "\n"
-    "A one-line summary goes to standard error; the exit status is 0 on success, 1 when the\n"
-    "conversion fails and 2 for a usage error.\n";
+    "A one-line summary goes to standard error unless --quiet; the exit status is 0 on success,\n"
+    "1 when the conversion fails and 2 for a usage error.\n";
+
+const char kVersion[] = "ovxml (OvXmlLib6) 6.0.0\n";
 
 struct Options {
   bool gzip = false;
@@ -59,6 +66,9 @@ struct Options {
   bool crlf = false;
   bool noHeader = false;
   bool fastInfoset = false;
+  bool quiet = false;
+  bool help = false;
+  bool version = false;
   std::string in;
   std::string out;
 };
@@ -83,35 +93,81 @@ void SetOutputKind(Options& options, const std::string& kind) {
   }
 }
 
-Options ParseArguments(const std::vector<std::string>& args) {
+// Options by getopt_long: GNU style, so "--to fi" and "--to=fi" both work, options and files
+// may come in any order, and "--" ends the options.
+Options ParseArguments(int argc, char** argv) {
+  enum { kTo = 256, kGzip, kZlib, kUtf16, kFormat, kCrlf, kNoHeader };
+  static const option kOptions[] = {{"to", required_argument, nullptr, kTo},
+                                    {"gzip", no_argument, nullptr, kGzip},
+                                    {"zlib", no_argument, nullptr, kZlib},
+                                    {"utf16", no_argument, nullptr, kUtf16},
+                                    {"format", no_argument, nullptr, kFormat},
+                                    {"crlf", no_argument, nullptr, kCrlf},
+                                    {"no-header", no_argument, nullptr, kNoHeader},
+                                    {"quiet", no_argument, nullptr, 'q'},
+                                    {"help", no_argument, nullptr, 'h'},
+                                    {"version", no_argument, nullptr, 'V'},
+                                    {nullptr, 0, nullptr, 0}};
   Options options;
-  std::vector<std::string> files;
-  // args[0] is the program, args[1] the command.
-  for (std::size_t i = 2; i < args.size(); ++i) {
-    const std::string& a = args[i];
-    if (a == "--to") {
-      if (i + 1 >= args.size()) Fail("--to needs a value (xml or fi)", 2);
-      SetOutputKind(options, args[++i]);
-    } else if (a.rfind("--to=", 0) == 0) {
-      SetOutputKind(options, a.substr(5));
-    } else if (a == "--gzip") {
-      options.gzip = true;
-    } else if (a == "--zlib") {
-      options.zlib = true;
-    } else if (a == "--utf16") {
-      options.utf16 = true;
-    } else if (a == "--format") {
-      options.format = true;
-    } else if (a == "--crlf") {
-      options.crlf = true;
-    } else if (a == "--no-header") {
-      options.noHeader = true;
-    } else if (a == "-" || a.empty() || a[0] != '-') {
-      files.push_back(a);
-    } else {
-      Fail("unknown option '" + a + "'", 2);
+  opterr = 0;  // the messages are the tool's own
+  optind = 1;
+  for (;;) {
+    const int c = getopt_long(argc, argv, ":qhV", kOptions, nullptr);
+    if (c == -1) break;
+    switch (c) {
+      case kTo:
+        SetOutputKind(options, optarg);
+        break;
+      case kGzip:
+        options.gzip = true;
+        break;
+      case kZlib:
+        options.zlib = true;
+        break;
+      case kUtf16:
+        options.utf16 = true;
+        break;
+      case kFormat:
+        options.format = true;
+        break;
+      case kCrlf:
+        options.crlf = true;
+        break;
+      case kNoHeader:
+        options.noHeader = true;
+        break;
+      case 'q':
+        options.quiet = true;
+        break;
+      case 'h':
+        options.help = true;
+        break;
+      case 'V':
+        options.version = true;
+        break;
+      case ':':
+        for (const option* o = kOptions; o->name != nullptr; ++o) {
+          if (o->val == optopt) Fail(std::string("--") + o->name + " needs a value (xml or fi)", 2);
+        }
+        Fail("an option needs a value; try 'ovxml --help'", 2);
+      default: {
+        const std::string option = optopt != 0 && optopt < 256
+                                       ? std::string("-") + static_cast<char>(optopt)
+                                       : std::string(argv[optind - 1]);
+        Fail("unknown option '" + option + "'; try 'ovxml --help'", 2);
+      }
     }
   }
+  if (options.help || options.version) return options;
+  std::vector<std::string> files(argv + optind, argv + argc);
+  // The first operand is the command.
+  if (files.empty()) Fail(std::string("no command given\n\n") + kUsage, 2);
+  if (files[0] == "help") {
+    options.help = true;
+    return options;
+  }
+  if (files[0] != "convert") Fail("unknown command '" + files[0] + "'; try 'ovxml --help'", 2);
+  files.erase(files.begin());
   if (options.gzip && options.zlib) Fail("--gzip and --zlib cannot be combined", 2);
   if (options.fastInfoset && (options.utf16 || options.format || options.crlf))
     Fail("--utf16, --format and --crlf are for XML text output, not Fast Infoset", 2);
@@ -197,12 +253,14 @@ class OutputFile {
   bool m_temporary = false;
 };
 
-int Convert(const std::vector<std::string>& args) {
-  const Options options = ParseArguments(args);
+int Convert(const Options& options) {
   const auto start = std::chrono::steady_clock::now();
   Progress progress;
 
   const bool useStdin = options.in == "-";
+  struct stat inInfo;
+  if (!useStdin && stat(options.in.c_str(), &inInfo) == 0 && S_ISDIR(inInfo.st_mode))
+    Fail("'" + options.in + "' is a directory, not a document");
   std::FILE* in = useStdin ? stdin : std::fopen(options.in.c_str(), "rb");
   if (in == nullptr) Fail("cannot open '" + options.in + "': " + std::strerror(errno));
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> inGuard(useStdin ? nullptr : in, &std::fclose);
@@ -237,6 +295,7 @@ int Convert(const std::vector<std::string>& args) {
   out.Commit();
   progress.Clear();
 
+  if (options.quiet) return 0;
   const double seconds =
       std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   std::fprintf(stderr,
@@ -253,22 +312,17 @@ int Convert(const std::vector<std::string>& args) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> args(argv, argv + argc);
   try {
-    if (args.size() < 2) Fail(std::string("no command given\n\n") + kUsage, 2);
-    const std::string& command = args[1];
-    if (command == "--help" || command == "-h" || command == "help") {
+    const Options options = ParseArguments(argc, argv);
+    if (options.help) {
       std::fputs(kUsage, stdout);
       return 0;
     }
-    if (command != "convert") Fail("unknown command '" + command + "'; try ovxml --help", 2);
-    for (std::size_t i = 2; i < args.size(); ++i) {
-      if (args[i] == "--help" || args[i] == "-h") {
-        std::fputs(kUsage, stdout);
-        return 0;
-      }
+    if (options.version) {
+      std::fputs(kVersion, stdout);
+      return 0;
     }
-    return Convert(args);
+    return Convert(options);
   } catch (const ToolError& e) {
     std::fprintf(stderr, "ovxml: error: %s\n", e.message.c_str());
     return e.status;

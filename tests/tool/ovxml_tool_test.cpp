@@ -190,8 +190,13 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
     const char* error;
   } cases[] = {
       {"--help", 0, ""},
+      {"convert --version", 0, ""},
       {"", 2, "Usage: ovxml convert"},
-      {"convert --bogus a b", 2, "unknown option '--bogus'"},
+      {"convert --bogus a b", 2, "unknown option '--bogus'; try 'ovxml --help'"},
+      {"convert -x a b", 2, "unknown option '-x'"},
+      {"convert a b --to", 2, "--to needs a value"},
+      {"transmogrify a b", 2, "unknown command 'transmogrify'"},
+      {"convert '" + ::testing::TempDir() + "' '" + out + "'", 1, "is a directory, not a document"},
       {"convert --gzip --zlib a b", 2, ""},
       {"convert onlyone", 2, ""},
       {"convert --to fi --utf16 '" + kSample + "' '" + out + "'", 2, "for XML text output"},
@@ -210,6 +215,18 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
     EXPECT_NE(run.err.find(c.error), std::string::npos) << run.err;
   }
   EXPECT_FALSE(std::ifstream(out).good()) << "a failed conversion left an output file";
+  // GNU conventions: --opt=value, options after the files, -- before a file named like an
+  // option, and --quiet without the summary line.
+  const std::string dashed = Temp("-dashed.fi");
+  const ToolRun quiet = Tool("convert '" + kSample + "' -- --to=fi -q '" + dashed + "'");
+  EXPECT_EQ(quiet.status, 2) << quiet.err;  // after --, "--to=fi" is a file name
+  const ToolRun run = Tool("convert '" + kSample + "' --to=fi -q -- '" + dashed + "'");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(ReadFile(dashed).substr(0, 4), std::string("\xE0\x00\x00\x01", 4));
+  EXPECT_EQ(Tool("--version > '" + dashed + "'").status, 0);
+  EXPECT_EQ(ReadFile(dashed), "ovxml (OvXmlLib6) 6.0.0\n");
+  std::remove(dashed.c_str());
   for (const std::string& name : {bad, fi, text, cut}) std::remove(name.c_str());
 }
 
