@@ -271,6 +271,7 @@ void CXmlDocument::AsyncParse(bool last) {
 // ---- Parsing -------------------------------------------------------------------------------
 
 void CXmlDocument::Parse() {
+  bool brokenCompression = false;
   if (detail::LooksCompressed(m_input, m_inputLength)) {
     CBinaryData inflated;
     if (detail::TryInflate(m_input, m_inputLength, inflated)) {
@@ -278,14 +279,28 @@ void CXmlDocument::Parse() {
       m_ownedInput.reset(inflated.ReleaseData());
       m_input = m_ownedInput.get();
       m_inputLength = length;
+    } else {
+      // Anything else (not compressed after all, or cut short) is parsed as it is.
+      brokenCompression = true;
     }
-    // Anything else (not compressed after all, or cut short) is parsed as it is.
   }
   // A Fast Infoset document is read by its own reader, whose events build the tree; like the text
   // reader the builder calls ElementStarted once an element has its attributes, so that an
   // observer sees every element.
   if (ParseFastInfoset()) return;
-  ParseText();
+  if (!brokenCompression) {
+    ParseText();
+    return;
+  }
+  try {
+    ParseText();
+  } catch (COvException& e) {
+    // The parser's message alone ("not well-formed") would hide the likely cause.
+    throw COvException(
+        "The input starts like gzip or zlib data, but the compressed data is truncated or "
+        "corrupt; read as text instead, it fails",
+        std::move(e));
+  }
 }
 
 namespace {
