@@ -242,8 +242,13 @@ class CFastInfosetEncoder {
   void PutLengthOnBit5(std::uint8_t high, std::size_t length);
   void PutLengthOnBit7(std::uint8_t high, std::size_t length);
   void PutIntegerOnBit2(std::uint8_t high, std::uint32_t value);
-  void PutIntegerOnBit3(std::uint8_t high, std::uint32_t value);
-  void PutIntegerOnBit4(std::uint8_t high, std::uint32_t value);
+  void PutIntegerOnBit3(std::uint8_t high, std::uint32_t value) {
+    PutIntegerOnBit3Or4(0, high, value);
+  }
+  void PutIntegerOnBit4(std::uint8_t high, std::uint32_t value) {
+    PutIntegerOnBit3Or4(1, high, value);
+  }
+  void PutIntegerOnBit3Or4(int shift, std::uint8_t high, std::uint32_t value);
   void PutCount(std::size_t count);
 
   // ---- Strings
@@ -488,53 +493,31 @@ void CFastInfosetEncoder::PutIntegerOnBit2(std::uint8_t high, std::uint32_t valu
   }
 }
 
-void CFastInfosetEncoder::PutIntegerOnBit3(std::uint8_t high, std::uint32_t value) {
+// The integers starting on bit 3 and on bit 4 have the same four forms, those of bit 4 with one
+// bit less in each: their flags and ranges are those of bit 3 shifted right by `shift` (0 or 1).
+void CFastInfosetEncoder::PutIntegerOnBit3Or4(int shift, std::uint8_t high, std::uint32_t value) {
+  const std::uint32_t oneOctet = 32u >> shift;
+  const std::uint32_t twoOctets = oneOctet + (2048u >> shift);
+  const std::uint32_t threeOctets = twoOctets + (524288u >> shift);
   Reserve(4);
   unsigned char* out = m_buffer.get() + m_pos;
-  if (value <= 32) {
+  if (value <= oneOctet) {
     out[0] = static_cast<std::uint8_t>(high | (value - 1));
     m_pos += 1;
-  } else if (value <= 2080) {
-    const std::uint32_t v = value - 33;
-    out[0] = static_cast<std::uint8_t>(high | 0x20 | (v >> 8));
+  } else if (value <= twoOctets) {
+    const std::uint32_t v = value - oneOctet - 1;
+    out[0] = static_cast<std::uint8_t>(high | (0x20 >> shift) | (v >> 8));
     out[1] = static_cast<std::uint8_t>(v);
     m_pos += 2;
-  } else if (value <= 526368) {
-    const std::uint32_t v = value - 2081;
-    out[0] = static_cast<std::uint8_t>(high | 0x28 | (v >> 16));
+  } else if (value <= threeOctets) {
+    const std::uint32_t v = value - twoOctets - 1;
+    out[0] = static_cast<std::uint8_t>(high | (0x28 >> shift) | (v >> 16));
     out[1] = static_cast<std::uint8_t>(v >> 8);
     out[2] = static_cast<std::uint8_t>(v);
     m_pos += 3;
   } else {
-    const std::uint32_t v = value - 526369;
-    out[0] = static_cast<std::uint8_t>(high | 0x30);
-    out[1] = static_cast<std::uint8_t>(v >> 16);
-    out[2] = static_cast<std::uint8_t>(v >> 8);
-    out[3] = static_cast<std::uint8_t>(v);
-    m_pos += 4;
-  }
-}
-
-void CFastInfosetEncoder::PutIntegerOnBit4(std::uint8_t high, std::uint32_t value) {
-  Reserve(4);
-  unsigned char* out = m_buffer.get() + m_pos;
-  if (value <= 16) {
-    out[0] = static_cast<std::uint8_t>(high | (value - 1));
-    m_pos += 1;
-  } else if (value <= 1040) {
-    const std::uint32_t v = value - 17;
-    out[0] = static_cast<std::uint8_t>(high | 0x10 | (v >> 8));
-    out[1] = static_cast<std::uint8_t>(v);
-    m_pos += 2;
-  } else if (value <= 263184) {
-    const std::uint32_t v = value - 1041;
-    out[0] = static_cast<std::uint8_t>(high | 0x14 | (v >> 16));
-    out[1] = static_cast<std::uint8_t>(v >> 8);
-    out[2] = static_cast<std::uint8_t>(v);
-    m_pos += 3;
-  } else {
-    const std::uint32_t v = value - 263185;
-    out[0] = static_cast<std::uint8_t>(high | 0x18);
+    const std::uint32_t v = value - threeOctets - 1;
+    out[0] = static_cast<std::uint8_t>(high | (0x30 >> shift));
     out[1] = static_cast<std::uint8_t>(v >> 16);
     out[2] = static_cast<std::uint8_t>(v >> 8);
     out[3] = static_cast<std::uint8_t>(v);

@@ -53,26 +53,21 @@ std::string Transcode(detail::CInputTranscoder& transcoder, const std::string& b
   return all;
 }
 
-TEST(InputTranscoder, LegacyEncodingsConvertToTheUtf8OriginalInAnyPieces) {
+// Each document reads as its UTF-8 original, converted in any pieces (a character may be cut
+// between two) and through the document reader.
+TEST(InputTranscoder, LegacyEncodingsReadAsTheirUtf8Original) {
   for (const LegacyCase& c : kLegacyCases) {
     SCOPED_TRACE(c.encoding);
     const std::string original = Document(c.encoding, c.text);
     const std::string bytes = Encode(original, c.encoding);
     ASSERT_NE(bytes, original);
-    for (std::size_t step : {std::size_t{1}, std::size_t{3}, bytes.size()}) {
+    for (std::size_t step : {std::size_t{1}, std::size_t{3}}) {
       detail::CInputTranscoder transcoder;
       ASSERT_TRUE(transcoder.Inspect(reinterpret_cast<const unsigned char*>(bytes.data()),
                                      bytes.size(), true));
       ASSERT_TRUE(transcoder.IsActive());
       EXPECT_EQ(Transcode(transcoder, bytes, step), original);
     }
-  }
-}
-
-TEST(InputTranscoder, DocumentsInLegacyEncodingsReadAsTheirUtf8Original) {
-  for (const LegacyCase& c : kLegacyCases) {
-    SCOPED_TRACE(c.encoding);
-    const std::string bytes = Encode(Document(c.encoding, c.text), c.encoding);
     CXmlDocument document;
     document.LoadXmlStream(reinterpret_cast<const unsigned char*>(bytes.data()),
                            static_cast<std::uint32_t>(bytes.size()));
