@@ -120,6 +120,12 @@ TEST(GeneratedClasses, LibraryRoundTripsAndReachesEveryKindOfMember) {
   // A group reference with a nested optional choice; mixed content; anyType; wildcards.
   EXPECT_EQ(library->GetOpening()->GetOpeningChoice()->GetSelectedElement(), "closedFor");
   EXPECT_EQ(library->GetNote()->GetText(), "Open  except holidays.");
+  ASSERT_EQ(library->GetEvents()->GetEventsChoice()->GetCount(), 3);
+  EXPECT_EQ(library->GetEvents()->GetEventsChoice()->Item(1)->GetReading(), "Odes");
+  ASSERT_EQ(library->GetClosures()->GetClosuresSequence()->GetCount(), 2);
+  EXPECT_EQ(
+      CConversions::dateToString(library->GetClosures()->GetClosuresSequence()->Item(1)->GetFrom()),
+      "2026-12-31");
   EXPECT_EQ(library->GetExtra()->GetChildElements()->GetCount(), 1);
   EXPECT_EQ(library->GetAny()->GetCount(), 2);
 }

@@ -276,15 +276,17 @@ class CReader {
     return name;
   }
 
+  // A class name not used yet: the prefix, the stem (numbered from 2 when taken), the suffix.
   std::string ClassName(const std::string& stem) {
-    return UniqueName(m_naming.classPrefix + stem + m_naming.classSuffix);
+    std::string name = m_naming.classPrefix + stem + m_naming.classSuffix;
+    for (int n = 2; m_names.count(name) != 0; ++n) {
+      name = m_naming.classPrefix + stem + std::to_string(n) + m_naming.classSuffix;
+    }
+    m_names.insert(name);
+    return name;
   }
 
-  // The stem of a class name: the name without the prefix and suffix.
-  std::string StemOf(const CClassModel& model) const {
-    std::string stem = model.name.substr(m_naming.classPrefix.size());
-    return stem.substr(0, stem.size() - m_naming.classSuffix.size());
-  }
+  static const std::string& StemOf(const CClassModel& model) { return model.stem; }
 
   static int Occurs(const CDoc& doc, const CXmlElement* element, const char* name, CReader* self) {
     std::string text;
@@ -506,6 +508,9 @@ class CReader {
   CClassModel* NewClass(const CDoc& doc, const CXmlElement* at, const std::string& stem) {
     auto model = std::make_unique<CClassModel>();
     model->name = ClassName(PascalCase(stem));
+    model->stem = model->name.substr(
+        m_naming.classPrefix.size(),
+        model->name.size() - m_naming.classPrefix.size() - m_naming.classSuffix.size());
     model->targetNamespace = doc.targetNamespace;
     model->file = doc.path;
     model->line = doc.tree->GetElementLine(at);
@@ -789,7 +794,6 @@ class CReader {
 
   void AddGroupMember(CDoc& doc, CXmlElement* particle, CClassModel* model, CClassModel* group,
                       GroupKind kind, bool optional, int minOccurs, int maxOccurs) {
-    if (maxOccurs != 1) Fail(doc, particle, "a repeated model group cannot be mapped");
     CMemberModel member;
     member.kind = CMemberModel::Kind::Class;
     member.pseudo = true;
