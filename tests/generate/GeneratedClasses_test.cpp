@@ -112,8 +112,10 @@ TEST(GeneratedClasses, LibraryRoundTripsAndReachesEveryKindOfMember) {
   // Repeated simple values, enumerated ones as their texts.
   EXPECT_EQ(library->GetShelf()->GetCount(), 2);
   EXPECT_EQ(library->GetGenre()->Item(0), "poetry");
-  // An abstract type chosen by xsi:type, whose extension holds a choice.
-  const auto* square = dynamic_cast<const lib::CSquare*>(library->GetExhibit().get());
+  // A repeated abstract type, chosen by xsi:type; an extension that holds a choice.
+  ASSERT_EQ(library->GetExhibit()->GetCount(), 2);
+  EXPECT_NE(dynamic_cast<const lib::CCircle*>(library->GetExhibit()->Item(1).get()), nullptr);
+  const auto* square = dynamic_cast<const lib::CSquare*>(library->GetExhibit()->Item(0).get());
   ASSERT_NE(square, nullptr);
   EXPECT_TRUE(square->GetRotated());
   EXPECT_EQ(square->GetSquareChoice()->GetSelectedElement(), "diagonal");
@@ -146,7 +148,7 @@ TEST(GeneratedClasses, BuiltFromTheAccessorsTheLibraryWritesAndReadsBack) {
   CSmartPtr<lib::CCircle> circle = new lib::CCircle();
   circle->SetLabel("Globe");
   circle->SetRadius(0.5);
-  library->SetExhibit(circle);
+  library->GetExhibit()->Add(circle);
   CXmlSerializationContext noDefaults;
   noDefaults.SetNoOptionalAttributeDefaultOutput(true);
   const std::string xml = library->ToXml(false, false, EOLType_LF, noDefaults);
@@ -154,7 +156,7 @@ TEST(GeneratedClasses, BuiltFromTheAccessorsTheLibraryWritesAndReadsBack) {
   EXPECT_NE(xml.find(":exhibit"), std::string::npos) << xml;
   EXPECT_NE(xml.find(":author id=\"x1\">"), std::string::npos) << xml;  // no xsi:type
   const CSmartPtr<lib::CLibrary> again = ExpectRoundTrip<lib::CLibrary>(xml);
-  EXPECT_NE(dynamic_cast<const lib::CCircle*>(again->GetExhibit().get()), nullptr);
+  EXPECT_NE(dynamic_cast<const lib::CCircle*>(again->GetExhibit()->Item(0).get()), nullptr);
   EXPECT_EQ(again->GetVersion(), "1.0");  // the fixed value, never set
 }
 
@@ -189,7 +191,7 @@ TEST(GeneratedClasses, InvalidDocumentsAndValuesFail) {
       {"a text that is not of the enumeration", replaced("genre=\"fiction\"", "genre=\"drama\""),
        "The value [drama] is not one of the enumeration [ProseGenre]"},
       {"an xsi:type that names no extension", replaced("xsi:type=\"Square\"", "xsi:type=\"Cube\""),
-       "The unexpected element [exhibit] remains un processed"},
+       "Failed to find a suitable substitution element for [exhibit]"},
       {"an unknown attribute", replaced("shelf=\"2\"", "shelf=\"2\" colour=\"red\""), "colour"},
       {"a value out of its range",
        replaced("<published>1813</published>", "<published>1200</published>"), "1200"},

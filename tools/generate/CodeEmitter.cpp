@@ -285,6 +285,9 @@ class CEmitter {
       case Kind::Class:
         return std::string(member.pseudo ? "CGroupCollection<" : "CMemberCollection<") +
                member.type->name + ">";
+      case Kind::Substitution:
+        return "CSubstitutionCollection<" + member.type->name + ", &" + m_factory +
+               "::" + SubstitutionFunction(*member.type) + ">";
       case Kind::AnyElement:
         return "OvXmlLib6::CElementCol";
       case Kind::AnyAttribute:
@@ -315,7 +318,8 @@ class CEmitter {
     for (const std::string& name : m_options.schemaNames) out << " " << name;
     out << ", and the helpers\n// the classes share.\n" << kGeneratedBy;
     out << "#ifndef " << guard << "\n#define " << guard << "\n\n";
-    out << "#include <OvXmlLib6.h>\n\n#include <cstdint>\n#include <string>\n\n";
+    out << "#include <OvXmlLib6.h>\n\n#include <cstdint>\n#include <string>\n#include "
+           "<typeinfo>\n\n";
     out << OpenNamespace();
     out << R"(// An optional member of a simple type: its value and whether it is set. An unset member is not
 // written.
@@ -425,6 +429,61 @@ class CGroupCollection : public CMemberCollection<T> {
            "writes these\n"
            "  // classes any more (at the end of the program); a later use builds them again.\n";
     out << "  static void CleanUp();\n};\n\n";
+    out << R"(// The collection of a repeated member whose type is abstract or extended: each element makes
+// the object of the class its xsi:type names (through `Create`), and items of an extension of
+// T write their xsi:type.
+template <class T, OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> (*Create)(OvXmlLib6::CXmlElement*)>
+class CSubstitutionCollection : public OvXmlLib6::CXmlCollection {
+ public:
+  using iterator = OvXmlLib6::COvIterator<T>;
+  using const_iterator = OvXmlLib6::COvIterator<T>;
+  CSubstitutionCollection(const char* elementName, const char* ns, int minOccurs, int maxOccurs)
+      : OvXmlLib6::CXmlCollection(elementName, ns, minOccurs, maxOccurs) {}
+  // Appends the item, renamed to the collection's element name; null throws.
+  void Add(T* item) { AppendItem(Marked(item)); }
+  void AddAt(int index, T* item) { AddItemAt(index, Marked(item)); }
+  void AddAfter(const T* after, T* item) { AddAfterItem(after, Marked(item)); }
+  void AddBefore(const T* before, T* item) { AddBeforeItem(before, Marked(item)); }
+  OvXmlLib6::CSmartPtr<T> Item(int index) const {
+    return static_cast<T*>(GetNodeAtIndex(index)->GetItem());
+  }
+  iterator begin() const { return iterator(GetHead()); }
+  iterator end() const { return iterator(); }
+
+ protected:
+  OvXmlLib6::CXmlElement* FromXml_Int(OvXmlLib6::CXmlElement* /*parent*/,
+                                      OvXmlLib6::CXmlElement* current,
+                                      const OvXmlLib6::CXmlSerializationContext& context,
+                                      bool /*flag*/) override {
+    const std::string& name = GetCollectionElementName();
+    const std::string ns = GetNamespace();
+    while (current != nullptr &&
+           DoesElementNameMatch(context, current, name.c_str(), ns.c_str())) {
+      const OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> made = Create(current);
+      T* item = dynamic_cast<T*>(made.get());
+      if (item == nullptr) {
+        throw OvXmlLib6::COvValidationException(OvXmlLib6::FormatString(
+            "Failed to find a suitable substitution element for [%s]", name.c_str()));
+      }
+      OvXmlLib6::CXmlObjectBase::FromXml_Int(Marked(item), current, current->GetFirstElement(),
+                                             context);
+      AppendItem(item);
+      current = current->GetNextSiblingElement();
+    }
+    return current;
+  }
+
+ private:
+  T* Marked(T* item) const {
+    if (item != nullptr) {
+      item->SetWriteXsiType(typeid(*item) != typeid(T));
+      OvXmlLib6::CXmlObjectBase::SetElementName(item, GetCollectionElementName().c_str());
+    }
+    return item;
+  }
+};
+
+)";
     out << R"(namespace detail {
 
 // The three tables of one class.
@@ -922,8 +981,11 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
           text += ")";
           break;
         case Kind::Substitution:
-          text = prefix + "AbsCls" + card + common + ", " + elementType + ", &" + m_factory +
-                 "::" + SubstitutionFunction(*member.type) + ")";
+          text = prefix + "AbsCls" + card + common + ", " + elementType;
+          if (member.cardinality != Cardinality::Collection) {
+            text += ", &" + m_factory + "::" + SubstitutionFunction(*member.type);
+          }
+          text += ")";
           break;
         case Kind::AnyElement:
           text = prefix + "Untpd" + card + common;
@@ -1022,7 +1084,7 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
                Literal(member.restriction) + ", " + Literal(model.targetNamespace) + occurs +
                ");\n";
       }
-      if (member.kind == Kind::Class) {
+      if (member.kind == Kind::Class || member.kind == Kind::Substitution) {
         return "  " + field + " = new " + CollectionType(member) + "(" + name + occurs + ");\n";
       }
       const CFacets& facets = member.simple.facets;

@@ -1142,13 +1142,6 @@ class CReader {
     }
     for (const auto& model : m_set.classes) {
       for (const CMemberModel& member : model->elements) {
-        if (member.kind == CMemberModel::Kind::Substitution &&
-            member.cardinality == Cardinality::Collection) {
-          throw CSchemaError(model->file, model->line,
-                             "a repeated element of an abstract or extended type cannot be "
-                             "mapped (<xs:element name=\"" +
-                                 member.xmlName + "\">)");
-        }
         if (member.kind == CMemberModel::Kind::Substitution && model->group == GroupKind::All) {
           throw CSchemaError(model->file, model->line,
                              "an element of an abstract or extended type in an all group cannot "
