@@ -121,6 +121,12 @@ TEST_F(GenerateTool, BadSchemasFailWithFileLineAndConstruct) {
                          "  <xs:element name=\"m\" substitutionGroup=\"h\" type=\"xs:int\"/>\n")}},
        "a.xsd:5:",
        "substitution groups cannot be mapped"},
+      {"an occurrence count that is not one",
+       {{"a.xsd", Schema("  <xs:group name=\"G\"><xs:sequence>\n"
+                         "    <xs:element name=\"a\" type=\"xs:int\" maxOccurs=\"99999999999\"/>\n"
+                         "  </xs:sequence></xs:group>\n")}},
+       "a.xsd:5:",
+       "invalid maxOccurs '99999999999'"},
       {"an unknown facet",
        {{"a.xsd", Schema("  <xs:simpleType name=\"S\">\n    <xs:restriction base=\"xs:int\">\n"
                          "      <xs:colour value=\"red\"/>\n    </xs:restriction>\n"

@@ -1237,8 +1237,23 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
              ".IsSet()) {\n        value." + set + "(" + field +
              ".Get());\n      } else {\n        value.SetInvalid();\n      }\n";
     }
-    return "      if (read) {\n        value." + set + "(" + field +
-           ");\n      } else {\n        " + field + " = " + get + ";\n      }\n";
+    std::string check;
+    if (member.kind == Kind::Text) {
+      // The text has no descriptor to check its facets: it checks them itself when written.
+      CFacets facets = member.simple.facets;
+      if (member.simple.enumeration != nullptr)
+        facets.enumerations = member.simple.enumeration->values;
+      if (HasFacets(facets)) {
+        check =
+            "        static const CPrimitiveRestrictions facets = [] {\n"
+            "          CPrimitiveRestrictions made(" +
+            FacetArguments(facets) + ");\n" + FacetSetters(facets, "made.", "          ") +
+            "          return made;\n        }();\n        facets.Check(" +
+            Literal(model.elementName) + ", value);\n";
+      }
+    }
+    return "      if (read) {\n        value." + set + "(" + field + ");\n" + check +
+           "      } else {\n        " + field + " = " + get + ";\n      }\n";
   }
 
   std::string AccessProperty(const CClassModel& model) const {

@@ -74,6 +74,20 @@ std::string Trim(const std::string& text) {
   return text.substr(first, last - first + 1);
 }
 
+// A count (occurrences, a length facet): decimal digits, blanks around them allowed, at most
+// INT_MAX.
+bool ParseCount(const std::string& text, int* value) {
+  const std::string digits = Trim(text);
+  if (digits.empty() || digits.size() > 10 ||
+      digits.find_first_not_of("0123456789") != std::string::npos) {
+    return false;
+  }
+  const long long parsed = std::stoll(digits);
+  if (parsed > INT_MAX) return false;
+  *value = static_cast<int>(parsed);
+  return true;
+}
+
 std::string LowerFirst(std::string text) {
   if (!text.empty() && text[0] >= 'A' && text[0] <= 'Z') text[0] = static_cast<char>(text[0] + 32);
   return text;
@@ -296,12 +310,11 @@ class CReader {
       if (std::string(name) == "maxOccurs") return -1;
       self->Fail(doc, element, "minOccurs cannot be unbounded");
     }
-    char* end = nullptr;
-    const long value = std::strtol(text.c_str(), &end, 10);
-    if (text.empty() || *end != '\0' || value < 0 || value > INT_MAX) {
+    int value = 0;
+    if (!ParseCount(text, &value)) {
       self->Fail(doc, element, std::string("invalid ") + name + " '" + text + "'");
     }
-    return static_cast<int>(value);
+    return value;
   }
 
   // ---- Simple types ----
@@ -394,12 +407,9 @@ class CReader {
       std::string value;
       if (!Attribute(facet, "value", &value)) Fail(doc, facet, "a facet needs a value");
       const auto number = [&]() {
-        char* end = nullptr;
-        const long parsed = std::strtol(Trim(value).c_str(), &end, 10);
-        if (Trim(value).empty() || *end != '\0' || parsed < 0 || parsed > INT_MAX) {
-          Fail(doc, facet, "invalid facet value '" + value + "'");
-        }
-        return static_cast<int>(parsed);
+        int parsed = 0;
+        if (!ParseCount(value, &parsed)) Fail(doc, facet, "invalid facet value '" + value + "'");
+        return parsed;
       };
       if (isList && (kind == "length" || kind == "minLength" || kind == "maxLength")) {
         Fail(doc, facet, "a length facet of a list type cannot be mapped (lists are held as text)");
