@@ -103,6 +103,10 @@ class CReader {
   explicit CReader(const CNaming& naming) : m_naming(naming) {}
 
   CSchemaSet Read(const std::vector<std::string>& files) {
+    // A schema named on the command line has its own output, whoever reaches it first.
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      m_named.emplace(Canonical(files[i], nullptr, nullptr), static_cast<int>(i));
+    }
     for (std::size_t i = 0; i < files.size(); ++i) {
       Load(files[i], static_cast<int>(i), nullptr, nullptr);
       CDoc* named = m_byPath[Canonical(files[i], nullptr, nullptr)];
@@ -152,6 +156,8 @@ class CReader {
             const std::string* chameleonNamespace = nullptr) {
     const std::string canonical = Canonical(path, from, at);
     if (m_byPath.count(canonical) != 0) return;  // seen before: include and import cycles end
+    const auto named = m_named.find(canonical);
+    if (named != m_named.end()) output = named->second;
     auto doc = std::make_unique<CDoc>();
     doc->path = path;
     doc->output = output;
@@ -1166,6 +1172,7 @@ class CReader {
   CSchemaSet m_set;
   std::vector<std::unique_ptr<CDoc>> m_docs;
   std::map<std::string, CDoc*> m_byPath;
+  std::map<std::string, int> m_named;  // canonical path of each named schema: its output
   std::map<CQName, CComponent> m_types, m_elements, m_attributes, m_groups, m_attributeGroups;
   std::map<const CXmlElement*, CClassModel*> m_classes;
   std::map<const CXmlElement*, CSimpleType> m_simpleTypes;
