@@ -22,6 +22,12 @@ constexpr uInt kMaxZlibStep = std::numeric_limits<uInt>::max();
 [[noreturn]] void ThrowCompressFailed(int zlibResult) {
   throw COvException(FormatString("Failed to compress data. [Error Code: %d]", zlibResult));
 }
+
+[[noreturn]] void ThrowInflatedTooLarge(std::uint64_t limit) {
+  throw COvException(FormatString(
+      "Failed to inflate the compressed input: it expands beyond the limit of %llu bytes",
+      static_cast<unsigned long long>(limit)));
+}
 }  // namespace
 
 void SetMaxInflatedSize(std::uint64_t bytes) {
@@ -61,12 +67,10 @@ bool TryInflate(const unsigned char* data, std::size_t length, CBinaryData& out)
     const std::size_t got = kInflateChunk - zs.avail_out;
     if (result != Z_OK && result != Z_STREAM_END) break;
     produced += got;
-    if (produced > g_maxInflated || produced > std::numeric_limits<std::uint32_t>::max()) {
-      throw COvException(FormatString(
-          "Failed to inflate the compressed input: it expands beyond the limit of %llu bytes",
-          static_cast<unsigned long long>(
-              std::min<std::uint64_t>(g_maxInflated, std::numeric_limits<std::uint32_t>::max()))));
-    }
+    // A byte block holds at most 4 GiB, whatever the limit.
+    const std::uint64_t limit =
+        std::min<std::uint64_t>(g_maxInflated, std::numeric_limits<std::uint32_t>::max());
+    if (produced > limit) ThrowInflatedTooLarge(limit);
     out.Append(chunk.get(), static_cast<std::uint32_t>(got));
   }
   return result == Z_STREAM_END;
@@ -154,7 +158,10 @@ std::size_t CInflatingSource::Read(unsigned char* buffer, std::size_t capacity) 
                                       static_cast<unsigned long long>(m_consumed - zs.avail_in)));
     }
   }
-  return room - zs.avail_out;
+  const std::size_t got = room - zs.avail_out;
+  m_produced += got;
+  if (m_produced > g_maxInflated) ThrowInflatedTooLarge(g_maxInflated);
+  return got;
 }
 
 CDeflater::CDeflater(int compressionType) : m_zlib(new CZlibStream()) {

@@ -31,8 +31,9 @@ struct CZlibStream;
 
 // Inflates gzip or zlib input (detected from the header) taken piece by piece from another
 // source, in bounded memory. Concatenated gzip members are read one after the other. Corrupt
-// input and input that ends inside the compressed stream fail with COvException
-// "Failed to inflate the compressed input: ...".
+// input, input that ends inside the compressed stream and input that inflates to more than the
+// limit set with SetMaxInflatedSize (checked after each piece, so a bomb is refused as soon as
+// it passes the limit) fail with COvException "Failed to inflate the compressed input: ...".
 class CInflatingSource : public IByteSource {
  public:
   // `input` must outlive this source.
@@ -51,6 +52,7 @@ class CInflatingSource : public IByteSource {
   bool m_inputEnded = false;
   bool m_streamEnded = false;
   std::uint64_t m_consumed = 0;  // compressed bytes handed to zlib, for messages
+  std::uint64_t m_produced = 0;  // inflated bytes delivered, against the limit
 };
 
 // Compresses output piece by piece at level 1, as gzip (type 1) or zlib (type 2).

@@ -76,6 +76,22 @@ TEST(Compression, InflationIsCappedByTheProcessLimit) {
               detail::TryInflate(bomb.GetData(), bomb.GetLength(), out);
             }).find("limit of 1048576 bytes"),
             std::string::npos);
+  // Piece by piece, the limit stops the stream at the first piece past it.
+  test::CMemorySource packed(test::Bytes(bomb), 4096);
+  detail::CInflatingSource inflating(packed);
+  std::uint64_t delivered = 0;
+  std::string piece(65536, '\0');
+  EXPECT_NE(test::MessageOf([&] {
+              for (;;) {
+                const std::size_t got =
+                    inflating.Read(reinterpret_cast<unsigned char*>(&piece[0]), piece.size());
+                if (got == 0) break;
+                delivered += got;
+              }
+            }).find("limit of 1048576 bytes"),
+            std::string::npos);
+  EXPECT_LE(delivered, std::uint64_t{1} << 20);
+  EXPECT_GT(delivered, (std::uint64_t{1} << 20) - piece.size());
   SetMaxInflatedSize(0);
   EXPECT_EQ(GetMaxInflatedSize(), std::uint64_t{1} << 30);
   EXPECT_TRUE(detail::TryInflate(bomb.GetData(), bomb.GetLength(), out));
