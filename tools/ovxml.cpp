@@ -226,8 +226,10 @@ class Progress {
   ~Progress() { Clear(); }
   void Reading(std::uint64_t done, std::uint64_t total) {
     if (!m_enabled || (total < kProgressThreshold && done < kProgressThreshold)) return;
-    if (done - m_lastShown < 8 * 1024 * 1024 && done != total) return;
-    m_lastShown = done;
+    // At most five lines a second: the terminal must not slow the conversion down.
+    const auto now = std::chrono::steady_clock::now();
+    if (m_shown && now - m_lastShown < std::chrono::milliseconds(200)) return;
+    m_lastShown = now;
     if (total != 0) {
       Show("converting: %.1f of %.1f MB read (%d%%)", Megabytes(done), Megabytes(total),
            static_cast<int>(done * 100 / total));
@@ -250,7 +252,7 @@ class Progress {
   }
   bool m_enabled;
   bool m_shown = false;
-  std::uint64_t m_lastShown = 0;
+  std::chrono::steady_clock::time_point m_lastShown;
 };
 
 // The output file: written under a temporary name beside it and renamed when the conversion has
