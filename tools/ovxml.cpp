@@ -1,6 +1,7 @@
 // ovxml: command-line front end of the library. `ovxml convert` converts a document (XML text in
 // any encoding the parser knows, optionally gzip- or zlib-compressed) as it reads it, in bounded
 // memory, into the form asked for.
+#include "generate/Generate.h"
 #include "xml/StreamConverter.h"
 
 #include <OvXmlLib6.h>
@@ -27,6 +28,7 @@ constexpr std::uint64_t kProgressThreshold = 4ull * 1024 * 1024;
 
 const char kUsage[] =
     "Usage: ovxml convert [options] IN OUT\n"
+    "       ovxml generate [options] -o DIR SCHEMA.xsd...  (see 'ovxml generate --help')\n"
     "       ovxml --help | --version\n"
     "\n"
     "Converts the document IN to XML text or Fast Infoset and writes it to OUT as it reads\n"
@@ -368,6 +370,10 @@ int Convert(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // The schema compiler has options of its own.
+  if (argc > 1 && std::strcmp(argv[1], "generate") == 0) {
+    return ovxml_generate::RunGenerate(argc - 1, argv + 1);
+  }
   try {
     const Options options = ParseArguments(argc, argv);
     if (options.help) {

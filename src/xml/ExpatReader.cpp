@@ -235,6 +235,9 @@ void CExpatReader::Convert(const char* text, std::size_t length, std::string& ou
 
 void CExpatReader::OnStartElement(const char* name, const char** attributes) {
   CXmlElement* element = m_document->AddElement(m_store->InternParserName(name));
+  if (m_document->m_recordLines) {
+    m_document->m_lines[element] = static_cast<std::uint32_t>(XML_GetCurrentLineNumber(m_parser));
+  }
   if (attributes[0] == nullptr) {
     m_document->ElementStarted(element);
     return;

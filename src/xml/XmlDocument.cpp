@@ -92,6 +92,7 @@ void CXmlDocument::Cleanup() {
   m_documentElement = nullptr;
   m_elementStack.clear();
   m_aliases.clear();
+  m_lines.clear();
   m_ownedInput.reset();
   m_input = nullptr;
   m_inputLength = 0;
