@@ -19,6 +19,8 @@ namespace {
 // Large inputs are fed in pieces of this size: expat copies what it is given into its own
 // buffer, so one call with a whole document would hold a second copy of it.
 constexpr std::size_t kPieceSize = 256 * 1024;
+// The block size for sources read through expat's own buffer.
+constexpr std::size_t kReadBlock = 64 * 1024;
 
 // True when every byte is ASCII other than NUL and carriage return: every code page the library
 // accepts for its internal strings is a superset of ASCII, so such text is taken as it is.
@@ -104,6 +106,26 @@ void CExpatFeed::FeedParser(const char* text, std::size_t length, bool isFinal) 
   } while (length != 0);
 }
 
+void CExpatFeed::Read(IByteSource& source) {
+  // Until the start of the document shows that expat reads it as it is (and for a document
+  // that must be transcoded, throughout), blocks go through the feed.
+  std::unique_ptr<unsigned char[]> block;
+  while (!IsDirect()) {
+    if (!block) block.reset(new unsigned char[kReadBlock]);
+    const std::size_t got = source.Read(block.get(), kReadBlock);
+    Feed(block.get(), got, got == 0);
+    if (got == 0) return;
+  }
+  // Then the source fills expat's own buffer: no block is copied twice.
+  for (;;) {
+    void* buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadBlock));
+    if (buffer == nullptr) Check(XML_STATUS_ERROR);  // out of memory, with expat's message
+    const std::size_t got = source.Read(static_cast<unsigned char*>(buffer), kReadBlock);
+    Check(XML_ParseBuffer(m_parser, static_cast<int>(got), got == 0));
+    if (got == 0) return;
+  }
+}
+
 }  // namespace detail
 
 namespace {
@@ -153,6 +175,8 @@ CExpatReader::~CExpatReader() {
 void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
   m_feed->Feed(data, length, isFinal);
 }
+
+void CExpatReader::Read(detail::IByteSource& source) { m_feed->Read(source); }
 
 void CExpatReader::Fail() {
   m_error = std::current_exception();
@@ -282,8 +306,6 @@ namespace {
 // Separates the parts of expanded names. No XML 1.0 document can hold this character, so it
 // never stands inside a namespace URI, a local name or a prefix.
 constexpr char kNameSeparator = '\x01';
-// The block size for sources read through expat's own buffer.
-constexpr std::size_t kReadBlock = 64 * 1024;
 }  // namespace
 
 // expat's callbacks. Each catches everything: no exception may unwind through expat's C frames.
@@ -371,25 +393,7 @@ void CExpatEventSource::Parse(const unsigned char* data, std::size_t length, boo
   m_feed.Feed(data, length, isFinal);
 }
 
-void CExpatEventSource::Read(IByteSource& source) {
-  // Until the start of the document shows that expat reads it as it is (and for a document
-  // that must be transcoded, throughout), blocks go through the feed.
-  std::unique_ptr<unsigned char[]> block;
-  while (!m_feed.IsDirect()) {
-    if (!block) block.reset(new unsigned char[kReadBlock]);
-    const std::size_t got = source.Read(block.get(), kReadBlock);
-    m_feed.Feed(block.get(), got, got == 0);
-    if (got == 0) return;
-  }
-  // Then the source fills expat's own buffer: no block is copied twice.
-  for (;;) {
-    void* buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadBlock));
-    if (buffer == nullptr) throw std::bad_alloc();
-    const std::size_t got = source.Read(static_cast<unsigned char*>(buffer), kReadBlock);
-    m_feed.Check(XML_ParseBuffer(m_parser, static_cast<int>(got), got == 0));
-    if (got == 0) return;
-  }
-}
+void CExpatEventSource::Read(IByteSource& source) { m_feed.Read(source); }
 
 void CExpatEventSource::Convert(const char* text, std::size_t length, std::string& out) {
   ToInternal(m_encoder, text, length, out);

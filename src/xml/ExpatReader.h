@@ -35,6 +35,8 @@ class CExpatFeed {
  public:
   CExpatFeed(XML_ParserStruct* parser, std::exception_ptr& error);
   void Feed(const unsigned char* data, std::size_t length, bool isFinal);
+  // Feeds the whole source, block by block, to its end.
+  void Read(IByteSource& source);
   // True once the start of the document showed that expat reads the bytes as they are, so that
   // a reader may hand them to expat's own buffer.
   bool IsDirect() const { return m_inspected && !m_transcoder.IsActive(); }
@@ -66,6 +68,8 @@ class CExpatReader : private CInstanceMonitor {
   // Feeds one piece of the document. Throws COvException "<expat's message> at line <n>" when
   // the text is not well-formed, or rethrows what a callback threw.
   void Parse(const unsigned char* data, std::size_t length, bool isFinal);
+  // Parses the whole source, block by block, to its end.
+  void Read(detail::IByteSource& source);
 
  private:
   static void StartElementHandler(void* self, const char* name, const char** attributes);
