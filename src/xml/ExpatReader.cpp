@@ -37,6 +37,39 @@ inline bool IsPlainAscii(const char* text, std::size_t length) {
 
 namespace detail {
 
+void CUtf16Check::Scan(const unsigned char* data, std::size_t length) {
+  const unsigned char* const end = data + length;
+  while (data != end) {
+    m_pending[m_pendingLength++] = *data++;
+    if (m_pendingLength < 2) continue;
+    m_pendingLength = 0;
+    if (m_order == kUnknown) {
+      const unsigned a = m_pending[0];
+      const unsigned b = m_pending[1];
+      if ((a == 0xFF && b == 0xFE) || (a == '<' && b == 0)) {
+        m_order = kLittle;
+      } else if ((a == 0xFE && b == 0xFF) || (a == 0 && b == '<')) {
+        m_order = kBig;
+      } else {
+        m_order = kOff;
+        return;
+      }
+      m_offset += 2;
+      continue;
+    }
+    const unsigned high = m_order == kLittle ? m_pending[1] : m_pending[0];
+    const bool lowSurrogate = (high & 0xFC) == 0xDC;
+    if (lowSurrogate != m_highSurrogate) {
+      // A high surrogate without its low one is reported where it stands.
+      throw COvException(
+          FormatString("Invalid byte sequence for the encoding UTF-16 at byte offset %llu",
+                       m_highSurrogate ? m_offset - 2 : m_offset));
+    }
+    m_highSurrogate = (high & 0xFC) == 0xD8;
+    m_offset += 2;
+  }
+}
+
 CExpatFeed::CExpatFeed(XML_ParserStruct* parser, std::exception_ptr& error)
     : m_parser(parser), m_error(error) {}
 
@@ -83,6 +116,7 @@ void CExpatFeed::Feed(const unsigned char* data, std::size_t length, bool isFina
 
 void CExpatFeed::FeedInspected(const unsigned char* data, std::size_t length, bool isFinal) {
   if (!m_transcoder.IsActive()) {
+    m_utf16.Check(data, length);
     FeedParser(reinterpret_cast<const char*>(data), length, isFinal);
     return;
   }
@@ -121,6 +155,7 @@ void CExpatFeed::Read(IByteSource& source) {
     void* buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadBlock));
     if (buffer == nullptr) Check(XML_STATUS_ERROR);  // out of memory, with expat's message
     const std::size_t got = source.Read(static_cast<unsigned char*>(buffer), kReadBlock);
+    m_utf16.Check(static_cast<unsigned char*>(buffer), got);
     Check(XML_ParseBuffer(m_parser, static_cast<int>(got), got == 0));
     if (got == 0) return;
   }

@@ -42,6 +42,20 @@ constexpr const char* kChunkReadFailed = "Failed to read the contents of the fil
 // is not.
 constexpr std::size_t kHeadSize = 4096;
 
+// Reads the rest of an inflating source and drops it; false when the compressed data proves
+// truncated or corrupt on the way. Any other failure (the limit, the input) leaves the answer
+// true: the data is not known to be broken.
+bool InflatesToTheEnd(detail::CInflatingSource& inflater) {
+  constexpr std::size_t kBlock = 65536;
+  std::unique_ptr<unsigned char[]> block(new unsigned char[kBlock]);
+  try {
+    while (inflater.Read(block.get(), kBlock) != 0) {
+    }
+  } catch (const COvException&) {
+  }
+  return !inflater.IsBroken();
+}
+
 // A file opened by Load, read in blocks up to the size it announced; a file that ends before
 // that fails like one that cannot be read.
 class CFileSource : public detail::IByteSource {
@@ -297,10 +311,12 @@ void CXmlDocument::ParseCompressed(detail::IByteSource& input, const unsigned ch
   try {
     ParseDocument(inflated);
   } catch (COvException& e) {
-    if (!inflater.IsBroken()) throw;
-    // Not compressed after all, or cut short: the bytes read as text fail at their start, since
-    // no XML text begins like gzip or zlib data. The parser's message alone ("not well-formed")
-    // would hide the likely cause.
+    // Corrupt data may inflate to garbage that the parser refuses before the inflater sees the
+    // damage: the rest is inflated (and dropped) to tell that from a document that is wrong.
+    if (!inflater.IsBroken() && InflatesToTheEnd(inflater)) throw;
+    // Not compressed after all, cut short or corrupt: the bytes read as text fail at their start,
+    // since no XML text begins like gzip or zlib data. The parser's message alone ("not
+    // well-formed") would hide the likely cause.
     COvException inner = std::move(e);
     try {
       CXmlDocument text(*m_context);
