@@ -18,13 +18,22 @@
 
 namespace fuzz {
 
+// Whether OVXML_FUZZ_VERBOSE is set: refusals are then printed, to see why a seed is refused.
+inline bool Verbose() {
+  static const bool verbose = std::getenv("OVXML_FUZZ_VERBOSE") != nullptr;
+  return verbose;
+}
+
 // Runs `body`; true when it returned, false when it threw one of the library's exceptions.
 template <typename Body>
 bool Attempt(Body&& body) {
   try {
     body();
     return true;
-  } catch (const OvXmlLib6::COvException&) {
+  } catch (const OvXmlLib6::COvException& e) {
+    if (Verbose()) {
+      std::fprintf(stderr, "refused: %s\n", e.GetFullMessage().c_str());
+    }
     return false;
   }
 }

@@ -4,6 +4,7 @@
 #include "OvXmlLib6/types/Conversions.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <vector>
@@ -33,7 +34,13 @@ const std::vector<Canonical>& Types() {
       Via(C::ui4FromString, C::ui4ToString),
       Via(C::ui8FromString, C::ui8ToString),
       Via(C::r4FromString, [](float v) { return C::r4ToString(v, nullptr); }),
-      Via(C::r8FromString, [](double v) { return C::r8ToString(v, nullptr); }),
+      // Sixteen digits round the largest doubles up beyond the range ("1.797693134862316e+308"
+      // reads as infinity): those are printed with seventeen.
+      Via(C::r8FromString,
+          [](double v) {
+            return C::r8ToString(
+                v, std::fabs(v) > 1.797693134862315e308 && std::isfinite(v) ? "%.17g" : nullptr);
+          }),
       // A fraction cut to the maximum places keeps the zeros the cut leaves at its end, which a
       // second parse drops: the forms are compared without them.
       Via(C::decimalFromString,
