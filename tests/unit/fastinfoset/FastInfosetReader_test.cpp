@@ -295,6 +295,11 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
       {body("3C 50 72"), "Invalid length at byte offset 6"},
       {body("3C 00 FF F0"), "Invalid UTF-8 string at byte offset 7"},
       {body("3C 01 C3 28 F0"), "Invalid UTF-8 string at byte offset 7"},
+      // Characters XML does not allow cannot be written back as XML: refused wherever they come.
+      {body("3C 00 01 F0"), "Character not allowed in XML at byte offset 7"},
+      {body("3C 00 72 80 14 F0 F0"), "Character not allowed in XML at byte offset 9"},
+      {body("3C 00 72 82 00 EF BF BF F0 F0"), "Character not allowed in XML at byte offset 10"},
+      {body("3C 00 72 85 00 00 F0 F0"), "Character not allowed in XML at byte offset 9"},
       {body("3C 00 72 84 00 F0 F0"), "Odd length of a UTF-16 string at byte offset 9"},
       {body("3C 00 72 85 DC 00 00 41 F0 F0"), "Invalid UTF-16 string at byte offset 9"},
       {body("3C 00 72 8C 28 00 F0 F0"), "Unknown encoding algorithm at byte offset 10"},
