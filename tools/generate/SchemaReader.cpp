@@ -828,22 +828,33 @@ class CReader {
     member->maxOccurs = maxOccurs;
   }
 
+  // The declaration that a local element or attribute (*decl on entry) stands for: the global
+  // one it refers to, in its schema's namespace, or itself, qualified by its form or by the
+  // schema's default. Sets the member's name and namespace.
+  void Declaration(CDoc& doc, std::map<CQName, CComponent>& globals, const char* what,
+                   bool qualifiedByDefault, CDoc** declDoc, CXmlElement** decl,
+                   CMemberModel* member) {
+    CXmlElement* at = *decl;
+    if (Attribute(at, "ref", nullptr)) {
+      const CComponent& global = Lookup(globals, doc, at, "ref", what);
+      *declDoc = global.doc;
+      *decl = global.element;
+      member->xmlNs = global.doc->targetNamespace;
+    } else if (AttributeOr(at, "form", qualifiedByDefault ? "qualified" : "unqualified") ==
+               "qualified") {
+      member->xmlNs = doc.targetNamespace;
+    }
+    if (!Attribute(*decl, "name", &member->xmlName)) {
+      Fail(doc, at, std::string("an ") + what + " needs a name");
+    }
+  }
+
   void AddElement(CDoc& doc, CXmlElement* particle, CClassModel* model, GroupKind kind,
                   bool optional, int minOccurs, int maxOccurs) {
     CDoc* declDoc = &doc;
     CXmlElement* decl = particle;
     CMemberModel member;
-    if (Attribute(particle, "ref", nullptr)) {
-      const CComponent& global = Lookup(m_elements, doc, particle, "ref", "element");
-      declDoc = global.doc;
-      decl = global.element;
-      member.xmlNs = declDoc->targetNamespace;
-    } else {
-      const std::string form =
-          AttributeOr(particle, "form", doc.elementsQualified ? "qualified" : "unqualified");
-      if (form == "qualified") member.xmlNs = doc.targetNamespace;
-    }
-    if (!Attribute(decl, "name", &member.xmlName)) Fail(doc, particle, "an element needs a name");
+    Declaration(doc, m_elements, "element", doc.elementsQualified, &declDoc, &decl, &member);
     CheckElementDeclaration(*declDoc, decl);
     member.accessor = PascalCase(member.xmlName);
     SetOccurs(&member, minOccurs, maxOccurs, kind, optional);
@@ -971,17 +982,7 @@ class CReader {
     }
     CDoc* declDoc = &doc;
     CXmlElement* decl = at;
-    if (Attribute(at, "ref", nullptr)) {
-      const CComponent& global = Lookup(m_attributes, doc, at, "ref", "attribute");
-      declDoc = global.doc;
-      decl = global.element;
-      member.xmlNs = declDoc->targetNamespace;
-    } else {
-      const std::string form =
-          AttributeOr(at, "form", doc.attributesQualified ? "qualified" : "unqualified");
-      if (form == "qualified") member.xmlNs = doc.targetNamespace;
-    }
-    if (!Attribute(decl, "name", &member.xmlName)) Fail(doc, at, "an attribute needs a name");
+    Declaration(doc, m_attributes, "attribute", doc.attributesQualified, &declDoc, &decl, &member);
     const std::string use = AttributeOr(at, "use", "optional");
     if (use == "prohibited") return;
     if (use == "required") member.cardinality = Cardinality::Mandatory;
