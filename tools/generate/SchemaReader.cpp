@@ -100,7 +100,8 @@ std::string DirectoryOf(const std::string& path) {
 
 class CReader {
  public:
-  explicit CReader(const CNaming& naming) : m_naming(naming) {}
+  explicit CReader(const CNaming& naming)
+      : m_naming(naming), m_names(naming.reserved.begin(), naming.reserved.end()) {}
 
   CSchemaSet Read(const std::vector<std::string>& files) {
     // A schema named on the command line has its own output, whoever reaches it first.
