@@ -7,6 +7,7 @@
 #include "generate/SimpleTypes.h"
 
 #include <OvXmlLib6.h>
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <functional>
@@ -595,7 +596,7 @@ class CReader {
         SimpleContent(doc, child, model);
       } else if (IsXsd(child, "complexContent")) {
         if (AttributeOr(child, "mixed", "false") == "true") mixed = true;
-        ComplexContent(doc, child, model);
+        if (ComplexContent(doc, child, model)) return;  // a restriction, complete
       } else if (IsContentChild(child)) {
         Content(doc, child, model);
       } else {
@@ -666,7 +667,8 @@ class CReader {
     }
   }
 
-  void ComplexContent(CDoc& doc, CXmlElement* content, CClassModel* model) {
+  // Returns true for a restriction, which completes the class.
+  bool ComplexContent(CDoc& doc, CXmlElement* content, CClassModel* model) {
     CXmlElement* derivation = FirstChild(content, "extension");
     const bool extension = derivation != nullptr;
     if (!extension) derivation = FirstChild(content, "restriction");
@@ -674,8 +676,8 @@ class CReader {
       Fail(doc, content, "complexContent needs an extension or restriction");
     if (!IsAnyType(doc, derivation)) {
       if (!extension) {
-        Fail(doc, derivation,
-             "complexContent restriction of a type other than anyType cannot be mapped");
+        Restriction(doc, derivation, model);
+        return true;
       }
       CClassModel* base = BaseClass(doc, derivation);
       if (base == nullptr) Fail(doc, derivation, "complexContent cannot extend a simple type");
@@ -688,6 +690,108 @@ class CReader {
       if (!IsContentChild(child)) Fail(doc, child, "unexpected element in complexContent");
       Content(doc, child, model);
     }
+    return false;
+  }
+
+  // A restriction of a complex type: a class derived from the base's that holds the base's
+  // members and lists in its tables only those the restriction keeps, with the restriction's
+  // occurrences and facets. It adds no member of its own, so its content must be a flat list of
+  // the base's elements (no nested groups) and its attributes must be the base's.
+  void Restriction(CDoc& doc, CXmlElement* derivation, CClassModel* model) {
+    CClassModel* base = BaseClass(doc, derivation);
+    if (base == nullptr || !base->text.empty()) {
+      Fail(doc, derivation, "complexContent restriction of simple content cannot be mapped");
+    }
+    CClassModel scratch;  // the restriction's own declarations, matched against the base's
+    scratch.stem = model->stem;
+    scratch.resolving = true;
+    for (CXmlElement* child = derivation->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "annotation")) continue;
+      if (IsAttributeChild(child)) {
+        Content(doc, child, &scratch);
+        continue;
+      }
+      if (!IsXsd(child, "sequence") && !IsXsd(child, "choice") && !IsXsd(child, "all")) {
+        Fail(doc, child,
+             "a restriction's content other than a sequence, choice or all cannot be "
+             "mapped");
+      }
+      for (CXmlElement* particle = child->GetFirstElement(); particle != nullptr;
+           particle = particle->GetNextSiblingElement()) {
+        if (!IsXsd(particle, "element") && !IsXsd(particle, "any") &&
+            !IsXsd(particle, "annotation")) {
+          Fail(doc, particle, "a model group nested in a restriction cannot be mapped");
+        }
+      }
+      scratch.group = KindOf(child);
+      if (base->elements.size() > 1 && scratch.group != base->group) {
+        Fail(doc, child, "a restriction with another kind of model group cannot be mapped");
+      }
+      AddParticles(doc, child, &scratch, scratch.group, Occurs(doc, child, "minOccurs", this) == 0);
+    }
+    Inherit(model, base);
+    base->derived.push_back(model);
+    model->group = scratch.group;
+    model->elements.clear();
+    for (const CMemberModel& restricted : scratch.elements) {
+      model->elements.push_back(Restricted(doc, derivation, base->elements, restricted));
+    }
+    for (const CMemberModel& restricted : scratch.attributes) {
+      auto kept = std::find_if(
+          model->attributes.begin(), model->attributes.end(), [&](const CMemberModel& member) {
+            return member.xmlName == restricted.xmlName && member.xmlNs == restricted.xmlNs;
+          });
+      if (kept == model->attributes.end()) {
+        if (restricted.kind == CMemberModel::Kind::AnyAttribute) continue;
+        Fail(doc, derivation,
+             "the restriction declares the attribute '" + restricted.xmlName +
+                 "' that its base does not have");
+      }
+      *kept = Restricted(doc, derivation, model->attributes, restricted);
+    }
+    // A prohibited attribute is left out of the tables.
+    for (CXmlElement* child = derivation->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      std::string name;
+      if (IsXsd(child, "attribute") && AttributeOr(child, "use", "") == "prohibited" &&
+          Attribute(child, "name", &name)) {
+        model->attributes.erase(
+            std::remove_if(model->attributes.begin(), model->attributes.end(),
+                           [&](const CMemberModel& member) { return member.xmlName == name; }),
+            model->attributes.end());
+      }
+    }
+    model->propertyCount = base->propertyCount;
+    model->resolving = false;
+    model->complete = true;
+  }
+
+  // The base's member that a restriction's declaration restricts, with the restriction's
+  // occurrences and facets where the member's storage holds them.
+  CMemberModel Restricted(CDoc& doc, CXmlElement* at, const std::vector<CMemberModel>& members,
+                          const CMemberModel& restricted) {
+    for (const CMemberModel& member : members) {
+      if (member.xmlName != restricted.xmlName || member.xmlNs != restricted.xmlNs) continue;
+      const bool collection = member.cardinality == Cardinality::Collection;
+      if (member.pseudo || member.kind != restricted.kind ||
+          collection != (restricted.cardinality == Cardinality::Collection) ||
+          (member.kind == CMemberModel::Kind::Primitive &&
+           member.simple.cppType != restricted.simple.cppType)) {
+        Fail(doc, at,
+             "the restriction of '" + member.xmlName +
+                 "' changes how it is held and cannot be "
+                 "mapped");
+      }
+      CMemberModel kept = member;
+      if (!collection) kept.cardinality = restricted.cardinality;
+      if (member.kind == CMemberModel::Kind::Primitive) kept.simple = restricted.simple;
+      kept.hasDefault = restricted.hasDefault || member.hasDefault;
+      if (restricted.hasDefault) kept.defaultValue = restricted.defaultValue;
+      return kept;
+    }
+    Fail(doc, at,
+         "the restriction declares '" + restricted.xmlName + "' that its base does not have");
   }
 
   static GroupKind KindOf(const CXmlElement* compositor) {
