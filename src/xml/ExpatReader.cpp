@@ -74,19 +74,23 @@ CExpatFeed::CExpatFeed(XML_ParserStruct* parser, std::exception_ptr& error)
     : m_parser(parser), m_error(error) {}
 
 void CExpatFeed::Check(int status) {
+  if (status == XML_STATUS_OK && !m_error) return;
+  m_failure.line = XML_GetCurrentLineNumber(m_parser);
+  m_failure.column = XML_GetCurrentColumnNumber(m_parser) + 1;
   if (m_error) {
     std::exception_ptr thrown = std::move(m_error);
     m_error = nullptr;
     std::rethrow_exception(thrown);
   }
-  if (status == XML_STATUS_OK) return;
   const XML_Error code = XML_GetErrorCode(m_parser);
-  const int line = static_cast<int>(XML_GetCurrentLineNumber(m_parser));
+  const int line = static_cast<int>(m_failure.line);
   if (code == XML_ERROR_UNKNOWN_ENCODING && !m_transcoder.GetDeclaredEncoding().empty()) {
-    throw COvException(FormatString("unknown encoding '%s' (not known to iconv either) at line %d",
-                                    m_transcoder.GetDeclaredEncoding().c_str(), line));
+    m_failure.message = FormatString("unknown encoding '%s' (not known to iconv either)",
+                                     m_transcoder.GetDeclaredEncoding().c_str());
+  } else {
+    m_failure.message = OrEmpty(XML_ErrorString(code));
   }
-  throw COvException(FormatString("%s at line %d", OrEmpty(XML_ErrorString(code)), line));
+  throw COvException(FormatString("%s at line %d", m_failure.message.c_str(), line));
 }
 
 void CExpatFeed::Feed(const unsigned char* data, std::size_t length, bool isFinal) {
@@ -290,6 +294,9 @@ void CExpatReader::Convert(const char* text, std::size_t length, std::string& ou
 
 void CExpatReader::OnStartElement(const char* name, const char** attributes) {
   CXmlElement* element = m_document->AddElement(m_store->InternParserName(name));
+  if (m_document->m_recordLines) {
+    m_document->m_lines[element] = static_cast<std::uint32_t>(XML_GetCurrentLineNumber(m_parser));
+  }
   if (attributes[0] == nullptr) {
     m_document->ElementStarted(element);
     return;

@@ -12,6 +12,7 @@
 #include "xml/XmlEvents.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <string>
@@ -63,8 +64,9 @@ class CExpatFeed {
   // True once the start of the document showed that expat reads the bytes as they are, so that
   // a reader may hand them to expat's own buffer.
   bool IsDirect() const { return m_inspected && !m_transcoder.IsActive(); }
-  // Throws for a parse that failed.
+  // Throws for a parse that failed, after noting where in Failure().
   void Check(int status);
+  const CParseFailure& Failure() const { return m_failure; }
 
  private:
   void FeedInspected(const unsigned char* data, std::size_t length, bool isFinal);
@@ -77,6 +79,7 @@ class CExpatFeed {
   CInputTranscoder m_transcoder;
   std::string m_converted;
   CUtf16Check m_utf16;
+  CParseFailure m_failure;
 };
 }  // namespace detail
 
@@ -140,6 +143,8 @@ class CExpatEventSource {
   void Parse(const unsigned char* data, std::size_t length, bool isFinal);
   // Parses the whole source, block by block, to its end.
   void Read(IByteSource& source);
+  // Where the parse stopped, after Parse or Read threw.
+  const CParseFailure& Failure() const { return m_feed.Failure(); }
 
  private:
   struct Callbacks;

@@ -359,14 +359,20 @@ class CEventWriter : public IXmlEventHandler {
 };
 
 // Reads the document from `input` with the reader that its first bytes call for.
+// A failure of XML text notes where the parser stopped in `failure`.
 void ReadDocument(CPeekSource& input, bool fastInfoset, const CXmlSerializationContext& context,
-                  IXmlEventHandler& handler) {
+                  IXmlEventHandler& handler, CParseFailure& failure) {
   if (fastInfoset) {
     CFastInfosetReader reader(handler, context);
     reader.Read(input);
-  } else {
-    CExpatEventSource source(handler);
+    return;
+  }
+  CExpatEventSource source(handler);
+  try {
     source.Read(input);
+  } catch (...) {
+    failure = source.Failure();
+    throw;
   }
 }
 
@@ -422,7 +428,8 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
     if (m_options.header) textWriter->WriteHeader();
   }
   CEventWriter events(*writer, m_options.format && !m_options.fastInfoset);
-  ReadDocument(*document, counts.fastInfosetInput, context, events);
+  m_failure = CParseFailure();
+  ReadDocument(*document, counts.fastInfosetInput, context, events, m_failure);
   writer->Close();
   sink->Finish();
 

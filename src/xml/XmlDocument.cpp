@@ -134,6 +134,7 @@ void CXmlDocument::Cleanup() {
   m_documentElement = nullptr;
   m_elementStack.clear();
   m_aliases.clear();
+  m_lines.clear();
   m_store->file.reset();
   m_store->readBuffer.reset();
   m_store->spareBuffer.reset();
@@ -306,7 +307,7 @@ void CXmlDocument::AsyncParse(bool last) {
 
 void CXmlDocument::ParseCompressed(detail::IByteSource& input, const unsigned char* head,
                                    std::size_t headLength, bool headIsAll) {
-  detail::CInflatingSource inflater(input, GetMaxInflatedSize());
+  detail::CInflatingSource inflater(input);
   detail::CPeekSource inflated(inflater);
   try {
     ParseDocument(inflated);

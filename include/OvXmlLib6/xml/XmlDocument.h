@@ -79,6 +79,16 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   // default namespace), or an empty string. Declarations are not scoped: the last one wins.
   std::string LookupNamespaceFromAlias(const char* prefix) const;
 
+  // When on, parsing XML text records the line of each element's start tag, for tools that
+  // report where in a file something is wrong (a schema compiler, say). Off by default, so
+  // that ordinary loads pay nothing; set it before loading. Fast Infoset has no lines.
+  void SetRecordLines(bool on) { m_recordLines = on; }
+  // The line (from 1) of the element's start tag, or 0 when it was not recorded.
+  std::uint32_t GetElementLine(const CXmlElement* element) const {
+    const auto found = m_lines.find(element);
+    return found == m_lines.end() ? 0 : found->second;
+  }
+
  protected:
   // Destroys the tree, releases the input and forgets the element stack and the declarations.
   virtual void Cleanup();
@@ -140,6 +150,8 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   ElementCompletedCallback m_callback;
   const CXmlSerializationContext* m_context;
   detail::CDocumentObserver* m_observer;
+  bool m_recordLines = false;
+  std::map<const CXmlElement*, std::uint32_t> m_lines;
 };
 
 }  // namespace OvXmlLib6
