@@ -440,7 +440,7 @@ const Attack kAttacks[] = {
      [] { return Convert(std::string("<\0a\0>\0\x00\xD8x\0<\0/\0a\0>\0", 18), false); },
      "Exception: Invalid byte sequence for the encoding UTF-16 at byte offset 6", 0},
     {"unpaired low surrogate in big-endian UTF-16",
-     [] { return LoadStream(std::string("\0<\0a\0>\xDC\x00\0<\0/\0a\0>", 18)); },
+     [] { return LoadStream(std::string("\0<\0a\0>\xDC\x00\0<\0/\0a\0>", 16)); },
      "Exception: Invalid byte sequence for the encoding UTF-16 at byte offset 6", 0},
     {"surrogate pair in UTF-16",
      [] { return LoadStream(std::string("\xFF\xFE<\0a\0>\0\x3D\xD8\x00\xDE<\0/\0a\0>\0", 20)); },
