@@ -109,13 +109,18 @@ std::string Depth(CElement* e) {
   return std::to_string(depth);
 }
 
-// Loads a byte block into a fresh document and describes its root: name, depth, text size.
-std::string LoadStream(const std::string& bytes) {
-  CXmlDocument doc;
-  doc.LoadXmlStream(UBytes(bytes), static_cast<std::uint32_t>(bytes.size()));
+// A document's root: the start of its name and text, and its depth.
+std::string Describe(const CXmlDocument& doc) {
   const CXmlElement* root = doc.GetDocumentElement();
   return root->GetLocalName().substr(0, 16) + " depth " + Depth(root) + " text '" +
          root->GetText().substr(0, 16) + "'";
+}
+
+// Loads a byte block into a fresh document and describes it.
+std::string LoadStream(const std::string& bytes) {
+  CXmlDocument doc;
+  doc.LoadXmlStream(UBytes(bytes), static_cast<std::uint32_t>(bytes.size()));
+  return Describe(doc);
 }
 
 // The same through a file in a temporary directory.
@@ -132,9 +137,7 @@ std::string LoadFile(const std::string& bytes) {
   if (!written) return "temporary file not written";
   CXmlDocument doc;
   doc.Load(path);
-  const CXmlElement* root = doc.GetDocumentElement();
-  return root->GetLocalName().substr(0, 16) + " depth " + Depth(root) + " text '" +
-         root->GetText().substr(0, 16) + "'";
+  return Describe(doc);
 }
 
 // A byte sink for the converter that keeps only the size of what it is given and its start.
