@@ -3,6 +3,7 @@
 # already present. Run as root on a fresh machine; a no-op when everything is there.
 set -euo pipefail
 
+# libclang-rt-14-dev carries Clang's sanitizer runtimes and libFuzzer (fuzz/).
 packages=(cmake make g++ clang libclang-rt-14-dev clang-format pkg-config
           libexpat1-dev zlib1g-dev libgtest-dev libgmock-dev libbenchmark-dev
           libfastinfoset-java)

@@ -4,7 +4,8 @@
 #      and add_subdirectory),
 #   2. Clang with -Werror under AddressSanitizer and UndefinedBehaviorSanitizer, leaks checked:
 #      every test,
-#   3. Clang under ThreadSanitizer: the tests whose names say they use threads.
+#   3. Clang under ThreadSanitizer: the tests whose names say they use threads,
+#   4. the libFuzzer targets (fuzz/run.sh), a few seconds each ($OVXML_FUZZ_SECONDS, 0 skips).
 # It also checks the formatting of every C++ file against .clang-format.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -35,5 +36,13 @@ cmake -S . -B build/ci-tsan -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang+
   -DOVXML_BUILD_EXAMPLES=OFF -DOVXML_BUILD_TOOLS=OFF > /dev/null
 cmake --build build/ci-tsan -j "$jobs" --target ovxml_unit_tests
 TSAN_OPTIONS=halt_on_error=1 build/ci-tsan/tests/ovxml_unit_tests --gtest_filter='*Thread*'
+
+# A few seconds per fuzz target (about a minute in all, besides the build): the regression inputs
+# replay and each target meets the seed corpus and some mutations of it.
+fuzz_seconds=${OVXML_FUZZ_SECONDS:-5}
+if [ "$fuzz_seconds" -gt 0 ]; then
+  echo "== libFuzzer targets, ${fuzz_seconds}s each"
+  OVXML_FUZZ_JOBS=$jobs fuzz/run.sh "$fuzz_seconds"
+fi
 
 echo "== all tests passed"

@@ -219,8 +219,14 @@ std::string_view CFastInfosetReader::Internal(std::string_view utf8, std::string
   return out;
 }
 
+void CFastInfosetReader::CheckText(std::string_view utf8, std::uint64_t offset) const {
+  if (detail::IsXmlText(utf8)) return;
+  FailAt(detail::IsValidUtf8(utf8) ? "Character not allowed in XML" : "Invalid UTF-8 string",
+         offset);
+}
+
 void CFastInfosetReader::Utf8Text(std::string_view utf8, std::uint64_t offset, std::string& out) {
-  if (!detail::IsValidUtf8(utf8)) FailAt("Invalid UTF-8 string", offset);
+  CheckText(utf8, offset);
   m_encoder.FromUtf8(utf8, out);
 }
 
@@ -297,7 +303,7 @@ std::string_view CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, s
   switch (kind) {
     case 0: {
       const std::string_view utf8(reinterpret_cast<const char*>(p), size);
-      if (!detail::IsValidUtf8(utf8)) FailAt("Invalid UTF-8 string", offset);
+      CheckText(utf8, offset);
       return Internal(utf8, scratch);
     }
     case 1: {
@@ -314,6 +320,7 @@ std::string_view CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, s
         }
         detail::AppendUtf8(unit, m_utf8);
       }
+      CheckText(m_utf8, offset);
       return Internal(m_utf8, scratch);
     }
     case 2: {
@@ -353,6 +360,10 @@ std::string_view CFastInfosetReader::DecodePayload(int kind, std::uint32_t id, s
     }
     default:
       if (id + 1 > kBuiltInAlgorithms) FailAt("Unknown encoding algorithm", offset);
+      // CDATA carries text as UTF-8; the other algorithms print values in ASCII.
+      if (id + 1 == FIAlgorithm_CDATA) {
+        CheckText({reinterpret_cast<const char*>(p), size}, offset);
+      }
       try {
         scratch = detail::DecodeAlgorithm(id + 1, p, p + size);
       } catch (const COvException& e) {
@@ -455,7 +466,7 @@ void CFastInfosetReader::ReadInitialVocabulary() {
       const std::string_view entry = OctetString();
       std::string text;
       if (to == &m_alphabets) {
-        if (!detail::IsValidUtf8(entry)) FailAt("Invalid UTF-8 string", offset);
+        CheckText(entry, offset);
         text.assign(entry);
       } else {
         Utf8Text(entry, offset, text);

@@ -107,6 +107,9 @@ class CFastInfosetReader {
   // UTF-8 that is checked, in the internal encoding: `utf8` itself or its conversion in `out`.
   std::string_view Internal(std::string_view utf8, std::string& out);
   void Utf8Text(std::string_view utf8, std::uint64_t offset, std::string& out);
+  // Fails unless `utf8` is well-formed UTF-8 of characters XML allows: a document read must
+  // write as XML text that reads again.
+  void CheckText(std::string_view utf8, std::uint64_t offset) const;
   // An identifying string or index; returns the index of its table entry.
   std::uint32_t IdentifyingIndex(StringTable table);
   // A non-identifying string or index starting on bit 1 (empty for the 0xFF of no value).

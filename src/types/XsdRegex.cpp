@@ -13,8 +13,22 @@ namespace detail {
 // CodePointSet
 
 void CodePointSet::AddRange(char32_t first, char32_t last) {
+  last = std::min(last, kMax);
   if (first > last) return;
-  m_ranges.emplace_back(first, std::min(last, kMax));
+  // Ranges that come in ascending order (the category tables, \w and \p{..} made of thousands
+  // of runs) extend the last one or follow it without sorting everything again.
+  if (m_ranges.empty() || first > m_ranges.back().second) {
+    if (!m_ranges.empty() && first == m_ranges.back().second + 1) {
+      m_ranges.back().second = last;
+    } else {
+      m_ranges.emplace_back(first, last);
+    }
+    for (char32_t c = first; c <= last && c < 128; ++c) {
+      m_ascii[c >> 6] |= std::uint64_t{1} << (c & 63);
+    }
+    return;
+  }
+  m_ranges.emplace_back(first, last);
   Normalize();
 }
 

@@ -22,12 +22,6 @@ constexpr uInt kMaxZlibStep = std::numeric_limits<uInt>::max();
 [[noreturn]] void ThrowCompressFailed(int zlibResult) {
   throw COvException(FormatString("Failed to compress data. [Error Code: %d]", zlibResult));
 }
-
-[[noreturn]] void ThrowInflatedTooLarge(std::uint64_t limit) {
-  throw COvException(FormatString(
-      "Failed to inflate the compressed input: it expands beyond the limit of %llu bytes",
-      static_cast<unsigned long long>(limit)));
-}
 }  // namespace
 
 void SetMaxInflatedSize(std::uint64_t bytes) {
@@ -73,8 +67,11 @@ struct CZlibStream {
   }
 };
 
-CInflatingSource::CInflatingSource(IByteSource& input)
-    : m_input(input), m_zlib(new CZlibStream()), m_in(new unsigned char[kInflateChunk]) {
+CInflatingSource::CInflatingSource(IByteSource& input, std::uint64_t limit)
+    : m_input(input),
+      m_zlib(new CZlibStream()),
+      m_in(new unsigned char[kInflateChunk]),
+      m_limit(limit) {
   if (inflateInit2(&m_zlib->zs, 15 + 32) != Z_OK) throw std::bad_alloc();  // 15 + 32: either
   m_zlib->end = &inflateEnd;
 }
@@ -129,11 +126,14 @@ std::size_t CInflatingSource::Read(unsigned char* buffer, std::size_t capacity) 
                                       zs.msg != nullptr ? zs.msg : "corrupt data",
                                       static_cast<unsigned long long>(m_consumed - zs.avail_in)));
     }
+    m_produced += room - zs.avail_out;
+    if (m_limit != 0 && m_produced > m_limit) {
+      throw COvException(FormatString(
+          "Failed to inflate the compressed input: it expands beyond the limit of %llu bytes",
+          static_cast<unsigned long long>(m_limit)));
+    }
   }
-  const std::size_t got = room - zs.avail_out;
-  m_produced += got;
-  if (m_produced > g_maxInflated) ThrowInflatedTooLarge(g_maxInflated);
-  return got;
+  return room - zs.avail_out;
 }
 
 CDeflater::CDeflater(int compressionType) : m_zlib(new CZlibStream()) {

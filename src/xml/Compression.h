@@ -27,12 +27,12 @@ struct CZlibStream;
 // Inflates gzip or zlib input (detected from the header) taken piece by piece from another
 // source, in bounded memory. Concatenated gzip members are read one after the other. Corrupt
 // input and input that ends inside the compressed stream fail with COvException
-// "Failed to inflate the compressed input: ...", and so does input that inflates to more than
-// the limit set with SetMaxInflatedSize, as soon as it passes it.
+// "Failed to inflate the compressed input: ...". With a limit, output that grows past it fails as
+// soon as it does with "... it expands beyond the limit of <n> bytes".
 class CInflatingSource : public IByteSource {
  public:
-  // `input` must outlive this source.
-  explicit CInflatingSource(IByteSource& input);
+  // `input` must outlive this source. `limit` is the most it may produce in all; 0: no limit.
+  explicit CInflatingSource(IByteSource& input, std::uint64_t limit = 0);
   ~CInflatingSource() override;
 
   std::size_t Read(unsigned char* buffer, std::size_t capacity) override;
@@ -51,7 +51,8 @@ class CInflatingSource : public IByteSource {
   bool m_streamEnded = false;
   bool m_broken = false;
   std::uint64_t m_consumed = 0;  // compressed bytes handed to zlib, for messages
-  std::uint64_t m_produced = 0;  // inflated bytes delivered, against the limit
+  std::uint64_t m_produced = 0;
+  std::uint64_t m_limit;
 };
 
 // Compresses output piece by piece at level 1, as gzip (type 1) or zlib (type 2).

@@ -4,6 +4,7 @@
 #include "OvXmlLib6/core/SerializationContext.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetWriter.h"
 #include "OvXmlLib6/xml/BinaryStream.h"
+#include "OvXmlLib6/xml/Compression.h"
 #include "OvXmlLib6/xml/TextStream.h"
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 #include "fastinfoset/FastInfosetReader.h"
@@ -389,7 +390,7 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
   std::unique_ptr<CPeekSource> inflated;
   CPeekSource* document = &raw;
   if (LooksCompressed(raw.Peek(2).data(), raw.Peek(2).size())) {
-    inflater.reset(new CInflatingSource(raw));
+    inflater.reset(new CInflatingSource(raw, GetMaxInflatedSize()));
     inflated.reset(new CPeekSource(*inflater));
     document = inflated.get();
   }

@@ -57,6 +57,25 @@ bool IsValidUtf8(std::string_view text) {
   return true;
 }
 
+bool IsXmlText(std::string_view text) {
+  std::size_t pos = 0;
+  while (pos < text.size()) {
+    const unsigned char b = Byte(text, pos);
+    if (b >= 0x20 && b < 0x80) {
+      ++pos;
+      continue;
+    }
+    if (b < 0x20) {
+      if (b != '\t' && b != '\n' && b != '\r') return false;
+      ++pos;
+      continue;
+    }
+    const long cp = DecodeUtf8(text, pos);
+    if (cp < 0 || cp == 0xFFFE || cp == 0xFFFF) return false;
+  }
+  return true;
+}
+
 void AppendUtf8(char32_t cp, std::string& out) {
   if (cp < 0x80) {
     out += static_cast<char>(cp);

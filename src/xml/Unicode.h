@@ -13,6 +13,11 @@ namespace detail {
 // U+10FFFF).
 bool IsValidUtf8(std::string_view text);
 
+// True when `text` is well-formed UTF-8 of characters that XML 1.0 allows: tab, line feed,
+// carriage return, U+0020 to U+D7FF, U+E000 to U+FFFD and U+10000 up (no other control
+// character, no U+FFFE or U+FFFF), so that it can be written as XML text.
+bool IsXmlText(std::string_view text);
+
 // Decodes one UTF-8 sequence at `text[pos]`; returns its code point and advances `pos`, or
 // returns -1 and leaves `pos` unchanged when the sequence there is not well-formed.
 long DecodeUtf8(std::string_view text, std::size_t& pos);

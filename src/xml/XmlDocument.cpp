@@ -307,7 +307,7 @@ void CXmlDocument::AsyncParse(bool last) {
 
 void CXmlDocument::ParseCompressed(detail::IByteSource& input, const unsigned char* head,
                                    std::size_t headLength, bool headIsAll) {
-  detail::CInflatingSource inflater(input);
+  detail::CInflatingSource inflater(input, GetMaxInflatedSize());
   detail::CPeekSource inflated(inflater);
   try {
     ParseDocument(inflated);

@@ -80,25 +80,6 @@ std::string Load(const std::string& bytes, const CXmlSerializationContext& conte
   return Dump(document.GetDocumentElement());
 }
 
-// Hands out a string `piece` bytes at a time, and notes the largest room the reader offered.
-class CPieceSource : public detail::IByteSource {
- public:
-  CPieceSource(const std::string& bytes, std::size_t piece) : m_bytes(bytes), m_piece(piece) {}
-  std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
-    largestCapacity = std::max(largestCapacity, capacity);
-    const std::size_t n = std::min({m_piece, capacity, m_bytes.size() - m_at});
-    std::memcpy(buffer, m_bytes.data() + m_at, n);
-    m_at += n;
-    return n;
-  }
-  std::size_t largestCapacity = 0;
-
- private:
-  const std::string& m_bytes;
-  std::size_t m_piece;
-  std::size_t m_at = 0;
-};
-
 // The events of a document read in memory (piece 0) or from a source in pieces of that size.
 std::string Events(
     const std::string& bytes, std::size_t piece = 0,
@@ -112,7 +93,7 @@ std::string Events(
     if (start < 0) return "not Fast Infoset";
     reader.Read(data, bytes.size(), static_cast<std::size_t>(start));
   } else {
-    CPieceSource source(bytes, piece);
+    test::CPieceSource source(bytes, piece);
     reader.Read(source);
   }
   return recorder.log;
@@ -253,7 +234,7 @@ TEST(FastInfosetReader, SourceWindowGrowsOnlyWithWhatTheSourceDelivers) {
   {
     test::CEventRecorder recorder;
     CFastInfosetReader reader(recorder, CXmlSerializationContext::GetDefaultContext());
-    CPieceSource source(bytes, 4096);
+    test::CPieceSource source(bytes, 4096);
     reader.Read(source);
     EXPECT_EQ(recorder.log, "<p#1>'" + text + "'</>");
   }
@@ -274,7 +255,7 @@ TEST(FastInfosetReader, SourceWindowGrowsOnlyWithWhatTheSourceDelivers) {
         Hex("E0 00 00 01 00 3C 00 70") + Hex(c.head) + std::string(c.delivered, 'a');
     test::CEventRecorder recorder;
     CFastInfosetReader reader(recorder, CXmlSerializationContext::GetDefaultContext());
-    CPieceSource source(claimed, 4096);
+    test::CPieceSource source(claimed, 4096);
     EXPECT_EQ(MessageOf([&] { reader.Read(source); }),
               std::string("Failed to parse FastInfoset. ") + c.message);
     EXPECT_LE(source.largestCapacity, c.largestRoom) << c.head;
@@ -314,6 +295,11 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
       {body("3C 50 72"), "Invalid length at byte offset 6"},
       {body("3C 00 FF F0"), "Invalid UTF-8 string at byte offset 7"},
       {body("3C 01 C3 28 F0"), "Invalid UTF-8 string at byte offset 7"},
+      // Characters XML does not allow cannot be written back as XML: refused wherever they come.
+      {body("3C 00 01 F0"), "Character not allowed in XML at byte offset 7"},
+      {body("3C 00 72 80 14 F0 F0"), "Character not allowed in XML at byte offset 9"},
+      {body("3C 00 72 82 00 EF BF BF F0 F0"), "Character not allowed in XML at byte offset 10"},
+      {body("3C 00 72 85 00 00 F0 F0"), "Character not allowed in XML at byte offset 9"},
       {body("3C 00 72 84 00 F0 F0"), "Odd length of a UTF-16 string at byte offset 9"},
       {body("3C 00 72 85 DC 00 00 41 F0 F0"), "Invalid UTF-16 string at byte offset 9"},
       {body("3C 00 72 8C 28 00 F0 F0"), "Unknown encoding algorithm at byte offset 10"},

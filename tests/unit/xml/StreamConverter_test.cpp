@@ -28,7 +28,7 @@ detail::CConvertOptions Plain() {
 
 std::string Convert(const std::string& input, const detail::CConvertOptions& options = Plain(),
                     std::size_t step = 1 << 16) {
-  test::CMemorySource source(input, step);
+  test::CPieceSource source(input, step);
   CMemorySink sink;
   detail::CStreamConverter converter(options);
   const detail::CConvertCounts counts = converter.Convert(source, sink);

@@ -27,16 +27,19 @@ inline const unsigned char* UBytes(const std::string& s) {
   return reinterpret_cast<const unsigned char*>(s.data());
 }
 
-// A document in memory, handed out at most `step` bytes a read.
-class CMemorySource : public detail::IByteSource {
+// A document in memory, handed out at most `step` bytes a read; notes the largest room a reader
+// offered.
+class CPieceSource : public detail::IByteSource {
  public:
-  CMemorySource(std::string bytes, std::size_t step) : m_bytes(std::move(bytes)), m_step(step) {}
+  CPieceSource(std::string bytes, std::size_t step) : m_bytes(std::move(bytes)), m_step(step) {}
   std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
+    largestCapacity = std::max(largestCapacity, capacity);
     const std::size_t n = std::min({capacity, m_step, m_bytes.size() - m_at});
     m_bytes.copy(reinterpret_cast<char*>(buffer), n, m_at);
     m_at += n;
     return n;
   }
+  std::size_t largestCapacity = 0;
 
  private:
   std::string m_bytes;

@@ -1,0 +1,94 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets (Clang, libFuzzer, AddressSanitizer + UndefinedBehaviorSanitizer) in
+# build/fuzz and runs each one, one after the other, for SECONDS (default 60, or
+# $OVXML_FUZZ_SECONDS) on a scratch copy of its seed corpus, after replaying the inputs of
+# fuzz/regressions/<target>/ once. Without target names every target runs.
+#
+#   fuzz/run.sh [SECONDS] [TARGET...]
+#
+# A finding is a crash, a sanitizer report, a leak, an exception other than the library's own, a
+# broken round trip, an input that runs longer than 10 s, an allocation above 2 GB or a resident
+# size above 2.5 GB. The input that caused it is written to build/fuzz/findings/<target>/ and the
+# script exits non-zero once every target has run. Per target it prints the executions, the
+# executions per second and the size of the corpus reached.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+seconds=${1:-${OVXML_FUZZ_SECONDS:-60}}
+shift || true
+build=build/fuzz
+jobs=${OVXML_FUZZ_JOBS:-2}
+
+if [ $# -gt 0 ]; then
+  targets=("$@")
+else
+  targets=()
+  for source in fuzz/fuzz_*.cpp; do
+    targets+=("$(basename "$source" .cpp)")
+  done
+fi
+
+echo "== building the fuzz targets in $build"
+# -O1 without NDEBUG: the library's own assertions stay armed.
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
+  -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g" \
+  -DCMAKE_C_FLAGS_RELWITHDEBINFO="-O1 -g" -DOVXML_WERROR=ON -DOVXML_BUILD_FUZZERS=ON \
+  -DOVXML_BUILD_TESTS=OFF -DOVXML_BUILD_BENCHMARKS=OFF -DOVXML_BUILD_EXAMPLES=OFF \
+  -DOVXML_BUILD_TOOLS=OFF -DOVXML_INSTALL=OFF > /dev/null
+cmake --build "$build" -j "$jobs" --target "${targets[@]}" > "$build/build.log" 2>&1 ||
+  { cat "$build/build.log"; exit 1; }
+
+export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=0:strict_string_checks=1
+export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+limits=(-timeout=10 -malloc_limit_mb=2048 -rss_limit_mb=2560)
+
+failed=()
+summary=()
+for target in "${targets[@]}"; do
+  program="$build/fuzz/$target"
+  findings="$build/findings/$target"
+  work="$build/work/$target"
+  log="$build/logs/$target.log"
+  mkdir -p "$findings" "$(dirname "$log")"
+  rm -rf "$work"
+  mkdir -p "$work"
+  cp fuzz/corpus/"$target"/* "$work"/ 2>/dev/null || true
+  dict=()
+  [ -f "fuzz/$target.dict" ] && dict=(-dict="fuzz/$target.dict")
+
+  regressions=(fuzz/regressions/"$target"/*)
+  if [ -e "${regressions[0]}" ]; then
+    echo "== $target: replaying ${#regressions[@]} regression input(s)"
+    if ! "$program" "${limits[@]}" "${regressions[@]}" > "$log" 2>&1; then
+      tail -n 40 "$log"
+      failed+=("$target (regression)")
+      continue
+    fi
+    cp "${regressions[@]}" "$work"/
+  fi
+
+  echo "== $target: fuzzing for ${seconds}s"
+  status=0
+  "$program" "${limits[@]}" "${dict[@]}" -max_total_time="$seconds" -print_final_stats=1 \
+    -artifact_prefix="$findings/" "$work" > "$log" 2>&1 || status=$?
+  runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1)
+  rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -n 1)
+  corpus=$(find "$work" -type f | wc -l)
+  line=$(printf '%-24s %12s runs %8s exec/s %6s corpus files' "$target" "${runs:-?}" \
+    "${rate:-?}" "$corpus")
+  if [ "$status" -ne 0 ]; then
+    tail -n 60 "$log"
+    line="$line  FINDING (exit $status, see $findings/ and $log)"
+    failed+=("$target")
+  fi
+  echo "$line"
+  summary+=("$line")
+done
+
+echo "== fuzzing summary (${seconds}s per target)"
+printf '%s\n' "${summary[@]}"
+if [ ${#failed[@]} -gt 0 ]; then
+  echo "== findings in: ${failed[*]}"
+  exit 1
+fi
+echo "== no findings"
