@@ -161,7 +161,7 @@ std::string Convert(const std::string& bytes, bool toFastInfoset) {
   return std::to_string(sink.size) + " bytes: " + sink.head.substr(0, 16);
 }
 
-// Writes an element nested `depth` deep as Fast Infoset and returns the bytes.
+// The deep document as Fast Infoset.
 const std::string& DeepFastInfoset() {
   static const std::string bytes = [] {
     CSmartPtr<CElement> root = new CElement("e");
@@ -172,8 +172,8 @@ const std::string& DeepFastInfoset() {
   return bytes;
 }
 
-// A gzip stream of 1 GiB and 1 KiB: "<a>" and spaces, as 1,024 members of 1 MiB (each about a
-// kilobyte compressed), so that it is made at once.
+// A gzip stream that inflates to 1 GiB: "<a>" and spaces, as 1,024 members of 1 MiB (each about
+// a kilobyte compressed, a megabyte in all), so that it is made at once.
 const std::string& GzipBomb() {
   static const std::string bytes = [] {
     const std::string member = test::Packed(std::string(1 << 20, ' '), 1);
@@ -643,6 +643,6 @@ TEST(HostileInput, EveryAttackEndsInAnExceptionOrACorrectResult) {
       const long growthMiB = (StatusKiB("VmHWM") - before) / 1024;
       EXPECT_LE(growthMiB, attack.maxGrowthMiB) << attack.name;
     }
-    std::printf("%-50s %6.2f s  %s\n", attack.name, seconds, outcome.substr(0, 100).c_str());
   }
+  std::remove(SecretFile().c_str());
 }
