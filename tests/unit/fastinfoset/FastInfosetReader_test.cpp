@@ -320,6 +320,10 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
       {body("3C 00 72 80 14 F0 F0"), "Character not allowed in XML at byte offset 9"},
       {body("3C 00 72 82 00 EF BF BF F0 F0"), "Character not allowed in XML at byte offset 10"},
       {body("3C 00 72 85 00 00 F0 F0"), "Character not allowed in XML at byte offset 9"},
+      // Nor can names that are not XML names: a digit first, a space, a non-name letter.
+      {body("3C 00 31 F0"), "Invalid name at byte offset 7"},
+      {body("3C 02 61 20 62 F0"), "Invalid name at byte offset 7"},
+      {body("3C 02 61 C3 97 F0"), "Invalid name at byte offset 7"},
       {body("3C 00 72 84 00 F0 F0"), "Odd length of a UTF-16 string at byte offset 9"},
       {body("3C 00 72 85 DC 00 00 41 F0 F0"), "Invalid UTF-16 string at byte offset 9"},
       {body("3C 00 72 8C 28 00 F0 F0"), "Unknown encoding algorithm at byte offset 10"},
