@@ -1,9 +1,11 @@
 // ovxml: command-line front end of the library. `ovxml convert` converts a document (XML text in
 // any encoding the parser knows, optionally gzip- or zlib-compressed) as it reads it, in bounded
 // memory, into the form asked for.
+#include "generate/Generate.h"
 #include "xml/StreamConverter.h"
 
 #include <OvXmlLib6.h>
+#include <cctype>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -11,6 +13,7 @@
 #include <getopt.h>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,10 +23,12 @@ using namespace OvXmlLib6;
 
 namespace {
 
-constexpr std::uint64_t kProgressThreshold = 50ull * 1024 * 1024;
+// Inputs from this size on show their progress on a terminal.
+constexpr std::uint64_t kProgressThreshold = 4ull * 1024 * 1024;
 
 const char kUsage[] =
     "Usage: ovxml convert [options] IN OUT\n"
+    "       ovxml generate [options] -o DIR SCHEMA.xsd...  (see 'ovxml generate --help')\n"
     "       ovxml --help | --version\n"
     "\n"
     "Converts the document IN to XML text or Fast Infoset and writes it to OUT as it reads\n"
@@ -40,6 +45,9 @@ const char kUsage[] =
     "  --to fi       output Fast Infoset (ITU-T X.891), which starts without an XML declaration\n"
     "  --gzip        compress the output with gzip\n"
     "  --zlib        compress the output in the zlib format\n"
+    "  --max-inflated=SIZE  refuse compressed input that inflates to more than SIZE\n"
+    "                bytes (K, M, G or T after the number: binary multiples); the default\n"
+    "                is 1G, and the conversion stops as soon as the input passes it\n"
     "  -q, --quiet   no summary line\n"
     "  -h, --help    show this help\n"
     "  -V, --version show the version\n"
@@ -53,8 +61,10 @@ const char kUsage[] =
     "  --crlf        end lines with CR LF instead of LF\n"
     "  --no-header   leave out the XML declaration\n"
     "\n"
-    "A one-line summary goes to standard error unless --quiet; the exit status is 0 on success,\n"
-    "1 when the conversion fails and 2 for a usage error.\n";
+    "A one-line summary goes to standard error unless --quiet, and the progress of inputs over\n"
+    "4 MB when standard error is a terminal. A failure is reported as 'ovxml: FILE:LINE:COLUMN:\n"
+    "message' (or 'ovxml: FILE: message' when it has no place in the text). The exit status is\n"
+    "0 on success, 1 when the conversion fails and 2 for a usage error.\n";
 
 const char kVersion[] = "ovxml (OvXmlLib6) 6.0.0\n";
 
@@ -69,6 +79,7 @@ struct Options {
   bool quiet = false;
   bool help = false;
   bool version = false;
+  std::uint64_t maxInflated = 0;  // 0: the library's default
   std::string in;
   std::string out;
 };
@@ -77,10 +88,11 @@ struct Options {
 struct ToolError {
   std::string message;
   int status;
+  bool labelled;  // "ovxml: error: message" rather than "ovxml: message"
 };
 
-[[noreturn]] void Fail(const std::string& message, int status = 1) {
-  throw ToolError{message, status};
+[[noreturn]] void Fail(const std::string& message, int status = 1, bool labelled = true) {
+  throw ToolError{message, status, labelled};
 }
 
 void SetOutputKind(Options& options, const std::string& kind) {
@@ -93,10 +105,34 @@ void SetOutputKind(Options& options, const std::string& kind) {
   }
 }
 
+// A size with an optional binary multiple: "1048576", "512K", "4G".
+std::uint64_t ParseSize(const char* option, const std::string& text) {
+  std::size_t end = 0;
+  unsigned long long value = 0;
+  try {
+    if (text.empty() || text[0] == '-') throw std::invalid_argument(text);
+    value = std::stoull(text, &end, 10);
+  } catch (const std::logic_error&) {
+    Fail(std::string(option) + " needs a size such as 2G, not '" + text + "'", 2);
+  }
+  int shift = 0;
+  if (end + 1 == text.size()) {
+    const char* const units = "KMGT";
+    const char* unit = std::strchr(units, std::toupper(static_cast<unsigned char>(text[end])));
+    if (unit != nullptr && *unit != '\0') {
+      shift = 10 * static_cast<int>(unit - units + 1);
+      ++end;
+    }
+  }
+  if (end != text.size() || value == 0 || value > (~0ull >> shift))
+    Fail(std::string(option) + " needs a size such as 2G, not '" + text + "'", 2);
+  return value << shift;
+}
+
 // Options by getopt_long: GNU style, so "--to fi" and "--to=fi" both work, options and files
 // may come in any order, and "--" ends the options.
 Options ParseArguments(int argc, char** argv) {
-  enum { kTo = 256, kGzip, kZlib, kUtf16, kFormat, kCrlf, kNoHeader };
+  enum { kTo = 256, kGzip, kZlib, kUtf16, kFormat, kCrlf, kNoHeader, kMaxInflated };
   static const option kOptions[] = {{"to", required_argument, nullptr, kTo},
                                     {"gzip", no_argument, nullptr, kGzip},
                                     {"zlib", no_argument, nullptr, kZlib},
@@ -104,6 +140,7 @@ Options ParseArguments(int argc, char** argv) {
                                     {"format", no_argument, nullptr, kFormat},
                                     {"crlf", no_argument, nullptr, kCrlf},
                                     {"no-header", no_argument, nullptr, kNoHeader},
+                                    {"max-inflated", required_argument, nullptr, kMaxInflated},
                                     {"quiet", no_argument, nullptr, 'q'},
                                     {"help", no_argument, nullptr, 'h'},
                                     {"version", no_argument, nullptr, 'V'},
@@ -136,6 +173,9 @@ Options ParseArguments(int argc, char** argv) {
       case kNoHeader:
         options.noHeader = true;
         break;
+      case kMaxInflated:
+        options.maxInflated = ParseSize("--max-inflated", optarg);
+        break;
       case 'q':
         options.quiet = true;
         break;
@@ -147,7 +187,8 @@ Options ParseArguments(int argc, char** argv) {
         break;
       case ':':
         for (const option* o = kOptions; o->name != nullptr; ++o) {
-          if (o->val == optopt) Fail(std::string("--") + o->name + " needs a value (xml or fi)", 2);
+          if (o->val == optopt && o->val == kTo) Fail("--to needs a value (xml or fi)", 2);
+          if (o->val == optopt) Fail(std::string("--") + o->name + " needs a value", 2);
         }
         Fail("an option needs a value; try 'ovxml --help'", 2);
       default: {
@@ -187,8 +228,10 @@ class Progress {
   ~Progress() { Clear(); }
   void Reading(std::uint64_t done, std::uint64_t total) {
     if (!m_enabled || (total < kProgressThreshold && done < kProgressThreshold)) return;
-    if (done - m_lastShown < 8 * 1024 * 1024 && done != total) return;
-    m_lastShown = done;
+    // At most five lines a second: the terminal must not slow the conversion down.
+    const auto now = std::chrono::steady_clock::now();
+    if (m_shown && now - m_lastShown < std::chrono::milliseconds(200)) return;
+    m_lastShown = now;
     if (total != 0) {
       Show("converting: %.1f of %.1f MB read (%d%%)", Megabytes(done), Megabytes(total),
            static_cast<int>(done * 100 / total));
@@ -211,7 +254,7 @@ class Progress {
   }
   bool m_enabled;
   bool m_shown = false;
-  std::uint64_t m_lastShown = 0;
+  std::chrono::steady_clock::time_point m_lastShown;
 };
 
 // The output file: written under a temporary name beside it and renamed when the conversion has
@@ -286,11 +329,26 @@ int Convert(const Options& options) {
   converter.SetProgress([&](std::uint64_t done) { progress.Reading(done, total); });
   detail::CStdioSource source(in, options.in);
   detail::CStdioSink sink(out.Get(), options.out);
+  if (options.maxInflated != 0) SetMaxInflatedSize(options.maxInflated);
   detail::CConvertCounts counts;
   try {
     counts = converter.Convert(source, sink);
   } catch (const COvException& e) {
-    Fail("cannot convert '" + options.in + "': " + e.GetFullMessage());
+    // Like a compiler's messages: the place, then what is wrong there.
+    const std::string name = useStdin ? "(standard input)" : options.in;
+    const detail::CParseFailure& failure = converter.GetFailure();
+    std::string message = e.GetFullMessage();
+    if (failure.line != 0) {
+      if (!failure.message.empty()) message = failure.message;
+      Fail(FormatString("%s:%llu:%llu: ", name.c_str(),
+                        static_cast<unsigned long long>(failure.line),
+                        static_cast<unsigned long long>(failure.column)) +
+               message,
+           1, false);
+    }
+    if (message.find("beyond the limit") != std::string::npos)
+      message += " (raise it with --max-inflated)";
+    Fail(name + ": " + message, 1, false);
   }
   out.Commit();
   progress.Clear();
@@ -312,6 +370,10 @@ int Convert(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // The schema compiler has options of its own.
+  if (argc > 1 && std::strcmp(argv[1], "generate") == 0) {
+    return ovxml_generate::RunGenerate(argc - 1, argv + 1);
+  }
   try {
     const Options options = ParseArguments(argc, argv);
     if (options.help) {
@@ -324,7 +386,7 @@ int main(int argc, char** argv) {
     }
     return Convert(options);
   } catch (const ToolError& e) {
-    std::fprintf(stderr, "ovxml: error: %s\n", e.message.c_str());
+    std::fprintf(stderr, "ovxml: %s%s\n", e.labelled ? "error: " : "", e.message.c_str());
     return e.status;
   } catch (const COvException& e) {
     std::fprintf(stderr, "ovxml: error: %s\n", e.GetFullMessage().c_str());

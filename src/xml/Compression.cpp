@@ -39,39 +39,6 @@ bool LooksCompressed(const unsigned char* data, std::size_t length) {
   return (data[0] & 0x0F) == 8 && (data[0] >> 4) <= 7 && ((data[0] << 8) | data[1]) % 31 == 0;
 }
 
-bool TryInflate(const unsigned char* data, std::size_t length, CBinaryData& out) {
-  z_stream zs{};
-  if (inflateInit2(&zs, 15 + 32) != Z_OK) return false;  // 15 + 32: detect zlib or gzip
-  std::unique_ptr<z_stream, int (*)(z_streamp)> guard(&zs, &inflateEnd);
-  out.Clear();
-  std::unique_ptr<unsigned char[]> chunk(new unsigned char[kInflateChunk]);
-  std::size_t consumed = 0;
-  std::uint64_t produced = 0;
-  int result = Z_OK;
-  while (result == Z_OK) {
-    if (zs.avail_in == 0 && consumed < length) {
-      const std::size_t step = std::min<std::size_t>(length - consumed, kMaxZlibStep);
-      zs.next_in = const_cast<Bytef*>(data + consumed);
-      zs.avail_in = static_cast<uInt>(step);
-      consumed += step;
-    }
-    zs.next_out = chunk.get();
-    zs.avail_out = static_cast<uInt>(kInflateChunk);
-    result = inflate(&zs, Z_NO_FLUSH);  // Z_BUF_ERROR once a cut-short stream runs dry
-    const std::size_t got = kInflateChunk - zs.avail_out;
-    if (result != Z_OK && result != Z_STREAM_END) break;
-    produced += got;
-    if (produced > g_maxInflated || produced > std::numeric_limits<std::uint32_t>::max()) {
-      throw COvException(FormatString(
-          "Failed to inflate the compressed input: it expands beyond the limit of %llu bytes",
-          static_cast<unsigned long long>(
-              std::min<std::uint64_t>(g_maxInflated, std::numeric_limits<std::uint32_t>::max()))));
-    }
-    out.Append(chunk.get(), static_cast<std::uint32_t>(got));
-  }
-  return result == Z_STREAM_END;
-}
-
 CBinaryData Deflate(const unsigned char* data, std::size_t length, int compressionType) {
   z_stream zs{};
   const int windowBits = compressionType == 1 ? 31 : 15;  // 31: gzip wrapper
@@ -100,8 +67,11 @@ struct CZlibStream {
   }
 };
 
-CInflatingSource::CInflatingSource(IByteSource& input)
-    : m_input(input), m_zlib(new CZlibStream()), m_in(new unsigned char[kInflateChunk]) {
+CInflatingSource::CInflatingSource(IByteSource& input, std::uint64_t limit)
+    : m_input(input),
+      m_zlib(new CZlibStream()),
+      m_in(new unsigned char[kInflateChunk]),
+      m_limit(limit) {
   if (inflateInit2(&m_zlib->zs, 15 + 32) != Z_OK) throw std::bad_alloc();  // 15 + 32: either
   m_zlib->end = &inflateEnd;
 }
@@ -133,6 +103,7 @@ std::size_t CInflatingSource::Read(unsigned char* buffer, std::size_t capacity) 
       // Another gzip member may follow; anything else after the end is refused.
       if (!Refill()) return 0;
       if (zs.next_in[0] != 0x1F) {
+        m_broken = true;
         throw COvException(FormatString(
             "Failed to inflate the compressed input: data follows the end of the compressed "
             "stream (at byte %llu)",
@@ -146,12 +117,20 @@ std::size_t CInflatingSource::Read(unsigned char* buffer, std::size_t capacity) 
     if (result == Z_STREAM_END) {
       m_streamEnded = true;
     } else if (result == Z_BUF_ERROR && !more) {
+      m_broken = true;
       throw COvException(
           "Failed to inflate the compressed input: it ends before the compressed stream does");
     } else if (result != Z_OK && result != Z_BUF_ERROR) {
+      m_broken = true;
       throw COvException(FormatString("Failed to inflate the compressed input: %s (near byte %llu)",
                                       zs.msg != nullptr ? zs.msg : "corrupt data",
                                       static_cast<unsigned long long>(m_consumed - zs.avail_in)));
+    }
+    m_produced += room - zs.avail_out;
+    if (m_limit != 0 && m_produced > m_limit) {
+      throw COvException(FormatString(
+          "Failed to inflate the compressed input: it expands beyond the limit of %llu bytes",
+          static_cast<unsigned long long>(m_limit)));
     }
   }
   return room - zs.avail_out;

@@ -7,6 +7,7 @@
 #include "xml/ByteSource.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -15,12 +16,6 @@ namespace detail {
 
 // True when the bytes start like a gzip member or a zlib stream (a cheap test before inflating).
 bool LooksCompressed(const unsigned char* data, std::size_t length);
-
-// Inflates gzip or zlib data (detected from the header) into `out`, in 64 KiB steps. Returns
-// false, leaving `out` unspecified, when the input is not a complete compressed stream (so the
-// caller parses it as it is). Throws COvException when the inflated size passes the limit set
-// with SetMaxInflatedSize.
-bool TryInflate(const unsigned char* data, std::size_t length, CBinaryData& out);
 
 // Compresses `data` at level 1 into an array of the input's size, as gzip (type 1) or zlib
 // (type 2). Output that does not fit, that is, data that does not shrink, fails like any other
@@ -32,14 +27,18 @@ struct CZlibStream;
 // Inflates gzip or zlib input (detected from the header) taken piece by piece from another
 // source, in bounded memory. Concatenated gzip members are read one after the other. Corrupt
 // input and input that ends inside the compressed stream fail with COvException
-// "Failed to inflate the compressed input: ...".
+// "Failed to inflate the compressed input: ...". With a limit, output that grows past it fails as
+// soon as it does with "... it expands beyond the limit of <n> bytes".
 class CInflatingSource : public IByteSource {
  public:
-  // `input` must outlive this source.
-  explicit CInflatingSource(IByteSource& input);
+  // `input` must outlive this source. `limit` is the most it may produce in all; 0: no limit.
+  explicit CInflatingSource(IByteSource& input, std::uint64_t limit = 0);
   ~CInflatingSource() override;
 
   std::size_t Read(unsigned char* buffer, std::size_t capacity) override;
+  // True once Read failed because the compressed data is truncated or corrupt (not because of
+  // the limit or of the input's own failure).
+  bool IsBroken() const { return m_broken; }
 
  private:
   // Refills the input buffer when it is empty; false at the end of the input.
@@ -50,7 +49,10 @@ class CInflatingSource : public IByteSource {
   std::unique_ptr<unsigned char[]> m_in;
   bool m_inputEnded = false;
   bool m_streamEnded = false;
+  bool m_broken = false;
   std::uint64_t m_consumed = 0;  // compressed bytes handed to zlib, for messages
+  std::uint64_t m_produced = 0;
+  std::uint64_t m_limit;
 };
 
 // Compresses output piece by piece at level 1, as gzip (type 1) or zlib (type 2).

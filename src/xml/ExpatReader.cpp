@@ -19,6 +19,8 @@ namespace {
 // Large inputs are fed in pieces of this size: expat copies what it is given into its own
 // buffer, so one call with a whole document would hold a second copy of it.
 constexpr std::size_t kPieceSize = 256 * 1024;
+// The block size for sources read through expat's own buffer.
+constexpr std::size_t kReadBlock = 64 * 1024;
 
 // True when every byte is ASCII other than NUL and carriage return: every code page the library
 // accepts for its internal strings is a superset of ASCII, so such text is taken as it is.
@@ -35,23 +37,60 @@ inline bool IsPlainAscii(const char* text, std::size_t length) {
 
 namespace detail {
 
+void CUtf16Check::Scan(const unsigned char* data, std::size_t length) {
+  const unsigned char* const end = data + length;
+  while (data != end) {
+    m_pending[m_pendingLength++] = *data++;
+    if (m_pendingLength < 2) continue;
+    m_pendingLength = 0;
+    if (m_order == kUnknown) {
+      const unsigned a = m_pending[0];
+      const unsigned b = m_pending[1];
+      if ((a == 0xFF && b == 0xFE) || (a == '<' && b == 0)) {
+        m_order = kLittle;
+      } else if ((a == 0xFE && b == 0xFF) || (a == 0 && b == '<')) {
+        m_order = kBig;
+      } else {
+        m_order = kOff;
+        return;
+      }
+      m_offset += 2;
+      continue;
+    }
+    const unsigned high = m_order == kLittle ? m_pending[1] : m_pending[0];
+    const bool lowSurrogate = (high & 0xFC) == 0xDC;
+    if (lowSurrogate != m_highSurrogate) {
+      // A high surrogate without its low one is reported where it stands.
+      throw COvException(
+          FormatString("Invalid byte sequence for the encoding UTF-16 at byte offset %llu",
+                       m_highSurrogate ? m_offset - 2 : m_offset));
+    }
+    m_highSurrogate = (high & 0xFC) == 0xD8;
+    m_offset += 2;
+  }
+}
+
 CExpatFeed::CExpatFeed(XML_ParserStruct* parser, std::exception_ptr& error)
     : m_parser(parser), m_error(error) {}
 
 void CExpatFeed::Check(int status) {
+  if (status == XML_STATUS_OK && !m_error) return;
+  m_failure.line = XML_GetCurrentLineNumber(m_parser);
+  m_failure.column = XML_GetCurrentColumnNumber(m_parser) + 1;
   if (m_error) {
     std::exception_ptr thrown = std::move(m_error);
     m_error = nullptr;
     std::rethrow_exception(thrown);
   }
-  if (status == XML_STATUS_OK) return;
   const XML_Error code = XML_GetErrorCode(m_parser);
-  const int line = static_cast<int>(XML_GetCurrentLineNumber(m_parser));
+  const int line = static_cast<int>(m_failure.line);
   if (code == XML_ERROR_UNKNOWN_ENCODING && !m_transcoder.GetDeclaredEncoding().empty()) {
-    throw COvException(FormatString("unknown encoding '%s' (not known to iconv either) at line %d",
-                                    m_transcoder.GetDeclaredEncoding().c_str(), line));
+    m_failure.message = FormatString("unknown encoding '%s' (not known to iconv either)",
+                                     m_transcoder.GetDeclaredEncoding().c_str());
+  } else {
+    m_failure.message = OrEmpty(XML_ErrorString(code));
   }
-  throw COvException(FormatString("%s at line %d", OrEmpty(XML_ErrorString(code)), line));
+  throw COvException(FormatString("%s at line %d", m_failure.message.c_str(), line));
 }
 
 void CExpatFeed::Feed(const unsigned char* data, std::size_t length, bool isFinal) {
@@ -81,6 +120,7 @@ void CExpatFeed::Feed(const unsigned char* data, std::size_t length, bool isFina
 
 void CExpatFeed::FeedInspected(const unsigned char* data, std::size_t length, bool isFinal) {
   if (!m_transcoder.IsActive()) {
+    m_utf16.Check(data, length);
     FeedParser(reinterpret_cast<const char*>(data), length, isFinal);
     return;
   }
@@ -102,6 +142,27 @@ void CExpatFeed::FeedParser(const char* text, std::size_t length, bool isFinal) 
     text += piece;
     length -= piece;
   } while (length != 0);
+}
+
+void CExpatFeed::Read(IByteSource& source) {
+  // Until the start of the document shows that expat reads it as it is (and for a document
+  // that must be transcoded, throughout), blocks go through the feed.
+  std::unique_ptr<unsigned char[]> block;
+  while (!IsDirect()) {
+    if (!block) block.reset(new unsigned char[kReadBlock]);
+    const std::size_t got = source.Read(block.get(), kReadBlock);
+    Feed(block.get(), got, got == 0);
+    if (got == 0) return;
+  }
+  // Then the source fills expat's own buffer: no block is copied twice.
+  for (;;) {
+    void* buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadBlock));
+    if (buffer == nullptr) Check(XML_STATUS_ERROR);  // out of memory, with expat's message
+    const std::size_t got = source.Read(static_cast<unsigned char*>(buffer), kReadBlock);
+    m_utf16.Check(static_cast<unsigned char*>(buffer), got);
+    Check(XML_ParseBuffer(m_parser, static_cast<int>(got), got == 0));
+    if (got == 0) return;
+  }
 }
 
 bool IsXmlNCName(std::string_view name) {
@@ -177,6 +238,8 @@ CExpatReader::~CExpatReader() {
 void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
   m_feed->Feed(data, length, isFinal);
 }
+
+void CExpatReader::Read(detail::IByteSource& source) { m_feed->Read(source); }
 
 void CExpatReader::Fail() {
   m_error = std::current_exception();
@@ -255,6 +318,9 @@ void CExpatReader::Convert(const char* text, std::size_t length, std::string& ou
 
 void CExpatReader::OnStartElement(const char* name, const char** attributes) {
   CXmlElement* element = m_document->AddElement(m_store->InternParserName(name));
+  if (m_document->m_recordLines) {
+    m_document->m_lines[element] = static_cast<std::uint32_t>(XML_GetCurrentLineNumber(m_parser));
+  }
   if (attributes[0] == nullptr) {
     m_document->ElementStarted(element);
     return;
@@ -306,8 +372,6 @@ namespace {
 // Separates the parts of expanded names. No XML 1.0 document can hold this character, so it
 // never stands inside a namespace URI, a local name or a prefix.
 constexpr char kNameSeparator = '\x01';
-// The block size for sources read through expat's own buffer.
-constexpr std::size_t kReadBlock = 64 * 1024;
 }  // namespace
 
 // expat's callbacks. Each catches everything: no exception may unwind through expat's C frames.
@@ -395,25 +459,7 @@ void CExpatEventSource::Parse(const unsigned char* data, std::size_t length, boo
   m_feed.Feed(data, length, isFinal);
 }
 
-void CExpatEventSource::Read(IByteSource& source) {
-  // Until the start of the document shows that expat reads it as it is (and for a document
-  // that must be transcoded, throughout), blocks go through the feed.
-  std::unique_ptr<unsigned char[]> block;
-  while (!m_feed.IsDirect()) {
-    if (!block) block.reset(new unsigned char[kReadBlock]);
-    const std::size_t got = source.Read(block.get(), kReadBlock);
-    m_feed.Feed(block.get(), got, got == 0);
-    if (got == 0) return;
-  }
-  // Then the source fills expat's own buffer: no block is copied twice.
-  for (;;) {
-    void* buffer = XML_GetBuffer(m_parser, static_cast<int>(kReadBlock));
-    if (buffer == nullptr) throw std::bad_alloc();
-    const std::size_t got = source.Read(static_cast<unsigned char*>(buffer), kReadBlock);
-    m_feed.Check(XML_ParseBuffer(m_parser, static_cast<int>(got), got == 0));
-    if (got == 0) return;
-  }
-}
+void CExpatEventSource::Read(IByteSource& source) { m_feed.Read(source); }
 
 void CExpatEventSource::Convert(const char* text, std::size_t length, std::string& out) {
   ToInternal(m_encoder, text, length, out);

@@ -12,6 +12,7 @@
 #include "xml/XmlEvents.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <string>
@@ -26,6 +27,29 @@ namespace OvXmlLib6 {
 namespace detail {
 class CTreeStore;
 
+// Watches the bytes of a document on their way to the parser and refuses an unpaired surrogate in
+// UTF-16 text: expat takes a high surrogate followed by any code unit as a pair, which would turn
+// malformed input into a wrong character instead of an error. The byte order comes from the
+// first two bytes (a byte-order mark, or '<' without one); other documents pass unlooked at.
+class CUtf16Check {
+ public:
+  // The next bytes of the document. Throws COvException "Invalid byte sequence for the encoding
+  // UTF-16 at byte offset <n>".
+  void Check(const unsigned char* data, std::size_t length) {
+    if (m_order != kOff) Scan(data, length);
+  }
+
+ private:
+  enum Order { kUnknown, kOff, kLittle, kBig };
+  void Scan(const unsigned char* data, std::size_t length);
+
+  Order m_order = kUnknown;
+  unsigned char m_pending[2] = {0, 0};  // the start, then the first byte of a split code unit
+  std::size_t m_pendingLength = 0;
+  bool m_highSurrogate = false;     // the last code unit was a high surrogate
+  unsigned long long m_offset = 0;  // of the first byte of `m_pending`
+};
+
 // Feeds a document to one expat parser piece by piece, in parts expat takes without holding a
 // second copy of a large piece. A document whose declaration names an encoding expat does not
 // know, and iconv does, passes through the input transcoder on the way. Parse errors throw
@@ -35,11 +59,14 @@ class CExpatFeed {
  public:
   CExpatFeed(XML_ParserStruct* parser, std::exception_ptr& error);
   void Feed(const unsigned char* data, std::size_t length, bool isFinal);
+  // Feeds the whole source, block by block, to its end.
+  void Read(IByteSource& source);
   // True once the start of the document showed that expat reads the bytes as they are, so that
   // a reader may hand them to expat's own buffer.
   bool IsDirect() const { return m_inspected && !m_transcoder.IsActive(); }
-  // Throws for a parse that failed.
+  // Throws for a parse that failed, after noting where in Failure().
   void Check(int status);
+  const CParseFailure& Failure() const { return m_failure; }
 
  private:
   void FeedInspected(const unsigned char* data, std::size_t length, bool isFinal);
@@ -51,6 +78,8 @@ class CExpatFeed {
   std::string m_head;  // the start of the document while its declaration is incomplete
   CInputTranscoder m_transcoder;
   std::string m_converted;
+  CUtf16Check m_utf16;
+  CParseFailure m_failure;
 };
 
 // Whether `name` (UTF-8) is a name without a colon that the parser takes for an element name, so
@@ -70,6 +99,8 @@ class CExpatReader : private CInstanceMonitor {
   // Feeds one piece of the document. Throws COvException "<expat's message> at line <n>" when
   // the text is not well-formed, or rethrows what a callback threw.
   void Parse(const unsigned char* data, std::size_t length, bool isFinal);
+  // Parses the whole source, block by block, to its end.
+  void Read(detail::IByteSource& source);
 
  private:
   static void StartElementHandler(void* self, const char* name, const char** attributes);
@@ -116,6 +147,8 @@ class CExpatEventSource {
   void Parse(const unsigned char* data, std::size_t length, bool isFinal);
   // Parses the whole source, block by block, to its end.
   void Read(IByteSource& source);
+  // Where the parse stopped, after Parse or Read threw.
+  const CParseFailure& Failure() const { return m_feed.Failure(); }
 
  private:
   struct Callbacks;

@@ -4,6 +4,7 @@
 #include "OvXmlLib6/core/SerializationContext.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetWriter.h"
 #include "OvXmlLib6/xml/BinaryStream.h"
+#include "OvXmlLib6/xml/Compression.h"
 #include "OvXmlLib6/xml/TextStream.h"
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 #include "fastinfoset/FastInfosetReader.h"
@@ -77,36 +78,6 @@ class CCountingSource : public IByteSource {
  private:
   IByteSource& m_input;
   const std::function<void(std::uint64_t)>& m_progress;
-};
-
-// A source whose first bytes can be looked at before they are read.
-class CPeekSource : public IByteSource {
- public:
-  explicit CPeekSource(IByteSource& input) : m_input(input) {}
-  // The first `length` bytes, or fewer when the input is shorter.
-  const std::vector<unsigned char>& Peek(std::size_t length) {
-    while (m_head.size() < length && !m_ended) {
-      const std::size_t old = m_head.size();
-      m_head.resize(length);
-      const std::size_t got = m_input.Read(m_head.data() + old, length - old);
-      m_head.resize(old + got);
-      m_ended = got == 0;
-    }
-    return m_head;
-  }
-  std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
-    if (m_position == m_head.size()) return m_input.Read(buffer, capacity);
-    const std::size_t step = std::min(capacity, m_head.size() - m_position);
-    std::memcpy(buffer, m_head.data() + m_position, step);
-    m_position += step;
-    return step;
-  }
-
- private:
-  IByteSource& m_input;
-  std::vector<unsigned char> m_head;
-  std::size_t m_position = 0;
-  bool m_ended = false;
 };
 
 // Enough of the start to find the identification of a Fast Infoset document behind an XML
@@ -389,14 +360,20 @@ class CEventWriter : public IXmlEventHandler {
 };
 
 // Reads the document from `input` with the reader that its first bytes call for.
+// A failure of XML text notes where the parser stopped in `failure`.
 void ReadDocument(CPeekSource& input, bool fastInfoset, const CXmlSerializationContext& context,
-                  IXmlEventHandler& handler) {
+                  IXmlEventHandler& handler, CParseFailure& failure) {
   if (fastInfoset) {
     CFastInfosetReader reader(handler, context);
     reader.Read(input);
-  } else {
-    CExpatEventSource source(handler);
+    return;
+  }
+  CExpatEventSource source(handler);
+  try {
     source.Read(input);
+  } catch (...) {
+    failure = source.Failure();
+    throw;
   }
 }
 
@@ -413,7 +390,7 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
   std::unique_ptr<CPeekSource> inflated;
   CPeekSource* document = &raw;
   if (LooksCompressed(raw.Peek(2).data(), raw.Peek(2).size())) {
-    inflater.reset(new CInflatingSource(raw));
+    inflater.reset(new CInflatingSource(raw, GetMaxInflatedSize()));
     inflated.reset(new CPeekSource(*inflater));
     document = inflated.get();
   }
@@ -452,7 +429,8 @@ CConvertCounts CStreamConverter::Convert(IByteSource& input, IByteSink& output) 
     if (m_options.header) textWriter->WriteHeader();
   }
   CEventWriter events(*writer, m_options.format && !m_options.fastInfoset);
-  ReadDocument(*document, counts.fastInfosetInput, context, events);
+  m_failure = CParseFailure();
+  ReadDocument(*document, counts.fastInfosetInput, context, events, m_failure);
   writer->Close();
   sink->Finish();
 

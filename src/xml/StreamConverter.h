@@ -7,6 +7,7 @@
 
 #include "OvXmlLib6/core/Enums.h"
 #include "xml/ByteSource.h"
+#include "xml/XmlEvents.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -82,9 +83,13 @@ class CStreamConverter {
   // knows or Fast Infoset, either optionally gzip- or zlib-compressed, and writes the document
   // to `output`. Failures throw COvException saying what failed and where.
   CConvertCounts Convert(IByteSource& input, IByteSink& output);
+  // After Convert threw on XML text: where the parser stopped (line 0 when the failure was not
+  // the parser's, e.g. of the compressed data or of Fast Infoset input).
+  const CParseFailure& GetFailure() const { return m_failure; }
 
  private:
   CConvertOptions m_options;
+  CParseFailure m_failure;
   std::function<void(std::uint64_t)> m_progress;
 };
 

@@ -1,10 +1,11 @@
 #include "OvXmlLib6/xml/XmlDocument.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
-#include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/xml/Compression.h"
 #include "core/Strings.h"
 #include "fastinfoset/FastInfosetReader.h"
 #include "port/File.h"
+#include "xml/ByteSource.h"
 #include "xml/Compression.h"
 #include "xml/DocumentObserver.h"
 #include "xml/ExpatReader.h"
@@ -18,6 +19,7 @@
 #include <limits>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace OvXmlLib6 {
 
@@ -34,6 +36,48 @@ constexpr const char* kOpenFailed = "Failed to open the file [%s] Error [0x%08x]
 constexpr const char* kSizeFailed = "Failed to get the size of the file [%s] Error [0x%08x]";
 constexpr const char* kReadFailed = "Failed to read the contents of the file [%s] Error [0x%08x]";
 constexpr const char* kChunkReadFailed = "Failed to read the contents of the file. Error [0x%08x]";
+
+// Enough of the start of a document to find the identification of a Fast Infoset document
+// behind an XML declaration, and for the parser to fail on input taken for compressed data that
+// is not.
+constexpr std::size_t kHeadSize = 4096;
+
+// Reads the rest of an inflating source and drops it; false when the compressed data proves
+// truncated or corrupt on the way. Any other failure (the limit, the input) leaves the answer
+// true: the data is not known to be broken.
+bool InflatesToTheEnd(detail::CInflatingSource& inflater) {
+  constexpr std::size_t kBlock = 65536;
+  std::unique_ptr<unsigned char[]> block(new unsigned char[kBlock]);
+  try {
+    while (inflater.Read(block.get(), kBlock) != 0) {
+    }
+  } catch (const COvException&) {
+  }
+  return !inflater.IsBroken();
+}
+
+// A file opened by Load, read in blocks up to the size it announced; a file that ends before
+// that fails like one that cannot be read.
+class CFileSource : public detail::IByteSource {
+ public:
+  CFileSource(port::IReadFile& file, const char* name, std::uint64_t size)
+      : m_file(file), m_name(name), m_left(size) {}
+  std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
+    if (m_left == 0) return 0;
+    std::size_t got = 0;
+    const int error = m_file.Read(buffer, std::min<std::uint64_t>(capacity, m_left), got);
+    if (error != 0 || got == 0) {
+      throw COvException(FormatString(kReadFailed, m_name, error != 0 ? error : kEndOfFileError));
+    }
+    m_left -= got;
+    return got;
+  }
+
+ private:
+  port::IReadFile& m_file;
+  const char* m_name;
+  std::uint64_t m_left;
+};
 
 // Hands `put` the runs of the text between its carriage returns, which are dropped; the text
 // ends at a NUL byte or after `length` bytes.
@@ -78,8 +122,6 @@ CXmlDocument::CXmlDocument(ElementCompletedCallback callback,
     : CInstanceMonitor("CXmlDocument"),
       m_store(new detail::CTreeStore(this)),
       m_documentElement(nullptr),
-      m_input(nullptr),
-      m_inputLength(0),
       m_schemaType(context.GetSchemaType()),
       m_callback(callback),
       m_context(&context),
@@ -92,18 +134,13 @@ void CXmlDocument::Cleanup() {
   m_documentElement = nullptr;
   m_elementStack.clear();
   m_aliases.clear();
-  m_ownedInput.reset();
-  m_input = nullptr;
-  m_inputLength = 0;
+  m_lines.clear();
   m_store->file.reset();
   m_store->readBuffer.reset();
   m_store->spareBuffer.reset();
 }
 
 void CXmlDocument::Init() {
-  m_ownedInput.reset();
-  m_input = nullptr;
-  m_inputLength = 0;
   m_documentElement = nullptr;
   m_store->file.reset();
   m_store->ResetEncoder();
@@ -132,7 +169,7 @@ void CXmlDocument::LoadXml(const char* xml) {
   const std::size_t length = Length(xml);
   if (length == 0) throw COvException("XML String is empty!");
   // The caller's text is parsed where it is; it outlives this call.
-  ParseTextBlock(reinterpret_cast<const unsigned char*>(xml), length);
+  ParseTextBlock(reinterpret_cast<const unsigned char*>(xml), length, true);
 }
 
 void CXmlDocument::LoadXml(const wchar_t* xml) {
@@ -148,7 +185,7 @@ void CXmlDocument::LoadXml(const wchar_t* xml) {
   } else {
     detail::Utf16ToUtf16LE(reinterpret_cast<const char16_t*>(xml), length, bytes);
   }
-  ParseTextBlock(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  ParseTextBlock(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), true);
 }
 
 void CXmlDocument::LoadXml(const char16_t* xml) {
@@ -157,7 +194,7 @@ void CXmlDocument::LoadXml(const char16_t* xml) {
   Init();
   std::string bytes("\xFF\xFE", 2);
   detail::Utf16ToUtf16LE(xml, Length(xml), bytes);
-  ParseTextBlock(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  ParseTextBlock(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), true);
 }
 
 void CXmlDocument::LoadXmlStream(const unsigned char* data, std::uint32_t length) {
@@ -166,10 +203,13 @@ void CXmlDocument::LoadXmlStream(const unsigned char* data, std::uint32_t length
   Init();
   if (length == 0 || data == nullptr) throw COvException("XML Stream is empty!");
   // The block is only read, and only during this call, so it is parsed in place rather than
-  // copied first.
-  m_input = data;
-  m_inputLength = length;
-  Parse();
+  // copied first; compressed data is inflated piece by piece as the parser takes it.
+  if (!detail::LooksCompressed(data, length)) {
+    ParseBlock(data, length);
+    return;
+  }
+  detail::CMemorySource source(data, length);
+  ParseCompressed(source, data, length, true);
 }
 
 void CXmlDocument::Load(const char* fileName) {
@@ -190,21 +230,16 @@ void CXmlDocument::LoadFileWhole(const char* fileName) {
   std::uint64_t size = 0;
   error = file->Size(size);
   if (error == 0 && size > std::numeric_limits<std::uint32_t>::max()) error = EFBIG;
-  if (error != 0) {
-    file.reset();
-    throw COvException(FormatString(kSizeFailed, fileName, error));
+  if (error != 0) throw COvException(FormatString(kSizeFailed, fileName, error));
+  // The file is read in blocks as the parser takes them: only the tree grows with its size.
+  CFileSource source(*file, fileName, size);
+  detail::CPeekSource raw(source);
+  const std::vector<unsigned char>& head = raw.Peek(kHeadSize);
+  if (detail::LooksCompressed(head.data(), head.size())) {
+    ParseCompressed(raw, head.data(), head.size(), raw.PeekedAll());
+  } else {
+    ParseDocument(raw);
   }
-  m_ownedInput.reset(new unsigned char[size == 0 ? 1 : size]);
-  std::size_t got = 0;
-  error = file->Read(m_ownedInput.get(), size, got);
-  file.reset();
-  if (error != 0 || got != size) {
-    m_ownedInput.reset();
-    throw COvException(FormatString(kReadFailed, fileName, error != 0 ? error : kEndOfFileError));
-  }
-  m_input = m_ownedInput.get();
-  m_inputLength = static_cast<std::uint32_t>(size);
-  Parse();
 }
 
 void CXmlDocument::LoadFileAsync(const char* fileName) {
@@ -270,71 +305,62 @@ void CXmlDocument::AsyncParse(bool last) {
 
 // ---- Parsing -------------------------------------------------------------------------------
 
-void CXmlDocument::Parse() {
-  bool brokenCompression = false;
-  if (detail::LooksCompressed(m_input, m_inputLength)) {
-    CBinaryData inflated;
-    if (detail::TryInflate(m_input, m_inputLength, inflated)) {
-      const std::uint32_t length = inflated.GetLength();
-      m_ownedInput.reset(inflated.ReleaseData());
-      m_input = m_ownedInput.get();
-      m_inputLength = length;
-    } else {
-      // Anything else (not compressed after all, or cut short) is parsed as it is.
-      brokenCompression = true;
-    }
-  }
-  // A Fast Infoset document is read by its own reader, whose events build the tree; like the text
-  // reader the builder calls ElementStarted once an element has its attributes, so that an
-  // observer sees every element.
-  if (ParseFastInfoset()) return;
-  if (!brokenCompression) {
-    ParseText();
-    return;
-  }
+void CXmlDocument::ParseCompressed(detail::IByteSource& input, const unsigned char* head,
+                                   std::size_t headLength, bool headIsAll) {
+  detail::CInflatingSource inflater(input, GetMaxInflatedSize());
+  detail::CPeekSource inflated(inflater);
   try {
-    ParseText();
+    ParseDocument(inflated);
   } catch (COvException& e) {
-    // The parser's message alone ("not well-formed") would hide the likely cause.
+    // Corrupt data may inflate to garbage that the parser refuses before the inflater sees the
+    // damage: the rest is inflated (and dropped) to tell that from a document that is wrong.
+    if (!inflater.IsBroken() && InflatesToTheEnd(inflater)) throw;
+    // Not compressed after all, cut short or corrupt: the bytes read as text fail at their start,
+    // since no XML text begins like gzip or zlib data. The parser's message alone ("not
+    // well-formed") would hide the likely cause.
+    COvException inner = std::move(e);
+    try {
+      CXmlDocument text(*m_context);
+      text.ParseTextBlock(head, headLength, headIsAll);
+    } catch (COvException& textFailure) {
+      inner = std::move(textFailure);
+    }
     throw COvException(
         "The input starts like gzip or zlib data, but the compressed data is truncated or "
         "corrupt; read as text instead, it fails",
-        std::move(e));
+        std::move(inner));
   }
 }
 
-namespace {
-// The input is not needed once parsed, whether or not the parse succeeds.
-struct ReleaseInput {
-  std::unique_ptr<unsigned char[]>& owned;
-  const unsigned char*& input;
-  std::uint32_t& length;
-  ~ReleaseInput() {
-    owned.reset();
-    input = nullptr;
-    length = 0;
+void CXmlDocument::ParseDocument(detail::CPeekSource& input) {
+  // A Fast Infoset document is read by its own reader, whose events build the tree; like the text
+  // reader the builder calls ElementStarted once an element has its attributes, so that an
+  // observer sees every element.
+  const std::vector<unsigned char>& head = input.Peek(kHeadSize);
+  if (CFastInfosetReader::FindHeader(head.data(), head.size()) >= 0) {
+    detail::CTreeBuilder builder(*this);
+    CFastInfosetReader reader(builder, *m_context);
+    reader.Read(input);
+    return;
   }
-};
-}  // namespace
-
-bool CXmlDocument::ParseFastInfoset() {
-  const long start = CFastInfosetReader::FindHeader(m_input, m_inputLength);
-  if (start < 0) return false;
-  ReleaseInput release{m_ownedInput, m_input, m_inputLength};
-  detail::CTreeBuilder builder(*this);
-  CFastInfosetReader reader(builder, *m_context);
-  reader.Read(m_input, m_inputLength, static_cast<std::size_t>(start));
-  return true;
-}
-
-void CXmlDocument::ParseText() {
-  ReleaseInput release{m_ownedInput, m_input, m_inputLength};
-  ParseTextBlock(m_input, m_inputLength);
-}
-
-void CXmlDocument::ParseTextBlock(const unsigned char* data, std::size_t length) {
   CExpatReader reader(this, m_schemaType != SchemaType_DTD, !m_context->GetStripCDATA());
-  reader.Parse(data, length, true);
+  reader.Read(input);
+}
+
+void CXmlDocument::ParseBlock(const unsigned char* data, std::size_t length) {
+  const long start = CFastInfosetReader::FindHeader(data, length);
+  if (start >= 0) {
+    detail::CTreeBuilder builder(*this);
+    CFastInfosetReader reader(builder, *m_context);
+    reader.Read(data, length, static_cast<std::size_t>(start));
+    return;
+  }
+  ParseTextBlock(data, length, true);
+}
+
+void CXmlDocument::ParseTextBlock(const unsigned char* data, std::size_t length, bool isFinal) {
+  CExpatReader reader(this, m_schemaType != SchemaType_DTD, !m_context->GetStripCDATA());
+  reader.Parse(data, length, isFinal);
 }
 
 // ---- Tree building -------------------------------------------------------------------------

@@ -9,6 +9,7 @@
 #define OVXMLLIB6_SRC_XML_XMLEVENTS_H
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,15 @@ struct CXmlEventName {
   std::string namespaceURI;
   std::string localName;
   mutable const void* handlerData = nullptr;
+};
+
+// Where a parse stopped: the line and column (both from 1; the column counts bytes of the text as
+// the parser read it) and, for a document that is not well-formed, the parser's own message
+// without the position.
+struct CParseFailure {
+  std::uint64_t line = 0;  // 0: the parse has not failed
+  std::uint64_t column = 0;
+  std::string message;
 };
 
 struct CXmlEventAttribute {

@@ -22,12 +22,14 @@ std::string_view View(const char* text) {
   return text != nullptr && *text != '\0' ? std::string_view(text) : std::string_view();
 }
 
-// The bytes the escaping stops at: the characters it replaces or drops, and NUL, which ends a
-// text as it would a C string. A line feed only needs replacing when the line end is CR LF.
+// The bytes the escaping stops at: the characters it replaces or drops, NUL, which ends a text as
+// it would a C string, and the other control characters, which XML 1.0 cannot carry. A line feed
+// only needs replacing when the line end is CR LF.
 struct EscapeTable {
   bool stop[256] = {};
   constexpr explicit EscapeTable(bool lineFeed) {
-    for (unsigned char c : {'\0', '&', '<', '>', '"', '\r'}) stop[c] = true;
+    for (unsigned c = 0; c < 0x20; ++c) stop[c] = c != '\t' && c != '\n';
+    for (unsigned char c : {'&', '<', '>', '"'}) stop[c] = true;
     stop[static_cast<unsigned char>('\n')] = lineFeed;
   }
 };
@@ -37,17 +39,19 @@ constexpr EscapeTable kEscapeCrLf(true);
 #if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
 #define OVXML_ESCAPE_SSE2 1
 
-// Bit i is set when byte i of `v` is one the escaping stops at; `lineFeed` holds line feeds when
-// they are such bytes and zeros otherwise.
-inline unsigned StopMask(__m128i v, __m128i lineFeed) {
-  const __m128i hit = _mm_or_si128(
-      _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('&')),
-                                _mm_cmpeq_epi8(v, _mm_set1_epi8('<'))),
-                   _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('>')),
-                                _mm_cmpeq_epi8(v, _mm_set1_epi8('"')))),
-      _mm_or_si128(
-          _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('\r')), _mm_cmpeq_epi8(v, lineFeed)),
-          _mm_cmpeq_epi8(v, _mm_setzero_si128())));
+// Bit i is set when byte i of `v` is one the escaping stops at; `passed` holds the control
+// character that goes through as it is besides the tab: line feeds when they are not such bytes,
+// else tabs.
+inline unsigned StopMask(__m128i v, __m128i passed) {
+  const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(v, _mm_set1_epi8(0x1F)), v);
+  const __m128i plain =
+      _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('\t')), _mm_cmpeq_epi8(v, passed));
+  const __m128i hit =
+      _mm_or_si128(_mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('&')),
+                                             _mm_cmpeq_epi8(v, _mm_set1_epi8('<'))),
+                                _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('>')),
+                                             _mm_cmpeq_epi8(v, _mm_set1_epi8('"')))),
+                   _mm_andnot_si128(plain, control));
   return static_cast<unsigned>(_mm_movemask_epi8(hit));
 }
 
@@ -61,7 +65,7 @@ inline const char* FirstSet(const char* p, unsigned mask) { return p + __builtin
 const char* FindStop(const char* begin, const char* p, const char* end, const bool* stops,
                      bool lineFeed) {
 #if defined(OVXML_ESCAPE_SSE2)
-  const __m128i lf = _mm_set1_epi8(lineFeed ? '\n' : '\0');
+  const __m128i lf = _mm_set1_epi8(lineFeed ? '\t' : '\n');
   while (end - p >= 16) {
     const unsigned mask = StopMask(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), lf);
     if (mask != 0) return FirstSet(p, mask);
@@ -223,9 +227,14 @@ void CXmlTextWriter::PutEscaped(std::string_view text) {
         // Only stopped at for CR LF line ends.
         PutLineEnd();
         break;
-      default:  // '\r' is dropped, unless exact; line feeds carry the line end
+      case '\r':  // dropped, unless exact; line feeds carry the line end
         if (m_exact) Put("&#13;", 5);
         break;
+      default:
+        // No character reference can stand for them either.
+        throw COvException(FormatString(
+            "The control character [0x%02X] cannot be written: XML 1.0 does not allow it",
+            static_cast<unsigned>(static_cast<unsigned char>(*stop))));
     }
     p = stop + 1;
   }

@@ -33,6 +33,7 @@
 #include <vector>
 
 using namespace OvXmlLib6;
+using test::Canonical;
 using test::ReadFile;
 
 namespace {
@@ -324,42 +325,6 @@ std::string WriteTypedValues(const std::string& path) {
 }
 
 // ---- Canonical form ----
-
-// Control characters, backslashes and the layout characters as escapes, so that every item is
-// one line and differences in whitespace show.
-std::string Visible(const std::string& text) {
-  std::string out;
-  for (unsigned char c : text) {
-    if (c == '\\') {
-      out += "\\\\";
-    } else if (c < 0x20 || c == 0x7F) {
-      char hex[8];
-      std::snprintf(hex, sizeof hex, "\\x%02X", c);
-      out += hex;
-    } else {
-      out += static_cast<char>(c);
-    }
-  }
-  return out;
-}
-
-void Canonical(const CXmlElement* element, int depth, std::vector<std::string>& lines) {
-  const std::string name = "{" + element->GetNamespaceURI() + "}" + element->GetLocalName();
-  lines.push_back(std::string(static_cast<std::size_t>(depth), ' ') + "E " + name);
-  std::vector<std::string> attributes;
-  for (const CXmlAttribute* a : element->GetAttributes()) {
-    attributes.push_back("A " + name + " {" + a->GetNamespaceURI() + "}" + a->GetLocalName() +
-                         " = " + Visible(a->GetValue()));
-  }
-  std::sort(attributes.begin(), attributes.end());
-  lines.insert(lines.end(), attributes.begin(), attributes.end());
-  if (!element->GetText().empty())
-    lines.push_back("T " + name + " = " + Visible(element->GetText()));
-  for (const CXmlElement* child = element->GetFirstElement(); child != nullptr;
-       child = child->GetNextSiblingElement()) {
-    Canonical(child, depth + 1, lines);
-  }
-}
 
 // The canonical lines of the file as our reader sees it (XML or Fast Infoset alike).
 std::vector<std::string> CanonicalOf(const std::string& path) {

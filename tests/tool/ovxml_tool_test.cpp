@@ -187,7 +187,7 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
   const struct {
     std::string arguments;
     int status;
-    const char* error;
+    std::string error;
   } cases[] = {
       {"--help", 0, ""},
       {"convert --version", 0, ""},
@@ -202,10 +202,16 @@ TEST(OvxmlTool, FailuresAreReportedWithAStatus) {
       {"convert --to fi --utf16 '" + kSample + "' '" + out + "'", 2, "for XML text output"},
       {"convert --to yaml '" + kSample + "' '" + out + "'", 2, "unknown output kind 'yaml'"},
       {"convert '" + Temp("missing.xml") + "' '" + out + "'", 1, "ovxml: error: cannot open"},
-      {"convert '" + bad + "' '" + out + "'", 1, "mismatched tag at line 1"},
-      {"convert '" + text + "' '" + out + "'", 1, "syntax error at line 1"},
+      {"convert '" + bad + "' '" + out + "'", 1, "ovxml: " + bad + ":1:9: mismatched tag\n"},
+      {"convert - '" + out + "' < '" + text + "'", 1,
+       "ovxml: (standard input):1:1: syntax error\n"},
       {"convert '" + cut + "' '" + out + "'", 1,
-       "Failed to inflate the compressed input: it ends before the compressed stream does"},
+       "ovxml: " + cut +
+           ": Failed to inflate the compressed input: it ends before the compressed stream does"},
+      // The start of the sample inflates to more than 100 bytes: refused before the cut shows.
+      {"convert --max-inflated=100 '" + cut + "' '" + out + "'", 1,
+       "beyond the limit of 100 bytes (raise it with --max-inflated)"},
+      {"convert --max-inflated=1X a b", 2, "--max-inflated needs a size such as 2G, not '1X'"},
       {"convert '" + fi + "' '" + out + "'", 1, "Failed to parse FastInfoset."},
       {"convert '" + kSample + "' '" + Temp("no/such/dir/out.xml") + "'", 1, "cannot create"},
   };

@@ -6,7 +6,10 @@
 
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/types/BinaryData.h"
+#include "OvXmlLib6/xml/XmlDocument.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -139,6 +142,48 @@ inline std::unique_ptr<char[]> ExactCopy(const std::string& text) {
   std::unique_ptr<char[]> copy(new char[text.size() + 1]);
   std::memcpy(copy.get(), text.c_str(), text.size() + 1);
   return copy;
+}
+
+// Control characters, backslashes and the layout characters as escapes, so that every item is
+// one line and differences in whitespace show.
+inline std::string Visible(const std::string& text) {
+  std::string out;
+  for (unsigned char c : text) {
+    if (c == '\\') {
+      out += "\\\\";
+    } else if (c < 0x20 || c == 0x7F) {
+      char hex[8];
+      std::snprintf(hex, sizeof hex, "\\x%02X", c);
+      out += hex;
+    } else {
+      out += static_cast<char>(c);
+    }
+  }
+  return out;
+}
+
+// The canonical form of an element's tree, one line per item: element names with their
+// namespaces, the attributes sorted, the text. Without `blankText` text that is only whitespace
+// is left out (the layout between elements, which bound objects do not keep).
+inline void Canonical(const CXmlElement* element, int depth, std::vector<std::string>& lines,
+                      bool blankText = true) {
+  const std::string name = "{" + element->GetNamespaceURI() + "}" + element->GetLocalName();
+  lines.push_back(std::string(static_cast<std::size_t>(depth), ' ') + "E " + name);
+  std::vector<std::string> attributes;
+  for (const CXmlAttribute* a : element->GetAttributes()) {
+    attributes.push_back("A " + name + " {" + a->GetNamespaceURI() + "}" + a->GetLocalName() +
+                         " = " + Visible(a->GetValue()));
+  }
+  std::sort(attributes.begin(), attributes.end());
+  lines.insert(lines.end(), attributes.begin(), attributes.end());
+  const std::string& text = element->GetText();
+  if (!text.empty() && (blankText || text.find_first_not_of(" \t\r\n") != std::string::npos)) {
+    lines.push_back("T " + name + " = " + Visible(text));
+  }
+  for (const CXmlElement* child = element->GetFirstElement(); child != nullptr;
+       child = child->GetNextSiblingElement()) {
+    Canonical(child, depth + 1, lines, blankText);
+  }
 }
 
 }  // namespace test

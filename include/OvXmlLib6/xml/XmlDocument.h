@@ -32,7 +32,9 @@ namespace OvXmlLib6 {
 
 namespace detail {
 class CDocumentObserver;
+class CPeekSource;
 class CTreeBuilder;
+class IByteSource;
 }  // namespace detail
 
 // When on, Load reads files in 128 KiB chunks, one chunk ahead of an incremental parse, so that
@@ -60,7 +62,7 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   CXmlDocument(const CXmlDocument&) = delete;
   CXmlDocument& operator=(const CXmlDocument&) = delete;
 
-  // Reads a whole file and parses it; gzip or zlib data is inflated first. With
+  // Reads a file and parses it, block by block; gzip or zlib data is inflated on the way. With
   // AsyncFromXmlFile(true) the file is parsed as it is read, as XML text or Fast Infoset only.
   void Load(const char* fileName);
   // Parses NUL-terminated XML text; it must declare its encoding unless it is UTF-8.
@@ -68,7 +70,7 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   // Parses NUL-terminated UTF-16 text (a 32-bit wchar_t string is UTF-32).
   void LoadXml(const wchar_t* xml);
   void LoadXml(const char16_t* xml);
-  // Parses a byte block, inflating gzip or zlib data first. The caller keeps its block.
+  // Parses a byte block, inflating gzip or zlib data on the way. The caller keeps its block.
   void LoadXmlStream(const unsigned char* data, std::uint32_t length);
 
   // The root element, or null before a successful load.
@@ -77,14 +79,20 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   // default namespace), or an empty string. Declarations are not scoped: the last one wins.
   std::string LookupNamespaceFromAlias(const char* prefix) const;
 
+  // When on, parsing XML text records the line of each element's start tag, for tools that
+  // report where in a file something is wrong (a schema compiler, say). Off by default, so
+  // that ordinary loads pay nothing; set it before loading. Fast Infoset has no lines.
+  void SetRecordLines(bool on) { m_recordLines = on; }
+  // The line (from 1) of the element's start tag, or 0 when it was not recorded.
+  std::uint32_t GetElementLine(const CXmlElement* element) const {
+    const auto found = m_lines.find(element);
+    return found == m_lines.end() ? 0 : found->second;
+  }
+
  protected:
   // Destroys the tree, releases the input and forgets the element stack and the declarations.
   virtual void Cleanup();
   void Init();
-  // Parses the input buffer: inflates it when it is compressed, then parses it.
-  void Parse();
-  // Parses the input buffer as XML text.
-  void ParseText();
   // Feeds the chunk in the current read buffer to the incremental parser, reading the file one
   // chunk ahead; `last` says the current chunk is the last one.
   void AsyncParse(bool last);
@@ -115,8 +123,15 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   std::unique_ptr<detail::CTreeStore> RetireTree();
   // The element on top of the stack has its attributes: tells the observer.
   void ElementStarted(CXmlElement* element);
-  void ParseTextBlock(const unsigned char* data, std::size_t length);
-  bool ParseFastInfoset();
+  // Inflates gzip or zlib input piece by piece as the document is parsed; `head` is its start
+  // (all of it with `headIsAll`), what the message of data that does not inflate is made from.
+  void ParseCompressed(detail::IByteSource& input, const unsigned char* head,
+                       std::size_t headLength, bool headIsAll);
+  // Parses input, taken block by block, as Fast Infoset when it starts as one, else as text.
+  void ParseDocument(detail::CPeekSource& input);
+  // The same for a block in memory, parsed in place.
+  void ParseBlock(const unsigned char* data, std::size_t length);
+  void ParseTextBlock(const unsigned char* data, std::size_t length, bool isFinal);
   // Character data for the element on top of the stack; `plain` text has no carriage return or
   // NUL byte to drop.
   void AppendOpenText(const char* text, std::size_t length, bool plain);
@@ -131,14 +146,12 @@ class OVXML_API CXmlDocument : private CInstanceMonitor {
   CXmlElement* m_documentElement;
   std::vector<CXmlElement*> m_elementStack;
   std::map<std::string, std::string> m_aliases;
-  // The data being parsed: either m_ownedInput or a block the caller keeps during the call.
-  const unsigned char* m_input;
-  std::uint32_t m_inputLength;
-  std::unique_ptr<unsigned char[]> m_ownedInput;
   SchemaType m_schemaType;
   ElementCompletedCallback m_callback;
   const CXmlSerializationContext* m_context;
   detail::CDocumentObserver* m_observer;
+  bool m_recordLines = false;
+  std::map<const CXmlElement*, std::uint32_t> m_lines;
 };
 
 }  // namespace OvXmlLib6

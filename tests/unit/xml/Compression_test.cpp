@@ -21,24 +21,39 @@ std::string Repetitive(std::size_t size) {
   return text;
 }
 
+// All that an inflating source gives for `packed`, read in blocks of `block` bytes.
+std::string InflateAll(const std::string& packed, std::uint64_t limit = 0,
+                       std::size_t block = 4096) {
+  detail::CMemorySource raw(UBytes(packed), packed.size());
+  detail::CInflatingSource inflater(raw, limit);
+  std::string out;
+  std::string buffer(block, '\0');
+  for (;;) {
+    const std::size_t got = inflater.Read(reinterpret_cast<unsigned char*>(&buffer[0]), block);
+    if (got == 0) return out;
+    out.append(buffer, 0, got);
+  }
+}
+
 }  // namespace
 
 TEST(Compression, RoundTripsGzipAndZlib) {
   const std::string text = Repetitive(300000);
   for (int type : {1, 2}) {
-    const CBinaryData packed = detail::Deflate(UBytes(text), text.size(), type);
-    ASSERT_LT(packed.GetLength(), text.size());
-    const unsigned char* p = packed.GetData();
-    EXPECT_EQ(type == 1, p[0] == 0x1F && p[1] == 0x8B);
-    EXPECT_TRUE(detail::LooksCompressed(p, packed.GetLength()));
-    CBinaryData back;
-    ASSERT_TRUE(detail::TryInflate(p, packed.GetLength(), back));
-    EXPECT_EQ(test::Bytes(back), text);
+    const std::string packed = test::Bytes(detail::Deflate(UBytes(text), text.size(), type));
+    ASSERT_LT(packed.size(), text.size());
+    EXPECT_EQ(type == 1, packed.compare(0, 2, "\x1F\x8B") == 0);
+    EXPECT_TRUE(detail::LooksCompressed(UBytes(packed), packed.size()));
+    EXPECT_EQ(InflateAll(packed), text);
+    EXPECT_EQ(InflateAll(packed, 0, 7), text);  // blocks that split every step
 
     // Every truncation is refused rather than half-inflated.
-    for (std::uint32_t cut : {2u, packed.GetLength() / 2, packed.GetLength() - 1}) {
-      CBinaryData part;
-      EXPECT_FALSE(detail::TryInflate(p, cut, part)) << cut;
+    for (std::size_t cut : {std::size_t{2}, packed.size() / 2, packed.size() - 1}) {
+      EXPECT_NE(test::MessageOf([&] {
+                  InflateAll(packed.substr(0, cut));
+                }).find("Failed to inflate the compressed input"),
+                std::string::npos)
+          << cut;
     }
   }
   // Deflating no input at all is refused.
@@ -48,13 +63,12 @@ TEST(Compression, RoundTripsGzipAndZlib) {
 TEST(Compression, PlainAndCorruptInputIsNotInflated) {
   const std::string xml = "<?xml version=\"1.0\"?><a/>";
   EXPECT_FALSE(detail::LooksCompressed(UBytes(xml), xml.size()));
-  CBinaryData out;
-  EXPECT_FALSE(detail::TryInflate(UBytes(xml), xml.size(), out));
 
   std::string corrupt = test::Bytes(detail::Deflate(UBytes(Repetitive(5000)), 5000, 1));
   corrupt[corrupt.size() / 2] ^= 0x55;
   corrupt[corrupt.size() / 2 + 1] ^= 0x55;
-  EXPECT_FALSE(detail::TryInflate(UBytes(corrupt), corrupt.size(), out));
+  EXPECT_NE(test::MessageOf([&] { InflateAll(corrupt); }).find("Failed to inflate"),
+            std::string::npos);
 
   std::mt19937 rng(3);
   for (int round = 0; round < 200; ++round) {
@@ -62,22 +76,24 @@ TEST(Compression, PlainAndCorruptInputIsNotInflated) {
     for (char& c : noise) c = static_cast<char>(rng());
     if (!noise.empty()) noise[0] = '\x1f';
     if (noise.size() > 1) noise[1] = '\x8b';
-    detail::TryInflate(UBytes(noise), noise.size(), out);  // any result, but no crash
+    test::MessageOf([&] { InflateAll(noise); });  // any result, but no crash
   }
 }
 
-TEST(Compression, InflationIsCappedByTheProcessLimit) {
+TEST(Compression, InflationStopsAsSoonAsItPassesTheLimit) {
   // A small stream that expands a thousandfold.
   const std::string zeros(8 << 20, '\0');
-  const CBinaryData bomb = detail::Deflate(UBytes(zeros), zeros.size(), 1);
-  SetMaxInflatedSize(1 << 20);
-  CBinaryData out;
-  EXPECT_NE(test::MessageOf([&] {
-              detail::TryInflate(bomb.GetData(), bomb.GetLength(), out);
-            }).find("limit of 1048576 bytes"),
-            std::string::npos);
-  SetMaxInflatedSize(0);
-  EXPECT_EQ(GetMaxInflatedSize(), std::uint64_t{1} << 30);
-  EXPECT_TRUE(detail::TryInflate(bomb.GetData(), bomb.GetLength(), out));
-  EXPECT_EQ(out.GetLength(), zeros.size());
+  const std::string bomb = test::Bytes(detail::Deflate(UBytes(zeros), zeros.size(), 1));
+  detail::CMemorySource raw(UBytes(bomb), bomb.size());
+  detail::CInflatingSource inflater(raw, 1 << 20);
+  std::string buffer(65536, '\0');
+  std::uint64_t total = 0;
+  const std::string message = test::MessageOf([&] {
+    for (;;) total += inflater.Read(reinterpret_cast<unsigned char*>(&buffer[0]), buffer.size());
+  });
+  EXPECT_EQ(message,
+            "Failed to inflate the compressed input: it expands beyond the limit of 1048576 bytes");
+  EXPECT_LE(total, std::uint64_t{1} << 20);  // not one block beyond the limit
+  EXPECT_FALSE(inflater.IsBroken());
+  EXPECT_EQ(InflateAll(bomb, 8 << 20), zeros);
 }

@@ -10,23 +10,6 @@ using namespace OvXmlLib6;
 
 namespace {
 
-// A document in memory, handed out at most `step` bytes a read.
-class CMemorySource : public detail::IByteSource {
- public:
-  CMemorySource(std::string bytes, std::size_t step) : m_bytes(std::move(bytes)), m_step(step) {}
-  std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
-    const std::size_t n = std::min({capacity, m_step, m_bytes.size() - m_at});
-    m_bytes.copy(reinterpret_cast<char*>(buffer), n, m_at);
-    m_at += n;
-    return n;
-  }
-
- private:
-  std::string m_bytes;
-  std::size_t m_step;
-  std::size_t m_at = 0;
-};
-
 class CMemorySink : public detail::IByteSink {
  public:
   void Write(const unsigned char* data, std::size_t length) override {
@@ -45,7 +28,7 @@ detail::CConvertOptions Plain() {
 
 std::string Convert(const std::string& input, const detail::CConvertOptions& options = Plain(),
                     std::size_t step = 1 << 16) {
-  CMemorySource source(input, step);
+  test::CPieceSource source(input, step);
   CMemorySink sink;
   detail::CStreamConverter converter(options);
   const detail::CConvertCounts counts = converter.Convert(source, sink);

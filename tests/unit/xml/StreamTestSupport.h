@@ -12,6 +12,7 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
@@ -25,6 +26,26 @@ namespace test {
 inline const unsigned char* UBytes(const std::string& s) {
   return reinterpret_cast<const unsigned char*>(s.data());
 }
+
+// A document in memory, handed out at most `step` bytes a read; notes the largest room a reader
+// offered.
+class CPieceSource : public detail::IByteSource {
+ public:
+  CPieceSource(std::string bytes, std::size_t step) : m_bytes(std::move(bytes)), m_step(step) {}
+  std::size_t Read(unsigned char* buffer, std::size_t capacity) override {
+    largestCapacity = std::max(largestCapacity, capacity);
+    const std::size_t n = std::min({capacity, m_step, m_bytes.size() - m_at});
+    m_bytes.copy(reinterpret_cast<char*>(buffer), n, m_at);
+    m_at += n;
+    return n;
+  }
+  std::size_t largestCapacity = 0;
+
+ private:
+  std::string m_bytes;
+  std::size_t m_step;
+  std::size_t m_at = 0;
+};
 
 // `text` deflated by zlib into a gzip (type 1) or zlib (type 2) stream, whatever its size (the
 // library's own deflation refuses output that would not shrink).

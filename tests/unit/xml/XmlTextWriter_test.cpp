@@ -91,7 +91,7 @@ TEST(CXmlTextWriter, FormatsWithEitherLineEndAndDeclaresTheEncoding) {
 }
 
 TEST(CXmlTextWriter, EscapesTextAttributesAndComments) {
-  const char* text = "a&b<c>d\"e'f\tg]]>h\x01i\r\nj";
+  const char* text = "a&b<c>d\"e'f\tg]]>hi\r\nj";
   EXPECT_EQ(Write([&](CXmlTextWriter& w) {
               w.SetFormatted(false);
               w.WriteComment("x<y & \"z\"");
@@ -105,7 +105,7 @@ TEST(CXmlTextWriter, EscapesTextAttributesAndComments) {
             }),
             "<!--x&lt;y &amp; &quot;z&quot;-->\n"
             "<r q=\"it's &quot;q&quot; &lt;&amp;&gt;\nnext\">"
-            "a&amp;b&lt;c&gt;d&quot;e'f\tg]]&gt;h\x01i\nj"
+            "a&amp;b&lt;c&gt;d&quot;e'f\tg]]&gt;hi\nj"
             "<![CDATA[raw <&> ]]></r>");
   EXPECT_EQ(Write([&](CXmlTextWriter& w) {
               w.SetEOLType(EOLType_CRLF);
@@ -114,6 +114,14 @@ TEST(CXmlTextWriter, EscapesTextAttributesAndComments) {
               w.WriteEndElement();
             }),
             "<r>\r\n1\r\n2</r>\r\n");
+  // Control characters other than tab and line ends cannot be written in XML 1.0.
+  EXPECT_EQ(MessageOf([] {
+              Write([](CXmlTextWriter& w) {
+                w.WriteStartElement("r", "");
+                w.WriteText("a\x01");
+              });
+            }),
+            "The control character [0x01] cannot be written: XML 1.0 does not allow it");
 }
 
 // Escaping tests 16 bytes at a time and shorter rests with overlapping loads: a character to
@@ -148,21 +156,28 @@ TEST(CXmlTextWriter, EscapesAtEveryOffsetAndLength) {
   };
   const std::string plain = "abcdefghijklmnopqrstuvwxyz0123456789ABCDEFGHIJ\xC3\xA9";
   for (EOLType eol : {EOLType_LF, EOLType_CRLF}) {
-    for (char special : {'&', '<', '>', '"', '\n', '\r'}) {
+    for (char special : {'&', '<', '>', '"', '\n', '\r', '\t', '\x1F'}) {
       // Every length up to three vectors, with the character at every offset.
       for (std::size_t length = 1; length <= plain.size(); ++length) {
         for (std::size_t at = 0; at < length; ++at) {
           std::string text = plain.substr(0, length);
           text[at] = special;
-          const std::string out = Write([&](CXmlTextWriter& w) {
-            w.SetFormatted(false);
-            w.SetEOLType(eol);
-            w.WriteStartElement("r", "");
-            w.WriteAttribute(std::string_view("a"), std::string_view(), std::string_view(text));
-            w.WriteText(std::string_view(text));
-            w.WriteText((text + special).c_str());  // and one at the very end
-            w.WriteEndElement();
-          });
+          const auto write = [&] {
+            return Write([&](CXmlTextWriter& w) {
+              w.SetFormatted(false);
+              w.SetEOLType(eol);
+              w.WriteStartElement("r", "");
+              w.WriteAttribute(std::string_view("a"), std::string_view(), std::string_view(text));
+              w.WriteText(std::string_view(text));
+              w.WriteText((text + special).c_str());  // and one at the very end
+              w.WriteEndElement();
+            });
+          };
+          if (special == '\x1F') {  // refused wherever it stands
+            ASSERT_THROW(write(), COvException) << at << " of " << length;
+            continue;
+          }
+          const std::string out = write();
           const std::string eolText = eol == EOLType_CRLF ? "\r\n" : "\n";
           const std::string escaped = reference(text, eolText);
           ASSERT_EQ(out, "<r a=\"" + escaped + "\">" + escaped +

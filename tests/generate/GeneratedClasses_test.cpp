@@ -1,0 +1,254 @@
+// The classes generated at build time from the test schemas and from po.xsd: documents read
+// into them and written back, as XML and through Fast Infoset, keep their content; values reach
+// the typed accessors; invalid documents and values fail with the engine's messages.
+#include "library/library.h"
+#include "po/po.h"
+#include "unit/TestSupport.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace OvXmlLib6;
+
+// The canonical form of a document: blank text left out (bound objects keep no layout) and
+// xsi:type values without their prefix, since the prefix a writer picks is its own (reading
+// the written document back checks that it names the right type).
+std::string CanonicalOf(const std::string& xml) {
+  CXmlDocument document;
+  document.LoadXml(xml.c_str());
+  std::vector<std::string> lines;
+  test::Canonical(document.GetDocumentElement(), 0, lines, false);
+  const std::string marker = "{http://www.w3.org/2001/XMLSchema-instance}type = ";
+  std::string out;
+  for (std::string& line : lines) {
+    const std::size_t at = line.find(marker);
+    const std::size_t colon = line.find(':', at);
+    if (at != std::string::npos && colon != std::string::npos) {
+      line.erase(at + marker.size(), colon + 1 - at - marker.size());
+    }
+    out += line + "\n";
+  }
+  return out;
+}
+
+// Reads the document into a new T, writes it back as XML and through Fast Infoset (plain and
+// with typed encodings), and expects the same content each way; returns the object. Attributes
+// equal to their defaults are left out on writing, as the documents leave them out. `expected`
+// is the document as written when it differs from the input (an all group is written in schema
+// order).
+template <class T>
+CSmartPtr<T> ExpectRoundTrip(const std::string& xml, std::string expected = std::string()) {
+  if (expected.empty()) expected = xml;
+  CSmartPtr<T> object = new T();
+  CXmlSerializationContext plain;
+  plain.SetNoOptionalAttributeDefaultOutput(true);
+  CXmlSerializationContext typed;
+  typed.SetNoOptionalAttributeDefaultOutput(true);
+  typed.GetFIContext().SetSuggestedValues();
+  try {
+    object->FromXml(xml.c_str());
+    const std::string written = object->ToXml(false, false, EOLType_LF, plain);
+    EXPECT_EQ(CanonicalOf(written), CanonicalOf(expected));
+    for (const CXmlSerializationContext* context : {&plain, &typed}) {
+      const CBinaryData fi = object->ToFastInfosetStream(FInfoDecl_None, *context);
+      CSmartPtr<T> again = new T();
+      again->FromXmlStream(fi, *context);
+      EXPECT_EQ(again->ToXml(false, false, EOLType_LF, plain), written);
+    }
+  } catch (const COvException& e) {
+    ADD_FAILURE() << e.GetFullMessage();
+  }
+  return object;
+}
+
+std::string Library() { return test::ReadFile(OVXML_GENERATE_SOURCE_DIR "/instances/library.xml"); }
+
+TEST(GeneratedClasses, LibraryRoundTripsAndReachesEveryKindOfMember) {
+  const CSmartPtr<lib::CLibrary> library = ExpectRoundTrip<lib::CLibrary>(Library());
+  // Built-in types in an all group.
+  const lib::CInfo& info = *library->GetInfo();
+  EXPECT_EQ(info.GetName(), "City  Library");
+  EXPECT_EQ(info.GetCode(), "LIB");
+  EXPECT_TRUE(info.GetOpen());
+  EXPECT_EQ(info.GetMembers(), 4000000000u);
+  EXPECT_EQ(info.GetVisitors(), -9000000000LL);
+  EXPECT_EQ(info.GetFloors(), -2);
+  EXPECT_EQ(info.GetClosedMonth(), 8);
+  EXPECT_EQ(test::Bytes(info.GetLogo()), std::string("\x0A\x1B\x2C"));
+  EXPECT_FALSE(lib::CInfo().IsOpenSet());
+  // A referenced element of another namespace, and attributes with defaults and fixed values.
+  EXPECT_EQ(library->GetEditor()->GetName(), "Eve Editor");
+  EXPECT_EQ(library->GetEditor()->GetBorn(), 1970);
+  EXPECT_EQ(library->GetCheckedBy(), "ann");
+  EXPECT_EQ(library->GetAnyAttributes()->GetCount(), 1);
+  // Repeated classes, a choice with a collection branch and a sequence branch.
+  ASSERT_EQ(library->GetBook()->GetCount(), 2);
+  const CSmartPtr<lib::CBook> first = library->GetBook()->Item(1);
+  EXPECT_EQ(first->GetGenre(), lib::ProseGenre_fiction);
+  EXPECT_TRUE(first->GetLoanable());
+  EXPECT_EQ(first->GetLang(), "en");
+  EXPECT_EQ(first->GetShelf(), 2);
+  ASSERT_EQ(first->GetBookChoice()->GetAuthor()->GetCount(), 2);
+  EXPECT_FALSE(first->GetBookChoice()->GetAuthor()->Item(0)->GetLiving());
+  EXPECT_EQ(first->GetBookChoice()->GetAuthor()->Item(0)->GetPseudonym()->Item(0), "A Lady");
+  EXPECT_EQ(first->GetPrice()->GetValue().ToString(), "8.99");
+  EXPECT_EQ(first->GetPrice()->GetCurrency(), "GBP");
+  EXPECT_EQ(first->GetPrice()->GetDiscount(), 10);
+  EXPECT_EQ(first->GetCopies()->GetCopy()->Item(1)->GetState(), lib::CopyState_damaged);
+  EXPECT_EQ(first->GetCopies()->GetCopy()->Item(0)->GetState(), lib::CopyState_ok);
+  const CSmartPtr<lib::CBook> second = library->GetBook()->Item(0);
+  EXPECT_EQ(second->GetGenre(), lib::ProseGenre_NonFiction);
+  EXPECT_FALSE(second->GetLoanable());
+  EXPECT_EQ(second->GetBookChoice()->GetAuthor()->GetCount(), 0);
+  // xsi:type picks the extension of a type that is used on its own too.
+  const auto* editor = dynamic_cast<const lib::CAuthor*>(
+      second->GetBookChoice()->GetBookChoiceSequence()->GetEditedBy().get());
+  ASSERT_NE(editor, nullptr);
+  EXPECT_EQ(editor->GetPseudonym()->Item(0), "E.");
+  EXPECT_EQ(second->GetBookChoice()->GetBookChoiceSequence()->GetVolume(), 2);
+  // Repeated simple values, enumerated ones as their texts.
+  EXPECT_EQ(library->GetShelf()->GetCount(), 2);
+  EXPECT_EQ(library->GetGenre()->Item(0), "poetry");
+  // An abstract type chosen by xsi:type, whose extension holds a choice.
+  const auto* square = dynamic_cast<const lib::CSquare*>(library->GetExhibit().get());
+  ASSERT_NE(square, nullptr);
+  EXPECT_TRUE(square->GetRotated());
+  EXPECT_EQ(square->GetSquareChoice()->GetSelectedElement(), "diagonal");
+  // A group reference with a nested optional choice; mixed content; anyType; wildcards.
+  EXPECT_EQ(library->GetOpening()->GetOpeningChoice()->GetSelectedElement(), "closedFor");
+  EXPECT_EQ(library->GetNote()->GetText(), "Open  except holidays.");
+  EXPECT_EQ(library->GetExtra()->GetChildElements()->GetCount(), 1);
+  EXPECT_EQ(library->GetAny()->GetCount(), 2);
+}
+
+TEST(GeneratedClasses, BuiltFromTheAccessorsTheLibraryWritesAndReadsBack) {
+  CSmartPtr<lib::CLibrary> library = new lib::CLibrary();
+  library->GetInfo()->SetName("Branch");
+  library->GetInfo()->SetCode("BR1");
+  CSmartPtr<lib::CBook> book = library->GetBook()->Add();
+  book->SetIsbn("0123456789");
+  book->SetTitle("T");
+  book->SetGenre(lib::ProseGenre_NonFiction);
+  book->GetCopies()->GetCopy()->Add()->SetBarcode(CBigInteger(7));
+  CSmartPtr<lib::CAuthor> author = new lib::CAuthor();
+  author->SetId("x1");
+  author->SetName("N");
+  book->GetBookChoice()->GetAuthor()->Add(author);
+  CSmartPtr<lib::CCircle> circle = new lib::CCircle();
+  circle->SetLabel("Globe");
+  circle->SetRadius(0.5);
+  library->SetExhibit(circle);
+  CXmlSerializationContext noDefaults;
+  noDefaults.SetNoOptionalAttributeDefaultOutput(true);
+  const std::string xml = library->ToXml(false, false, EOLType_LF, noDefaults);
+  EXPECT_NE(xml.find(":book genre=\"non-fiction\""), std::string::npos) << xml;
+  EXPECT_NE(xml.find(":exhibit"), std::string::npos) << xml;
+  EXPECT_NE(xml.find(":author id=\"x1\">"), std::string::npos) << xml;  // no xsi:type
+  const CSmartPtr<lib::CLibrary> again = ExpectRoundTrip<lib::CLibrary>(xml);
+  EXPECT_NE(dynamic_cast<const lib::CCircle*>(again->GetExhibit().get()), nullptr);
+  EXPECT_EQ(again->GetVersion(), "1.0");  // the fixed value, never set
+}
+
+TEST(GeneratedClasses, AllGroupReadsInAnyOrder) {
+  std::string xml = Library();
+  const std::size_t code = xml.find("    <code>LIB</code>\n");
+  xml.erase(code, 22);
+  xml.insert(xml.find("    <homepage>"), "    <code>LIB</code>\n");
+  CSmartPtr<lib::CLibrary> library = new lib::CLibrary();
+  library->FromXml(xml.c_str());
+  EXPECT_EQ(library->GetInfo()->GetCode(), "LIB");
+}
+
+// Invalid documents and values fail with the engine's messages, naming the path to the fault.
+TEST(GeneratedClasses, InvalidDocumentsAndValuesFail) {
+  const std::string library = Library();
+  const auto replaced = [&](const std::string& from, const std::string& to) {
+    std::string xml = library;
+    xml.replace(xml.find(from), from.size(), to);
+    return xml;
+  };
+  struct Case {
+    const char* what;
+    std::string xml;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"a missing required element", replaced("<title>Pride and Prejudice</title>", ""),
+       "Failed to find a required element [title]"},
+      {"a missing required attribute", replaced("<copy barcode=\"3\"/>", "<copy/>"),
+       "Failed to find the required Attribute [barcode]"},
+      {"a text that is not of the enumeration", replaced("genre=\"fiction\"", "genre=\"drama\""),
+       "The value [drama] is not one of the enumeration [ProseGenre]"},
+      {"an xsi:type that names no extension", replaced("xsi:type=\"Square\"", "xsi:type=\"Cube\""),
+       "The unexpected element [exhibit] remains un processed"},
+      {"an unknown attribute", replaced("shelf=\"2\"", "shelf=\"2\" colour=\"red\""), "colour"},
+      {"a value out of its range",
+       replaced("<published>1813</published>", "<published>1200</published>"), "1200"},
+      {"a pattern broken", replaced("<isbn>0123456789</isbn>", "<isbn>12345</isbn>"), "12345"},
+  };
+  for (const Case& c : cases) {
+    CSmartPtr<lib::CLibrary> object = new lib::CLibrary();
+    std::string message = "no exception";
+    try {
+      object->FromXml(c.xml.c_str());
+      object->ToXml();
+    } catch (const COvException& e) {
+      message = e.GetFullMessage();
+    }
+    EXPECT_NE(message.find(c.message), std::string::npos) << c.what << ": " << message;
+  }
+
+  // Values set through the accessors are checked when written.
+  CSmartPtr<lib::CLibrary> object = new lib::CLibrary();
+  object->FromXml(library.c_str());
+  object->GetInfo()->SetCode("TOO LONG");
+  const std::string message = test::MessageOf([&] { object->ToXml(); });
+  EXPECT_NE(message, "no exception");
+  CSmartPtr<lib::CSquareChoice> choice = new lib::CSquareChoice();
+  choice->SetSide(2);
+  EXPECT_EQ(test::MessageOf<COvInvalidStateException>([&] { choice->SetDiagonal(1.0); }),
+            "The Property side is already set. Only one element within this class bay be set at "
+            "a time");
+}
+
+// The purchase order of the example, through the classes generated from its schema.
+TEST(GeneratedClasses, PurchaseOrderSampleRoundTrips) {
+  const std::string sample = test::ReadFile(OVXML_PO_SAMPLE);
+  std::string inSchemaOrder = sample;
+  const std::string instructions = "<po:instructions>Ring twice.</po:instructions>";
+  inSchemaOrder.erase(inSchemaOrder.find(instructions), instructions.size());
+  inSchemaOrder.insert(inSchemaOrder.find("</po:delivery>"), instructions);
+  const CSmartPtr<gpo::CPurchaseOrder> order =
+      ExpectRoundTrip<gpo::CPurchaseOrder>(sample, inSchemaOrder);
+  EXPECT_EQ(order->GetStatus(), gpo::OrderStatus_shipped);
+  EXPECT_EQ(order->GetCurrency(), "EUR");
+  EXPECT_NE(dynamic_cast<const gpo::CUSAddress*>(order->GetShipTo().get()), nullptr);
+  EXPECT_EQ(order->GetContactGroup()->GetContactName(), "Alice Smith");
+  EXPECT_EQ(order->GetContactLanguage(), "en-GB");
+  EXPECT_EQ(order->GetItems()->GetItem()->GetCount(), 2);
+  EXPECT_EQ(order->GetPayment()->GetSelectedElement(), "creditCard");
+  EXPECT_EQ(order->GetDelivery()->GetPriority(), gpo::Priority_express);
+  EXPECT_EQ(order->GetAny()->GetCount(), 1);
+
+  order->GetItems()->GetItem()->Item(1)->SetQuantity(100);  // maxExclusive 100
+  std::string message;
+  try {
+    order->ToXml();
+  } catch (const COvException& e) {
+    message = e.GetFullMessage();
+  }
+  EXPECT_NE(message.find("Failed to convert the element [item] to XML"), std::string::npos)
+      << message;
+}
+
+TEST(GeneratedClasses, CleanUpFreesTheTablesAndTheyComeBack) {
+  lib::CLibraryFactory::CleanUp();
+  gpo::CPoFactory::CleanUp();
+  ExpectRoundTrip<lib::CLibrary>(Library());
+  lib::CLibraryFactory::CleanUp();
+}
+
+}  // namespace

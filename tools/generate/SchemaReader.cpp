@@ -1,0 +1,1194 @@
+// XML Schema documents to the class model. The documents are parsed with the library's own tree
+// (with the line of each element recorded, for messages), components are indexed by qualified
+// name, and classes are built on demand from the global components in document order, so the
+// model (and the output) depends only on the input.
+#include "generate/SchemaReader.h"
+
+#include "generate/SimpleTypes.h"
+
+#include <OvXmlLib6.h>
+#include <climits>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <memory>
+#include <regex>
+#include <set>
+#include <utility>
+
+namespace ovxml_generate {
+
+using OvXmlLib6::CXmlAttribute;
+using OvXmlLib6::CXmlDocument;
+using OvXmlLib6::CXmlElement;
+
+namespace {
+
+const char kXsd[] = "http://www.w3.org/2001/XMLSchema";
+const char kXmlNs[] = "http://www.w3.org/XML/1998/namespace";
+
+struct CDoc {
+  std::string path;
+  std::unique_ptr<CXmlDocument> tree;
+  CXmlElement* root = nullptr;
+  std::string targetNamespace;
+  bool chameleon = false;  // included without a target namespace: takes the includer's
+  bool elementsQualified = false;
+  bool attributesQualified = false;
+  int output = 0;
+};
+
+// A global component: where it is declared.
+struct CComponent {
+  CDoc* doc = nullptr;
+  CXmlElement* element = nullptr;
+};
+
+using CQName = std::pair<std::string, std::string>;  // namespace, local name
+
+bool IsXsd(const CXmlElement* element, const char* localName) {
+  return element->GetNamespaceURI() == kXsd && element->GetLocalName() == localName;
+}
+
+// The value of an unqualified attribute and whether it is there.
+bool Attribute(const CXmlElement* element, const char* name, std::string* value) {
+  for (const CXmlAttribute* attribute : element->GetAttributes()) {
+    if (attribute->GetLocalName() == name && attribute->GetNamespaceURI().empty()) {
+      if (value != nullptr) *value = attribute->GetValue();
+      return true;
+    }
+  }
+  return false;
+}
+
+std::string AttributeOr(const CXmlElement* element, const char* name,
+                        const std::string& otherwise) {
+  std::string value;
+  return Attribute(element, name, &value) ? value : otherwise;
+}
+
+std::string Trim(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  if (first == std::string::npos) return std::string();
+  const std::size_t last = text.find_last_not_of(" \t\r\n");
+  return text.substr(first, last - first + 1);
+}
+
+std::string LowerFirst(std::string text) {
+  if (!text.empty() && text[0] >= 'A' && text[0] <= 'Z') text[0] = static_cast<char>(text[0] + 32);
+  return text;
+}
+
+std::string DirectoryOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+class CReader {
+ public:
+  explicit CReader(const CNaming& naming) : m_naming(naming) {}
+
+  CSchemaSet Read(const std::vector<std::string>& files) {
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      Load(files[i], static_cast<int>(i), nullptr, nullptr);
+      CDoc* named = m_byPath[Canonical(files[i], nullptr, nullptr)];
+      m_set.targetNamespaces.push_back(named->targetNamespace);
+    }
+    for (const auto& doc : m_docs) Index(*doc);
+    for (const auto& doc : m_docs) BuildGlobals(*doc);
+    Finish();
+    return std::move(m_set);
+  }
+
+ private:
+  // ---- Messages ----
+
+  [[noreturn]] void Fail(const CDoc& doc, const CXmlElement* element,
+                         const std::string& message) const {
+    throw CSchemaError(doc.path, element ? doc.tree->GetElementLine(element) : 0,
+                       message + " (" + Construct(element) + ")");
+  }
+
+  // The construct a message names: the element with its naming attributes.
+  static std::string Construct(const CXmlElement* element) {
+    if (element == nullptr) return "the schema";
+    std::string text = "<xs:" + element->GetLocalName();
+    for (const char* name : {"name", "ref", "type", "base", "value", "schemaLocation", "namespace",
+                             "minOccurs", "maxOccurs", "use"}) {
+      std::string value;
+      if (Attribute(element, name, &value)) text += std::string(" ") + name + "=\"" + value + "\"";
+    }
+    return text + ">";
+  }
+
+  // ---- Loading ----
+
+  std::string Canonical(const std::string& path, const CDoc* from, const CXmlElement* at) {
+    char* resolved = realpath(path.c_str(), nullptr);
+    if (resolved == nullptr) {
+      if (from != nullptr) Fail(*from, at, "cannot read the schema file '" + path + "'");
+      throw CSchemaError(path, 0, "cannot read the schema file");
+    }
+    std::string canonical(resolved);
+    std::free(resolved);
+    return canonical;
+  }
+
+  void Load(const std::string& path, int output, CDoc* from, const CXmlElement* at,
+            const std::string* chameleonNamespace = nullptr) {
+    const std::string canonical = Canonical(path, from, at);
+    if (m_byPath.count(canonical) != 0) return;  // seen before: include and import cycles end
+    auto doc = std::make_unique<CDoc>();
+    doc->path = path;
+    doc->output = output;
+    doc->tree = std::make_unique<CXmlDocument>();
+    doc->tree->SetRecordLines(true);
+    try {
+      doc->tree->Load(path.c_str());
+    } catch (const OvXmlLib6::COvException& e) {
+      const std::string message = e.GetFullMessage();
+      std::uint32_t line = 0;
+      std::smatch match;
+      if (std::regex_search(message, match, std::regex("line (\\d+)"))) {
+        line = static_cast<std::uint32_t>(std::stoul(match[1]));
+      }
+      throw CSchemaError(path, line, "not well-formed XML (" + message + ")");
+    }
+    doc->root = doc->tree->GetDocumentElement();
+    if (!IsXsd(doc->root, "schema")) {
+      Fail(*doc, doc->root,
+           "not an XML Schema document: the document element is {" + doc->root->GetNamespaceURI() +
+               "}" + doc->root->GetLocalName());
+    }
+    const bool hasNamespace = Attribute(doc->root, "targetNamespace", &doc->targetNamespace);
+    if (!hasNamespace && chameleonNamespace != nullptr) {
+      doc->targetNamespace = *chameleonNamespace;
+      doc->chameleon = !chameleonNamespace->empty();
+    } else if (chameleonNamespace != nullptr && doc->targetNamespace != *chameleonNamespace) {
+      Fail(*from, at,
+           "the included schema's target namespace '" + doc->targetNamespace +
+               "' differs from the including schema's");
+    }
+    doc->elementsQualified = AttributeOr(doc->root, "elementFormDefault", "") == "qualified";
+    doc->attributesQualified = AttributeOr(doc->root, "attributeFormDefault", "") == "qualified";
+    CDoc* loaded = doc.get();
+    m_byPath[canonical] = loaded;
+    m_docs.push_back(std::move(doc));
+    m_set.files.push_back(path);
+    for (CXmlElement* child = loaded->root->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "redefine") || IsXsd(child, "override")) {
+        Fail(*loaded, child, "redefinition of components cannot be mapped");
+      }
+      const bool include = IsXsd(child, "include");
+      if (!include && !IsXsd(child, "import")) continue;
+      std::string location;
+      if (!Attribute(child, "schemaLocation", &location)) {
+        if (include) Fail(*loaded, child, "an include needs a schemaLocation");
+        continue;  // an import that only names a namespace
+      }
+      if (location.find("://") != std::string::npos || location.rfind("file:", 0) == 0) {
+        Fail(*loaded, child,
+             "the schema location '" + location +
+                 "' is not a local file; only local files are read");
+      }
+      const std::string target = location[0] == '/' ? location : DirectoryOf(path) + location;
+      if (include) {
+        Load(target, output, loaded, child, &loaded->targetNamespace);
+      } else {
+        Load(target, output, loaded, child);
+      }
+    }
+  }
+
+  // ---- Indexing the global components ----
+
+  void Index(CDoc& doc) {
+    for (CXmlElement* child = doc.root->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (child->GetNamespaceURI() != kXsd) Fail(doc, child, "unexpected element in the schema");
+      const std::string& kind = child->GetLocalName();
+      std::map<CQName, CComponent>* table = nullptr;
+      if (kind == "complexType" || kind == "simpleType") {
+        table = &m_types;
+      } else if (kind == "element") {
+        table = &m_elements;
+      } else if (kind == "attribute") {
+        table = &m_attributes;
+      } else if (kind == "group") {
+        table = &m_groups;
+      } else if (kind == "attributeGroup") {
+        table = &m_attributeGroups;
+      } else if (kind == "annotation" || kind == "include" || kind == "import" ||
+                 kind == "notation") {
+        continue;
+      } else {
+        Fail(doc, child, "unexpected element in the schema");
+      }
+      std::string name;
+      if (!Attribute(child, "name", &name)) Fail(doc, child, "a global component needs a name");
+      const CQName key(doc.targetNamespace, name);
+      const auto found = table->find(key);
+      if (found != table->end()) {
+        const CComponent& first = found->second;
+        Fail(doc, child,
+             "duplicate name '" + name + "': declared before at " + first.doc->path + ":" +
+                 std::to_string(first.doc->tree->GetElementLine(first.element)));
+      }
+      (*table)[key] = CComponent{&doc, child};
+    }
+  }
+
+  // ---- Names ----
+
+  CQName ResolveQName(const CDoc& doc, const CXmlElement* at, const std::string& text) {
+    const std::string value = Trim(text);
+    const std::size_t colon = value.find(':');
+    if (colon == std::string::npos) {
+      std::string ns = doc.tree->LookupNamespaceFromAlias("");
+      if (ns.empty() && doc.chameleon) ns = doc.targetNamespace;
+      return CQName(ns, value);
+    }
+    const std::string prefix = value.substr(0, colon);
+    if (prefix == "xml") return CQName(kXmlNs, value.substr(colon + 1));
+    const std::string ns = doc.tree->LookupNamespaceFromAlias(prefix.c_str());
+    if (ns.empty()) Fail(doc, at, "the prefix '" + prefix + "' is not declared");
+    return CQName(ns, value.substr(colon + 1));
+  }
+
+  const CComponent& Lookup(std::map<CQName, CComponent>& table, const CDoc& doc,
+                           const CXmlElement* at, const char* attribute, const char* what) {
+    std::string text;
+    Attribute(at, attribute, &text);
+    const CQName name = ResolveQName(doc, at, text);
+    const auto found = table.find(name);
+    if (found == table.end()) {
+      Fail(doc, at, std::string("undefined ") + what + " '" + text + "'");
+    }
+    return found->second;
+  }
+
+  // A name not used yet by a class or an enumeration.
+  std::string UniqueName(const std::string& wanted) {
+    std::string name = wanted;
+    for (int n = 2; m_names.count(name) != 0; ++n) name = wanted + std::to_string(n);
+    m_names.insert(name);
+    return name;
+  }
+
+  std::string ClassName(const std::string& stem) {
+    return UniqueName(m_naming.classPrefix + stem + m_naming.classSuffix);
+  }
+
+  // The stem of a class name: the name without the prefix and suffix.
+  std::string StemOf(const CClassModel& model) const {
+    std::string stem = model.name.substr(m_naming.classPrefix.size());
+    return stem.substr(0, stem.size() - m_naming.classSuffix.size());
+  }
+
+  static int Occurs(const CDoc& doc, const CXmlElement* element, const char* name, CReader* self) {
+    std::string text;
+    if (!Attribute(element, name, &text)) return 1;
+    text = Trim(text);
+    if (text == "unbounded") {
+      if (std::string(name) == "maxOccurs") return -1;
+      self->Fail(doc, element, "minOccurs cannot be unbounded");
+    }
+    char* end = nullptr;
+    const long value = std::strtol(text.c_str(), &end, 10);
+    if (text.empty() || *end != '\0' || value < 0 || value > INT_MAX) {
+      self->Fail(doc, element, std::string("invalid ") + name + " '" + text + "'");
+    }
+    return static_cast<int>(value);
+  }
+
+  // ---- Simple types ----
+
+  // The simple type a type name names; null for a complex type (*complex then says which).
+  bool ResolveSimpleByName(const CDoc& doc, const CXmlElement* at, const char* attribute,
+                           CSimpleType* simple, const CComponent** complex) {
+    std::string text;
+    Attribute(at, attribute, &text);
+    const CQName name = ResolveQName(doc, at, text);
+    if (name.first == kXsd) {
+      if (name.second == "anyType") {
+        *complex = nullptr;
+        return false;
+      }
+      if (!BuiltinType(name.second, simple)) {
+        Fail(doc, at, "unknown built-in type '" + text + "'");
+      }
+      return true;
+    }
+    const auto found = m_types.find(name);
+    if (found == m_types.end()) Fail(doc, at, "undefined type '" + text + "'");
+    const CComponent& component = found->second;
+    if (IsXsd(component.element, "complexType")) {
+      *complex = &component;
+      return false;
+    }
+    *simple = SimpleTypeOf(*component.doc, component.element, name.second);
+    return true;
+  }
+
+  // A simpleType element: restriction, list or union. `nameHint` names its enumeration when it
+  // has one.
+  CSimpleType SimpleTypeOf(CDoc& doc, CXmlElement* element, const std::string& nameHint) {
+    const auto cached = m_simpleTypes.find(element);
+    if (cached != m_simpleTypes.end()) return cached->second;
+    if (!m_simpleInProgress.insert(element).second) {
+      Fail(doc, element, "the simple type is derived from itself");
+    }
+    CSimpleType result;
+    bool derived = false;
+    for (CXmlElement* child = element->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "annotation")) continue;
+      if (IsXsd(child, "list") || IsXsd(child, "union")) {
+        // Lists and unions are held as their text.
+        BuiltinType("token", &result);
+        m_listTypes.insert(element);
+        derived = true;
+      } else if (IsXsd(child, "restriction")) {
+        result = RestrictionOf(doc, child, nameHint, element);
+        derived = true;
+      } else {
+        Fail(doc, child, "unexpected element in a simple type");
+      }
+    }
+    if (!derived) Fail(doc, element, "a simple type needs a restriction, list or union");
+    m_simpleInProgress.erase(element);
+    m_simpleTypes[element] = result;
+    return result;
+  }
+
+  CSimpleType RestrictionOf(CDoc& doc, CXmlElement* restriction, const std::string& nameHint,
+                            CXmlElement* owner) {
+    CSimpleType base;
+    bool isList = false;
+    if (Attribute(restriction, "base", nullptr)) {
+      const CComponent* complex = nullptr;
+      if (!ResolveSimpleByName(doc, restriction, "base", &base, &complex)) {
+        Fail(doc, restriction, "a simple type cannot restrict a complex type");
+      }
+      std::string text;
+      Attribute(restriction, "base", &text);
+      const CQName name = ResolveQName(doc, restriction, text);
+      const auto found = m_types.find(name);
+      isList = found != m_types.end() && m_listTypes.count(found->second.element) != 0;
+    } else {
+      CXmlElement* inner = FirstChild(restriction, "simpleType");
+      if (inner == nullptr) Fail(doc, restriction, "a restriction needs a base type");
+      base = SimpleTypeOf(doc, inner, nameHint);
+      isList = m_listTypes.count(inner) != 0;
+    }
+    if (isList) m_listTypes.insert(owner);
+    CFacets added;
+    std::vector<std::string> patterns;
+    for (CXmlElement* facet = restriction->GetFirstElement(); facet != nullptr;
+         facet = facet->GetNextSiblingElement()) {
+      const std::string& kind = facet->GetLocalName();
+      if (kind == "annotation" || kind == "simpleType") continue;
+      std::string value;
+      if (!Attribute(facet, "value", &value)) Fail(doc, facet, "a facet needs a value");
+      const auto number = [&]() {
+        char* end = nullptr;
+        const long parsed = std::strtol(Trim(value).c_str(), &end, 10);
+        if (Trim(value).empty() || *end != '\0' || parsed < 0 || parsed > INT_MAX) {
+          Fail(doc, facet, "invalid facet value '" + value + "'");
+        }
+        return static_cast<int>(parsed);
+      };
+      if (isList && (kind == "length" || kind == "minLength" || kind == "maxLength")) {
+        Fail(doc, facet, "a length facet of a list type cannot be mapped (lists are held as text)");
+      }
+      if (kind == "enumeration") {
+        added.enumerations.push_back(value);
+      } else if (kind == "pattern") {
+        patterns.push_back(value);
+      } else if (kind == "length") {
+        added.length = number();
+      } else if (kind == "minLength") {
+        added.minLength = number();
+      } else if (kind == "maxLength") {
+        added.maxLength = number();
+      } else if (kind == "totalDigits") {
+        added.totalDigits = number();
+      } else if (kind == "fractionDigits") {
+        added.fractionDigits = number();
+      } else if (kind == "minInclusive") {
+        added.minInclusive = Trim(value);
+      } else if (kind == "maxInclusive") {
+        added.maxInclusive = Trim(value);
+      } else if (kind == "minExclusive") {
+        added.minExclusive = Trim(value);
+      } else if (kind == "maxExclusive") {
+        added.maxExclusive = Trim(value);
+      } else if (kind == "whiteSpace") {
+        const std::string rule = Trim(value);
+        if (rule == "preserve") {
+          base.rule = "Preserve";
+        } else if (rule == "replace") {
+          base.rule = "Replace";
+        } else if (rule == "collapse") {
+          base.rule = "Collapse";
+        } else {
+          Fail(doc, facet, "invalid whiteSpace value '" + value + "'");
+        }
+      } else {
+        Fail(doc, facet, "unknown facet");
+      }
+    }
+    if (patterns.size() == 1) {
+      added.pattern = patterns[0];
+    } else if (patterns.size() > 1) {
+      // Patterns of one derivation step are alternatives.
+      for (const std::string& pattern : patterns) {
+        added.pattern += (added.pattern.empty() ? "(" : "|(") + pattern + ")";
+      }
+    }
+    if (!added.pattern.empty() && !base.facets.pattern.empty()) {
+      Fail(doc, restriction,
+           "a pattern that restricts a type with a pattern of its own cannot be mapped");
+    }
+    if (base.enumeration != nullptr && !(added.pattern.empty() && added.length < 0 &&
+                                         added.minLength < 0 && added.maxLength < 0)) {
+      Fail(doc, restriction,
+           "facets other than enumeration on an enumerated type cannot be mapped");
+    }
+    MergeFacets(added, &base.facets);
+    if (!added.enumerations.empty()) {
+      base.enumeration = nullptr;
+      if (base.tag == "string" && !isList) {
+        base.enumeration = MakeEnum(doc, nameHint, added.enumerations);
+        base.facets.enumerations.clear();
+      }
+    }
+    return base;
+  }
+
+  const CEnumModel* MakeEnum(const CDoc& doc, const std::string& nameHint,
+                             const std::vector<std::string>& values) {
+    auto model = std::make_unique<CEnumModel>();
+    model->name = UniqueName(PascalCase(nameHint));
+    model->values = values;
+    model->output = doc.output;
+    std::set<std::string> used;
+    for (const std::string& value : values) {
+      std::string identifier = PascalCase(value);
+      if (identifier.empty()) identifier = "Empty";
+      // Keep the text's own case where it is an identifier already ("open" stays open).
+      bool plain = !value.empty() && !(value[0] >= '0' && value[0] <= '9');
+      for (char c : value) {
+        plain = plain && ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+                          (c >= '0' && c <= '9') || c == '_');
+      }
+      if (plain) identifier = value;
+      std::string unique = identifier;
+      for (int n = 2; used.count(unique) != 0; ++n) unique = identifier + std::to_string(n);
+      used.insert(unique);
+      model->identifiers.push_back(model->name + "_" + unique);
+    }
+    m_set.enums.push_back(std::move(model));
+    return m_set.enums.back().get();
+  }
+
+  static CXmlElement* FirstChild(const CXmlElement* element, const char* localName) {
+    for (CXmlElement* child = element->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, localName)) return child;
+    }
+    return nullptr;
+  }
+
+  // ---- Classes ----
+
+  CClassModel* NewClass(const CDoc& doc, const CXmlElement* at, const std::string& stem) {
+    auto model = std::make_unique<CClassModel>();
+    model->name = ClassName(PascalCase(stem));
+    model->targetNamespace = doc.targetNamespace;
+    model->file = doc.path;
+    model->line = doc.tree->GetElementLine(at);
+    model->output = doc.output;
+    m_set.classes.push_back(std::move(model));
+    return m_set.classes.back().get();
+  }
+
+  // The class of a complexType element (global or anonymous), built on first use.
+  CClassModel* ClassOfType(CDoc& doc, CXmlElement* complexType, const std::string& stem) {
+    const auto found = m_classes.find(complexType);
+    if (found != m_classes.end()) {
+      if (found->second->resolving) {
+        // A member of its own type is fine; a base of its own is not.
+        if (m_resolvingBase) Fail(doc, complexType, "the type is derived from itself");
+      }
+      return found->second;
+    }
+    CClassModel* model = NewClass(doc, complexType, stem);
+    m_classes[complexType] = model;
+    std::string name;
+    if (Attribute(complexType, "name", &name)) model->typeName = name;
+    FillComplexType(doc, complexType, model);
+    return model;
+  }
+
+  void Inherit(CClassModel* model, CClassModel* base) {
+    model->base = base;
+    model->elements = base->elements;
+    model->attributes = base->attributes;
+    model->text = base->text;
+    model->group = base->group;
+    model->firstOwnIndex = base->propertyCount;
+  }
+
+  CClassModel* BaseClass(CDoc& doc, CXmlElement* derivation) {
+    const CComponent& base = Lookup(m_types, doc, derivation, "base", "base type");
+    if (!IsXsd(base.element, "complexType")) return nullptr;
+    std::string name;
+    Attribute(base.element, "name", &name);
+    const bool was = m_resolvingBase;
+    m_resolvingBase = true;
+    CClassModel* model = ClassOfType(*base.doc, base.element, name);
+    m_resolvingBase = was;
+    if (!model->complete) Fail(doc, derivation, "the type is derived from itself");
+    return model;
+  }
+
+  bool IsAnyType(const CDoc& doc, const CXmlElement* derivation) {
+    std::string text;
+    Attribute(derivation, "base", &text);
+    const CQName name = ResolveQName(doc, derivation, text);
+    return name.first == kXsd && name.second == "anyType";
+  }
+
+  void FillComplexType(CDoc& doc, CXmlElement* complexType, CClassModel* model) {
+    model->resolving = true;
+    model->abstract = AttributeOr(complexType, "abstract", "false") == "true" ||
+                      AttributeOr(complexType, "abstract", "false") == "1";
+    bool mixed = AttributeOr(complexType, "mixed", "false") == "true";
+    for (CXmlElement* child = complexType->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "annotation")) continue;
+      if (IsXsd(child, "simpleContent")) {
+        SimpleContent(doc, child, model);
+      } else if (IsXsd(child, "complexContent")) {
+        if (AttributeOr(child, "mixed", "false") == "true") mixed = true;
+        ComplexContent(doc, child, model);
+      } else if (IsContentChild(child)) {
+        Content(doc, child, model);
+      } else {
+        Fail(doc, child, "unexpected element in a complex type");
+      }
+    }
+    if (mixed && model->text.empty()) {
+      CMemberModel text;
+      text.kind = CMemberModel::Kind::Text;
+      BuiltinType("string", &text.simple);
+      text.xmlName = "Text";
+      text.accessor = "Text";
+      model->text.push_back(text);
+    }
+    Seal(doc, complexType, model);
+  }
+
+  static bool IsParticle(const CXmlElement* child) {
+    return IsXsd(child, "sequence") || IsXsd(child, "choice") || IsXsd(child, "all") ||
+           IsXsd(child, "group");
+  }
+  static bool IsAttributeChild(const CXmlElement* child) {
+    return IsXsd(child, "attribute") || IsXsd(child, "attributeGroup") ||
+           IsXsd(child, "anyAttribute");
+  }
+  static bool IsContentChild(const CXmlElement* child) {
+    return IsParticle(child) || IsAttributeChild(child);
+  }
+
+  // The particle and attributes of a type or of a derivation.
+  void Content(CDoc& doc, CXmlElement* child, CClassModel* model) {
+    if (IsAttributeChild(child)) {
+      std::set<const CXmlElement*> groups;
+      AddAttribute(doc, child, model, &groups);
+    } else {
+      TopParticle(doc, child, model);
+    }
+  }
+
+  void SimpleContent(CDoc& doc, CXmlElement* content, CClassModel* model) {
+    CXmlElement* derivation = FirstChild(content, "extension");
+    if (derivation == nullptr) {
+      Fail(doc, content, "simpleContent other than an extension cannot be mapped");
+    }
+    CSimpleType simple;
+    const CComponent* complex = nullptr;
+    if (ResolveSimpleByName(doc, derivation, "base", &simple, &complex)) {
+      CMemberModel text;
+      text.kind = CMemberModel::Kind::Text;
+      text.simple = simple;
+      text.xmlName = "Value";
+      text.accessor = "Value";
+      model->text.push_back(text);
+    } else {
+      if (complex == nullptr) Fail(doc, derivation, "simpleContent cannot extend anyType");
+      CClassModel* base = BaseClass(doc, derivation);
+      if (base->text.empty()) {
+        Fail(doc, derivation, "simpleContent must extend a simple type or simple content");
+      }
+      Inherit(model, base);
+      base->derived.push_back(model);
+    }
+    for (CXmlElement* child = derivation->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "annotation")) continue;
+      if (!IsAttributeChild(child)) Fail(doc, child, "unexpected element in simpleContent");
+      Content(doc, child, model);
+    }
+  }
+
+  void ComplexContent(CDoc& doc, CXmlElement* content, CClassModel* model) {
+    CXmlElement* derivation = FirstChild(content, "extension");
+    const bool extension = derivation != nullptr;
+    if (!extension) derivation = FirstChild(content, "restriction");
+    if (derivation == nullptr)
+      Fail(doc, content, "complexContent needs an extension or restriction");
+    if (!IsAnyType(doc, derivation)) {
+      if (!extension) {
+        Fail(doc, derivation,
+             "complexContent restriction of a type other than anyType cannot be mapped");
+      }
+      CClassModel* base = BaseClass(doc, derivation);
+      if (base == nullptr) Fail(doc, derivation, "complexContent cannot extend a simple type");
+      Inherit(model, base);
+      base->derived.push_back(model);
+    }
+    for (CXmlElement* child = derivation->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "annotation")) continue;
+      if (!IsContentChild(child)) Fail(doc, child, "unexpected element in complexContent");
+      Content(doc, child, model);
+    }
+  }
+
+  static GroupKind KindOf(const CXmlElement* compositor) {
+    if (IsXsd(compositor, "choice")) return GroupKind::Choice;
+    if (IsXsd(compositor, "all")) return GroupKind::All;
+    return GroupKind::Sequence;
+  }
+
+  void TopParticle(CDoc& doc, CXmlElement* particle, CClassModel* model) {
+    const int minOccurs = Occurs(doc, particle, "minOccurs", this);
+    const int maxOccurs = Occurs(doc, particle, "maxOccurs", this);
+    const bool hasOwn = model->elements.size() > (model->base ? model->base->elements.size() : 0);
+    const bool inheritsElements = model->base != nullptr && !model->base->elements.empty();
+    if (IsXsd(particle, "group") || maxOccurs != 1 ||
+        (inheritsElements &&
+         (KindOf(particle) != GroupKind::Sequence || model->group != GroupKind::Sequence))) {
+      // Kept as one member of a sequence: a group reference, a repeated compositor, or the
+      // extension of content that is not a plain sequence.
+      if (inheritsElements && model->group != GroupKind::Sequence) {
+        Fail(doc, particle, "extending a choice or all group with more content cannot be mapped");
+      }
+      model->group = GroupKind::Sequence;
+      Particle(doc, particle, model, GroupKind::Sequence, false);
+      return;
+    }
+    if (hasOwn) Fail(doc, particle, "a complex type has one content model");
+    model->group = KindOf(particle);
+    AddParticles(doc, particle, model, model->group, minOccurs == 0);
+  }
+
+  void AddParticles(CDoc& doc, CXmlElement* compositor, CClassModel* model, GroupKind kind,
+                    bool optional) {
+    for (CXmlElement* child = compositor->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "annotation")) continue;
+      Particle(doc, child, model, kind, optional);
+    }
+  }
+
+  static Cardinality CardinalityOf(int minOccurs, int maxOccurs, GroupKind kind, bool optional) {
+    if (maxOccurs == -1 || maxOccurs > 1) return Cardinality::Collection;
+    if (minOccurs == 0 || optional || kind == GroupKind::Choice) return Cardinality::Optional;
+    return Cardinality::Mandatory;
+  }
+
+  void Particle(CDoc& doc, CXmlElement* particle, CClassModel* model, GroupKind kind,
+                bool optional) {
+    const int minOccurs = Occurs(doc, particle, "minOccurs", this);
+    const int maxOccurs = Occurs(doc, particle, "maxOccurs", this);
+    if (maxOccurs != -1 && maxOccurs < minOccurs) {
+      Fail(doc, particle, "maxOccurs is less than minOccurs");
+    }
+    if (maxOccurs == 0) return;  // a particle that cannot occur has nothing to hold
+    if (IsXsd(particle, "element")) {
+      AddElement(doc, particle, model, kind, optional, minOccurs, maxOccurs);
+    } else if (IsXsd(particle, "any")) {
+      CMemberModel member;
+      member.kind = CMemberModel::Kind::AnyElement;
+      member.xmlName = "AnyElement";
+      member.accessor = "Any";
+      member.restriction = Trim(AttributeOr(particle, "namespace", "##any"));
+      SetOccurs(&member, minOccurs, maxOccurs, kind, optional);
+      AddMember(doc, particle, model, std::move(member));
+    } else if (IsXsd(particle, "sequence") || IsXsd(particle, "choice") || IsXsd(particle, "all")) {
+      const GroupKind inner = KindOf(particle);
+      if (inner == kind && kind != GroupKind::All && maxOccurs == 1 &&
+          (kind == GroupKind::Sequence || minOccurs == 1)) {
+        // A sequence in a sequence, or a choice in a choice, adds no structure of its own.
+        AddParticles(doc, particle, model, kind, optional || minOccurs == 0);
+        return;
+      }
+      const char* word = inner == GroupKind::Choice ? "Choice"
+                         : inner == GroupKind::All  ? "All"
+                                                    : "Sequence";
+      CClassModel* group = NewClass(doc, particle, StemOf(*model) + word);
+      group->pseudo = true;
+      group->elementName = StemOf(*group);
+      group->group = inner;
+      group->resolving = true;
+      AddParticles(doc, particle, group, inner, false);
+      Seal(doc, particle, group);
+      AddGroupMember(doc, particle, model, group, kind, optional, minOccurs, maxOccurs);
+    } else if (IsXsd(particle, "group")) {
+      const CComponent& definition = Lookup(m_groups, doc, particle, "ref", "group");
+      CClassModel* group = ClassOfGroup(*definition.doc, definition.element);
+      AddGroupMember(doc, particle, model, group, kind, optional, minOccurs, maxOccurs);
+    } else {
+      Fail(doc, particle, "unexpected element in a model group");
+    }
+  }
+
+  CClassModel* ClassOfGroup(CDoc& doc, CXmlElement* definition) {
+    const auto found = m_classes.find(definition);
+    if (found != m_classes.end()) {
+      if (!found->second->complete) Fail(doc, definition, "the group contains itself");
+      return found->second;
+    }
+    std::string name;
+    Attribute(definition, "name", &name);
+    CClassModel* group = NewClass(doc, definition, name);
+    m_classes[definition] = group;
+    group->pseudo = true;
+    group->elementName = name;
+    group->resolving = true;
+    CXmlElement* compositor = nullptr;
+    for (CXmlElement* child = definition->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "annotation")) continue;
+      if (compositor != nullptr ||
+          !(IsXsd(child, "sequence") || IsXsd(child, "choice") || IsXsd(child, "all"))) {
+        Fail(doc, child, "a group holds one sequence, choice or all");
+      }
+      compositor = child;
+    }
+    if (compositor == nullptr) Fail(doc, definition, "a group holds one sequence, choice or all");
+    group->group = KindOf(compositor);
+    AddParticles(doc, compositor, group, group->group, false);
+    Seal(doc, definition, group);
+    return group;
+  }
+
+  void AddGroupMember(CDoc& doc, CXmlElement* particle, CClassModel* model, CClassModel* group,
+                      GroupKind kind, bool optional, int minOccurs, int maxOccurs) {
+    if (maxOccurs != 1) Fail(doc, particle, "a repeated model group cannot be mapped");
+    CMemberModel member;
+    member.kind = CMemberModel::Kind::Class;
+    member.pseudo = true;
+    member.type = group;
+    member.xmlName = group->elementName;
+    member.xmlNs = group->targetNamespace;
+    member.accessor = StemOf(*group);
+    SetOccurs(&member, minOccurs, maxOccurs, kind, optional);
+    AddMember(doc, particle, model, std::move(member));
+  }
+
+  static void SetOccurs(CMemberModel* member, int minOccurs, int maxOccurs, GroupKind kind,
+                        bool optional) {
+    member->cardinality = CardinalityOf(minOccurs, maxOccurs, kind, optional);
+    member->minOccurs = optional ? 0 : minOccurs;
+    member->maxOccurs = maxOccurs;
+  }
+
+  void AddElement(CDoc& doc, CXmlElement* particle, CClassModel* model, GroupKind kind,
+                  bool optional, int minOccurs, int maxOccurs) {
+    CDoc* declDoc = &doc;
+    CXmlElement* decl = particle;
+    CMemberModel member;
+    if (Attribute(particle, "ref", nullptr)) {
+      const CComponent& global = Lookup(m_elements, doc, particle, "ref", "element");
+      declDoc = global.doc;
+      decl = global.element;
+      member.xmlNs = declDoc->targetNamespace;
+    } else {
+      const std::string form =
+          AttributeOr(particle, "form", doc.elementsQualified ? "qualified" : "unqualified");
+      if (form == "qualified") member.xmlNs = doc.targetNamespace;
+    }
+    if (!Attribute(decl, "name", &member.xmlName)) Fail(doc, particle, "an element needs a name");
+    CheckElementDeclaration(*declDoc, decl);
+    member.accessor = PascalCase(member.xmlName);
+    SetOccurs(&member, minOccurs, maxOccurs, kind, optional);
+    ElementType(*declDoc, decl, model, &member);
+    AddMember(doc, particle, model, std::move(member));
+  }
+
+  void CheckElementDeclaration(CDoc& doc, CXmlElement* decl) {
+    if (Attribute(decl, "substitutionGroup", nullptr)) {
+      Fail(doc, decl, "substitution groups cannot be mapped");
+    }
+    if (AttributeOr(decl, "abstract", "false") == "true") {
+      Fail(doc, decl, "abstract elements cannot be mapped");
+    }
+    if (AttributeOr(decl, "nillable", "false") == "true") {
+      Fail(doc, decl, "nillable elements cannot be mapped");
+    }
+    if (Attribute(decl, "default", nullptr)) {
+      Fail(doc, decl, "element default values cannot be mapped");
+    }
+  }
+
+  // The kind and type of an element member.
+  void ElementType(CDoc& doc, CXmlElement* decl, CClassModel* owner, CMemberModel* member) {
+    CXmlElement* complexType = FirstChild(decl, "complexType");
+    CXmlElement* simpleType = FirstChild(decl, "simpleType");
+    const std::string hint = StemOf(*owner) + PascalCase(member->xmlName);
+    CSimpleType simple;
+    bool isSimple = false;
+    CClassModel* type = nullptr;
+    if (complexType != nullptr) {
+      const std::string stem = m_names.count(m_naming.classPrefix + PascalCase(member->xmlName) +
+                                             m_naming.classSuffix) == 0
+                                   ? member->xmlName
+                                   : hint;
+      type = ClassOfType(doc, complexType, stem);
+      type->elementName = member->xmlName;
+    } else if (simpleType != nullptr) {
+      simple = SimpleTypeOf(doc, simpleType, hint);
+      isSimple = true;
+    } else if (Attribute(decl, "type", nullptr)) {
+      const CComponent* complex = nullptr;
+      isSimple = ResolveSimpleByName(doc, decl, "type", &simple, &complex);
+      if (!isSimple && complex != nullptr) {
+        std::string name;
+        Attribute(complex->element, "name", &name);
+        type = ClassOfType(*complex->doc, complex->element, name);
+      }
+    }
+    if (type != nullptr) {
+      member->kind = CMemberModel::Kind::Class;
+      member->type = type;
+    } else if (isSimple) {
+      ApplyFixed(doc, decl, &simple);
+      member->simple = simple;
+      if (simple.enumeration != nullptr && member->cardinality == Cardinality::Collection) {
+        // A repeated enumerated element is a string collection limited to the texts.
+        member->simple.facets.enumerations = simple.enumeration->values;
+        member->simple.enumeration = nullptr;
+        BuiltinType("string", &member->simple);
+        member->simple.facets.enumerations = simple.enumeration->values;
+        member->simple.rule = simple.rule;
+      }
+      member->kind = member->simple.enumeration != nullptr ? CMemberModel::Kind::Enum
+                                                           : CMemberModel::Kind::Primitive;
+    } else {
+      // anyType: any element of this name.
+      member->kind = CMemberModel::Kind::AnyElement;
+      member->restriction = "##any";
+    }
+  }
+
+  void ApplyFixed(CDoc& doc, CXmlElement* decl, CSimpleType* simple) {
+    std::string fixed;
+    if (!Attribute(decl, "fixed", &fixed)) return;
+    if (simple->enumeration != nullptr) {
+      Fail(doc, decl, "a fixed value of an enumerated type cannot be mapped");
+    }
+    simple->facets.enumerations.assign(1, fixed);
+  }
+
+  void AddMember(CDoc& doc, CXmlElement* at, CClassModel* model, CMemberModel member) {
+    for (const CMemberModel& other : model->elements) {
+      if (other.kind != CMemberModel::Kind::AnyElement && !other.pseudo && !member.pseudo &&
+          other.xmlName == member.xmlName && other.xmlNs == member.xmlNs &&
+          member.kind != CMemberModel::Kind::AnyElement) {
+        Fail(doc, at, "the element '" + member.xmlName + "' appears twice in one content model");
+      }
+    }
+    model->elements.push_back(std::move(member));
+  }
+
+  // ---- Attributes ----
+
+  void AddAttribute(CDoc& doc, CXmlElement* at, CClassModel* model,
+                    std::set<const CXmlElement*>* groups) {
+    if (IsXsd(at, "attributeGroup")) {
+      const CComponent& group = Lookup(m_attributeGroups, doc, at, "ref", "attribute group");
+      if (!groups->insert(group.element).second) {
+        Fail(doc, at, "the attribute group refers to itself");
+      }
+      for (CXmlElement* child = group.element->GetFirstElement(); child != nullptr;
+           child = child->GetNextSiblingElement()) {
+        if (IsXsd(child, "annotation")) continue;
+        if (!IsAttributeChild(child))
+          Fail(*group.doc, child, "unexpected element in an attribute group");
+        AddAttribute(*group.doc, child, model, groups);
+      }
+      groups->erase(group.element);
+      return;
+    }
+    CMemberModel member;
+    member.attribute = true;
+    member.cardinality = Cardinality::Optional;
+    if (IsXsd(at, "anyAttribute")) {
+      for (const CMemberModel& other : model->attributes) {
+        if (other.kind == CMemberModel::Kind::AnyAttribute) return;  // one wildcard holds all
+      }
+      member.kind = CMemberModel::Kind::AnyAttribute;
+      member.xmlName = "AnyAttribute";
+      member.accessor = "AnyAttributes";
+      member.restriction = Trim(AttributeOr(at, "namespace", "##any"));
+      model->attributes.push_back(std::move(member));
+      return;
+    }
+    CDoc* declDoc = &doc;
+    CXmlElement* decl = at;
+    if (Attribute(at, "ref", nullptr)) {
+      const CComponent& global = Lookup(m_attributes, doc, at, "ref", "attribute");
+      declDoc = global.doc;
+      decl = global.element;
+      member.xmlNs = declDoc->targetNamespace;
+    } else {
+      const std::string form =
+          AttributeOr(at, "form", doc.attributesQualified ? "qualified" : "unqualified");
+      if (form == "qualified") member.xmlNs = doc.targetNamespace;
+    }
+    if (!Attribute(decl, "name", &member.xmlName)) Fail(doc, at, "an attribute needs a name");
+    const std::string use = AttributeOr(at, "use", "optional");
+    if (use == "prohibited") return;
+    if (use == "required") member.cardinality = Cardinality::Mandatory;
+    member.accessor = PascalCase(member.xmlName);
+    CXmlElement* simpleType = FirstChild(decl, "simpleType");
+    if (simpleType != nullptr) {
+      member.simple = SimpleTypeOf(*declDoc, simpleType, StemOf(*model) + member.accessor);
+    } else if (Attribute(decl, "type", nullptr)) {
+      const CComponent* complex = nullptr;
+      if (!ResolveSimpleByName(*declDoc, decl, "type", &member.simple, &complex)) {
+        Fail(doc, at, "an attribute needs a simple type");
+      }
+    } else {
+      BuiltinType("anySimpleType", &member.simple);
+    }
+    member.kind = member.simple.enumeration != nullptr ? CMemberModel::Kind::Enum
+                                                       : CMemberModel::Kind::Primitive;
+    std::string value;
+    // The reference's own default or fixed value wins over the declaration's.
+    const CXmlElement* source =
+        Attribute(at, "default", nullptr) || Attribute(at, "fixed", nullptr) ? at : decl;
+    if (Attribute(source, "default", &value) || Attribute(source, "fixed", &value)) {
+      member.hasDefault = true;
+      member.defaultValue = value;
+      if (Attribute(source, "fixed", nullptr) && member.simple.enumeration == nullptr) {
+        member.simple.facets.enumerations.assign(1, value);
+      }
+      if (member.simple.enumeration != nullptr) {
+        const auto& values = member.simple.enumeration->values;
+        if (std::find(values.begin(), values.end(), value) == values.end()) {
+          Fail(doc, at, "the default value '" + value + "' is not one of the enumeration");
+        }
+      }
+    }
+    for (const CMemberModel& other : model->attributes) {
+      if (other.xmlName == member.xmlName && other.xmlNs == member.xmlNs) {
+        Fail(doc, at, "duplicate attribute '" + member.xmlName + "'");
+      }
+    }
+    model->attributes.push_back(std::move(member));
+  }
+
+  // ---- Sealing a class: names and property indices of its own members ----
+
+  void Seal(CDoc& doc, CXmlElement* at, CClassModel* model) {
+    (void)doc;
+    (void)at;
+    std::set<std::string> used = {"Namespace",       "ElementName",      "Base",
+                                  "ClassInfo",       "ClassElementInfo", "ClassAttributeInfo",
+                                  "TargetNamespace", "SelectedElement",  "Type"};
+    int index = model->firstOwnIndex;
+    const auto name = [&](CMemberModel& member, bool own) {
+      if (!own) {
+        used.insert(member.accessor);
+        return;
+      }
+      std::string wanted = member.accessor.empty() ? "Value" : member.accessor;
+      if (used.count(wanted) != 0 && member.attribute) wanted += "Attribute";
+      std::string unique = wanted;
+      for (int n = 2; used.count(unique) != 0; ++n) unique = wanted + std::to_string(n);
+      used.insert(unique);
+      member.accessor = unique;
+      member.field = "m_" + LowerFirst(unique);
+      member.index = index++;
+    };
+    const std::size_t inheritedElements = model->base ? model->base->elements.size() : 0;
+    const std::size_t inheritedAttributes = model->base ? model->base->attributes.size() : 0;
+    const std::size_t inheritedText = model->base ? model->base->text.size() : 0;
+    for (std::size_t i = 0; i < inheritedElements; ++i) name(model->elements[i], false);
+    for (std::size_t i = 0; i < inheritedText; ++i) name(model->text[i], false);
+    for (std::size_t i = 0; i < inheritedAttributes; ++i) name(model->attributes[i], false);
+    for (std::size_t i = inheritedElements; i < model->elements.size(); ++i) {
+      name(model->elements[i], true);
+    }
+    for (std::size_t i = inheritedText; i < model->text.size(); ++i) name(model->text[i], true);
+    for (std::size_t i = inheritedAttributes; i < model->attributes.size(); ++i) {
+      name(model->attributes[i], true);
+    }
+    model->propertyCount = index;
+    model->resolving = false;
+    model->complete = true;
+  }
+
+  // ---- The global components ----
+
+  void BuildGlobals(CDoc& doc) {
+    for (CXmlElement* child = doc.root->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      std::string name;
+      Attribute(child, "name", &name);
+      if (IsXsd(child, "complexType")) {
+        ClassOfType(doc, child, name);
+      } else if (IsXsd(child, "simpleType")) {
+        SimpleTypeOf(doc, child, name);
+      } else if (IsXsd(child, "group")) {
+        ClassOfGroup(doc, child);
+      } else if (IsXsd(child, "element")) {
+        GlobalElement(doc, child, name);
+      } else if (IsXsd(child, "attributeGroup") || IsXsd(child, "attribute")) {
+        // Checked where they are used; an unused one still has to be well-formed.
+        CClassModel scratch;
+        std::set<const CXmlElement*> groups;
+        if (IsXsd(child, "attribute")) {
+          CSimpleType simple;
+          const CComponent* complex = nullptr;
+          CXmlElement* inner = FirstChild(child, "simpleType");
+          if (inner != nullptr) {
+            SimpleTypeOf(doc, inner, name);
+          } else if (Attribute(child, "type", nullptr) &&
+                     !ResolveSimpleByName(doc, child, "type", &simple, &complex)) {
+            Fail(doc, child, "an attribute needs a simple type");
+          }
+        }
+      }
+    }
+  }
+
+  // A global element: its class is the class of its anonymous type, or a class of its own
+  // derived from its named type that only gives new objects the element's name.
+  void GlobalElement(CDoc& doc, CXmlElement* element, const std::string& name) {
+    CheckElementDeclaration(doc, element);
+    CXmlElement* complexType = FirstChild(element, "complexType");
+    if (complexType != nullptr) {
+      CClassModel* model = ClassOfType(doc, complexType, name);
+      model->elementName = name;
+      return;
+    }
+    CXmlElement* simpleType = FirstChild(element, "simpleType");
+    if (simpleType != nullptr) {
+      SimpleTypeOf(doc, simpleType, name);
+      return;
+    }
+    if (!Attribute(element, "type", nullptr)) return;
+    CSimpleType simple;
+    const CComponent* complex = nullptr;
+    if (ResolveSimpleByName(doc, element, "type", &simple, &complex) || complex == nullptr) return;
+    std::string typeName;
+    Attribute(complex->element, "name", &typeName);
+    CClassModel* type = ClassOfType(*complex->doc, complex->element, typeName);
+    if (type->abstract) return;
+    const std::string wanted = m_naming.classPrefix + PascalCase(name) + m_naming.classSuffix;
+    if (m_names.count(wanted) != 0) {
+      if (type->elementName.empty()) type->elementName = name;
+      return;
+    }
+    CClassModel* model = NewClass(doc, element, name);
+    Inherit(model, type);
+    model->elementClass = true;
+    model->elementName = name;
+    model->targetNamespace = doc.targetNamespace;
+    model->propertyCount = type->propertyCount;
+    model->complete = true;
+  }
+
+  // Names, substitution and class ids once every class is known.
+  void Finish() {
+    for (const auto& model : m_set.classes) {
+      for (CMemberModel& member : model->elements) {
+        if (member.kind == CMemberModel::Kind::Class && !member.pseudo &&
+            member.type->elementName.empty()) {
+          member.type->elementName = member.xmlName;
+        }
+      }
+    }
+    int classId = 0;
+    for (const auto& model : m_set.classes) {
+      if (model->elementName.empty()) model->elementName = model->typeName;
+      if (!model->abstract) model->classId = classId++;
+      for (CMemberModel& member : model->elements) {
+        if (member.kind == CMemberModel::Kind::Class && member.type->Substitutable()) {
+          member.kind = CMemberModel::Kind::Substitution;
+        }
+      }
+    }
+    for (const auto& model : m_set.classes) {
+      for (const CMemberModel& member : model->elements) {
+        if (member.kind == CMemberModel::Kind::Substitution &&
+            member.cardinality == Cardinality::Collection) {
+          throw CSchemaError(model->file, model->line,
+                             "a repeated element of an abstract or extended type cannot be "
+                             "mapped (<xs:element name=\"" +
+                                 member.xmlName + "\">)");
+        }
+        if (member.kind == CMemberModel::Kind::Substitution && model->group == GroupKind::All) {
+          throw CSchemaError(model->file, model->line,
+                             "an element of an abstract or extended type in an all group cannot "
+                             "be mapped (<xs:element name=\"" +
+                                 member.xmlName + "\">)");
+        }
+      }
+    }
+  }
+
+  CNaming m_naming;
+  CSchemaSet m_set;
+  std::vector<std::unique_ptr<CDoc>> m_docs;
+  std::map<std::string, CDoc*> m_byPath;
+  std::map<CQName, CComponent> m_types, m_elements, m_attributes, m_groups, m_attributeGroups;
+  std::map<const CXmlElement*, CClassModel*> m_classes;
+  std::map<const CXmlElement*, CSimpleType> m_simpleTypes;
+  std::set<const CXmlElement*> m_simpleInProgress;
+  std::set<const CXmlElement*> m_listTypes;
+  std::set<std::string> m_names;
+  bool m_resolvingBase = false;
+};
+
+}  // namespace
+
+std::string PascalCase(const std::string& xmlName) {
+  std::string result;
+  bool upper = true;
+  for (char c : xmlName) {
+    const bool alnum = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    if (!alnum) {
+      upper = true;
+      continue;
+    }
+    result += upper && c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+    upper = false;
+  }
+  if (!result.empty() && result[0] >= '0' && result[0] <= '9') result = "_" + result;
+  return result;
+}
+
+CSchemaSet ReadSchemas(const std::vector<std::string>& schemaFiles, const CNaming& naming) {
+  CReader reader(naming);
+  return reader.Read(schemaFiles);
+}
+
+}  // namespace ovxml_generate
