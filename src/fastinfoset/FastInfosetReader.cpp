@@ -604,11 +604,42 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
           {attribute.name,
            std::string_view(m_attributeText).substr(attribute.offset, attribute.size)});
     }
+    CheckUniqueAttributes(offset);
   }
   m_sawDocumentElement = true;
   ++m_depth;
   m_handler.OnStartElement(name, m_attributes.data(), m_attributes.size());
   return ended;
+}
+
+void CFastInfosetReader::CheckUniqueAttributes(std::uint64_t offset) {
+  const auto same = [](const detail::CXmlEventName* a, const detail::CXmlEventName* b) {
+    return a == b || (a->localName == b->localName && a->namespaceURI == b->namespaceURI);
+  };
+  const std::size_t count = m_pendingAttributes.size();
+  if (count <= 16) {
+    for (std::size_t i = 1; i < count; ++i) {
+      for (std::size_t j = 0; j < i; ++j) {
+        if (same(m_pendingAttributes[i].name, m_pendingAttributes[j].name)) {
+          FailAt("Duplicate attribute", offset);
+        }
+      }
+    }
+    return;
+  }
+  // Many attributes: sorted by name, so that a hostile element costs n log n.
+  m_sortedNames.clear();
+  for (const PendingAttribute& attribute : m_pendingAttributes) {
+    m_sortedNames.push_back(attribute.name);
+  }
+  const auto less = [](const detail::CXmlEventName* a, const detail::CXmlEventName* b) {
+    const int local = a->localName.compare(b->localName);
+    return local != 0 ? local < 0 : a->namespaceURI < b->namespaceURI;
+  };
+  std::sort(m_sortedNames.begin(), m_sortedNames.end(), less);
+  if (std::adjacent_find(m_sortedNames.begin(), m_sortedNames.end(), same) != m_sortedNames.end()) {
+    FailAt("Duplicate attribute", offset);
+  }
 }
 
 void CFastInfosetReader::ReadProcessingInstruction(bool deliver) {
