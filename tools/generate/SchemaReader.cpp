@@ -551,7 +551,12 @@ class CReader {
     m_classes[complexType] = model;
     std::string name;
     if (Attribute(complexType, "name", &name)) model->typeName = name;
+    // The groups being expanded belong to the class that refers to this type: a group that
+    // reaches itself through an element's type is recursion through a class, which is fine.
+    std::vector<const CXmlElement*> outerGroups;
+    outerGroups.swap(m_expandingGroups);
     FillComplexType(doc, complexType, model);
+    outerGroups.swap(m_expandingGroups);
     return model;
   }
 
@@ -886,9 +891,12 @@ class CReader {
   CClassModel* ClassOfGroup(CDoc& doc, CXmlElement* definition) {
     const auto found = m_classes.find(definition);
     if (found != m_classes.end()) {
-      if (!found->second->complete) Fail(doc, definition, "the group contains itself");
+      if (std::find(m_expandingGroups.begin(), m_expandingGroups.end(), definition) !=
+          m_expandingGroups.end())
+        Fail(doc, definition, "the group contains itself");
       return found->second;
     }
+    m_expandingGroups.push_back(definition);
     std::string name;
     Attribute(definition, "name", &name);
     CClassModel* group = NewClass(doc, definition, name);
@@ -910,6 +918,7 @@ class CReader {
     group->group = KindOf(compositor);
     AddParticles(doc, compositor, group, group->group, false);
     Seal(doc, definition, group);
+    m_expandingGroups.pop_back();
     return group;
   }
 
@@ -1277,6 +1286,8 @@ class CReader {
   CNaming m_naming;
   CSchemaSet m_set;
   std::vector<std::unique_ptr<CDoc>> m_docs;
+  // The named groups whose expansion is under way for the class being built, innermost last.
+  std::vector<const CXmlElement*> m_expandingGroups;
   std::map<std::string, CDoc*> m_byPath;
   std::map<std::string, int> m_named;  // canonical path of each named schema: its output
   std::map<CQName, CComponent> m_types, m_elements, m_attributes, m_groups, m_attributeGroups;
