@@ -1050,12 +1050,14 @@ class CReader {
     simple->facets.enumerations.assign(1, fixed);
   }
 
+  // A sequence or choice may name an element in several places (each is a member of its own,
+  // read where it stands); an all group, whose members come in any order, may not.
   void AddMember(CDoc& doc, CXmlElement* at, CClassModel* model, CMemberModel member) {
     for (const CMemberModel& other : model->elements) {
-      if (other.kind != CMemberModel::Kind::AnyElement && !other.pseudo && !member.pseudo &&
-          other.xmlName == member.xmlName && other.xmlNs == member.xmlNs &&
-          member.kind != CMemberModel::Kind::AnyElement) {
-        Fail(doc, at, "the element '" + member.xmlName + "' appears twice in one content model");
+      if (model->group == GroupKind::All && other.kind != CMemberModel::Kind::AnyElement &&
+          member.kind != CMemberModel::Kind::AnyElement && other.xmlName == member.xmlName &&
+          other.xmlNs == member.xmlNs) {
+        Fail(doc, at, "the element '" + member.xmlName + "' appears twice in an all group");
       }
     }
     model->elements.push_back(std::move(member));
