@@ -117,6 +117,13 @@ TEST_F(GenerateTool, BadSchemasFailWithFileLineAndConstruct) {
                          "    </xs:complexContent>\n  </xs:complexType>\n")}},
        "a.xsd:7:",
        "the restriction declares 'z' that its base does not have (<xs:restriction base=\"B\">)"},
+      {"an element twice in an all group",
+       {{"a.xsd", Schema("  <xs:complexType name=\"T\"><xs:all>\n"
+                         "    <xs:element name=\"a\" type=\"xs:int\"/>\n"
+                         "    <xs:element name=\"a\" type=\"xs:int\"/>\n"
+                         "  </xs:all></xs:complexType>\n")}},
+       "a.xsd:6:",
+       "the element 'a' appears twice in an all group"},
       {"a substitution group",
        {{"a.xsd", Schema("  <xs:element name=\"h\" type=\"xs:int\"/>\n"
                          "  <xs:element name=\"m\" substitutionGroup=\"h\" type=\"xs:int\"/>\n")}},
