@@ -7,6 +7,7 @@
 #include "core/Strings.h"
 #include "fastinfoset/Declarations.h"
 #include "fastinfoset/EncodingAlgorithms.h"
+#include "xml/ExpatReader.h"
 #include "xml/Unicode.h"
 
 #include <algorithm>
@@ -225,6 +226,14 @@ void CFastInfosetReader::CheckText(std::string_view utf8, std::uint64_t offset) 
          offset);
 }
 
+void CFastInfosetReader::CheckName(StringTable table, std::string_view utf8,
+                                   std::uint64_t offset) const {
+  if ((table == Prefix || table == LocalName || table == OtherNCName) &&
+      !detail::IsXmlNCName(utf8)) {
+    FailAt("Invalid name", offset);
+  }
+}
+
 void CFastInfosetReader::Utf8Text(std::string_view utf8, std::uint64_t offset, std::string& out) {
   CheckText(utf8, offset);
   m_encoder.FromUtf8(utf8, out);
@@ -243,6 +252,7 @@ std::uint32_t CFastInfosetReader::IdentifyingIndex(StringTable table) {
   const unsigned char* p = Take(length);
   std::string text;
   Utf8Text({reinterpret_cast<const char*>(p), static_cast<std::size_t>(length)}, start, text);
+  CheckName(table, {reinterpret_cast<const char*>(p), static_cast<std::size_t>(length)}, start);
   if (m_tables[table].size() >= kMaxTableEntries) {
     // A full table takes nothing more; the literal serves only the item it stands in.
     m_lastLiterals[table] = std::move(text);
@@ -470,6 +480,9 @@ void CFastInfosetReader::ReadInitialVocabulary() {
         text.assign(entry);
       } else {
         Utf8Text(entry, offset, text);
+        // The alphabet and algorithm tables borrow the prefix table's tag: only the string
+        // tables hold names.
+        if (to == nullptr) CheckName(table, entry, offset);
       }
       if (to == nullptr) to = &m_tables[table];
       if (to->size() < kMaxTableEntries) to->push_back(std::move(text));
@@ -591,11 +604,42 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
           {attribute.name,
            std::string_view(m_attributeText).substr(attribute.offset, attribute.size)});
     }
+    CheckUniqueAttributes(offset);
   }
   m_sawDocumentElement = true;
   ++m_depth;
   m_handler.OnStartElement(name, m_attributes.data(), m_attributes.size());
   return ended;
+}
+
+void CFastInfosetReader::CheckUniqueAttributes(std::uint64_t offset) {
+  const auto same = [](const detail::CXmlEventName* a, const detail::CXmlEventName* b) {
+    return a == b || (a->localName == b->localName && a->namespaceURI == b->namespaceURI);
+  };
+  const std::size_t count = m_pendingAttributes.size();
+  if (count <= 16) {
+    for (std::size_t i = 1; i < count; ++i) {
+      for (std::size_t j = 0; j < i; ++j) {
+        if (same(m_pendingAttributes[i].name, m_pendingAttributes[j].name)) {
+          FailAt("Duplicate attribute", offset);
+        }
+      }
+    }
+    return;
+  }
+  // Many attributes: sorted by name, so that a hostile element costs n log n.
+  m_sortedNames.clear();
+  for (const PendingAttribute& attribute : m_pendingAttributes) {
+    m_sortedNames.push_back(attribute.name);
+  }
+  const auto less = [](const detail::CXmlEventName* a, const detail::CXmlEventName* b) {
+    const int local = a->localName.compare(b->localName);
+    return local != 0 ? local < 0 : a->namespaceURI < b->namespaceURI;
+  };
+  std::sort(m_sortedNames.begin(), m_sortedNames.end(), less);
+  if (std::adjacent_find(m_sortedNames.begin(), m_sortedNames.end(), same) != m_sortedNames.end()) {
+    FailAt("Duplicate attribute", offset);
+  }
 }
 
 void CFastInfosetReader::ReadProcessingInstruction(bool deliver) {

@@ -110,6 +110,12 @@ class CFastInfosetReader {
   // Fails unless `utf8` is well-formed UTF-8 of characters XML allows: a document read must
   // write as XML text that reads again.
   void CheckText(std::string_view utf8, std::uint64_t offset) const;
+  // Fails unless the entry for a table of prefixes, local names or other names is a name
+  // without a colon.
+  void CheckName(StringTable table, std::string_view utf8, std::uint64_t offset) const;
+  // Fails when two attributes of the element at `offset` have the same namespace and local name,
+  // which XML does not allow.
+  void CheckUniqueAttributes(std::uint64_t offset);
   // An identifying string or index; returns the index of its table entry.
   std::uint32_t IdentifyingIndex(StringTable table);
   // A non-identifying string or index starting on bit 1 (empty for the 0xFF of no value).
@@ -168,6 +174,7 @@ class CFastInfosetReader {
   std::string m_attributeText;
   std::vector<PendingAttribute> m_pendingAttributes;
   std::vector<detail::CXmlEventAttribute> m_attributes;
+  std::vector<const detail::CXmlEventName*> m_sortedNames;  // for CheckUniqueAttributes
 };
 
 }  // namespace OvXmlLib6

@@ -165,6 +165,30 @@ void CExpatFeed::Read(IByteSource& source) {
   }
 }
 
+bool IsXmlNCName(std::string_view name) {
+  if (name.empty()) return false;
+  bool ascii = true;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const unsigned char c = static_cast<unsigned char>(name[i]);
+    if (c >= 0x80) {
+      ascii = false;
+    } else if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' ||
+                 (i > 0 && ((c >= '0' && c <= '9') || c == '-' || c == '.')))) {
+      return false;
+    }
+  }
+  if (ascii) return true;
+  // Which letters beyond ASCII a name may hold is the parser's to say: it reads an empty
+  // element of that name. With every ASCII byte a name character, nothing but one name fits.
+  const std::string document = "<" + std::string(name) + "/>";
+  XML_Parser parser = XML_ParserCreate("UTF-8");
+  if (parser == nullptr) throw std::bad_alloc();
+  const bool wellFormed =
+      XML_Parse(parser, document.data(), static_cast<int>(document.size()), 1) == XML_STATUS_OK;
+  XML_ParserFree(parser);
+  return wellFormed;
+}
+
 }  // namespace detail
 
 namespace {

@@ -81,6 +81,10 @@ class CExpatFeed {
   CUtf16Check m_utf16;
   CParseFailure m_failure;
 };
+
+// Whether `name` (UTF-8) is a name without a colon that the parser takes for an element name, so
+// that names from other sources (Fast Infoset) write as XML that reads again.
+bool IsXmlNCName(std::string_view name);
 }  // namespace detail
 
 class CExpatReader : private CInstanceMonitor {

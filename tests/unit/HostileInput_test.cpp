@@ -4,7 +4,7 @@
 // attack adds is bounded as well. Large inputs are made once per test binary.
 #include "OvXmlLib6.h"
 #include "OvXmlLib6/xml/Compression.h"
-#include "PurchaseOrder.h"
+#include "po.h"
 #include "unit/TestSupport.h"
 #include "unit/core/TestSchema.h"
 #include "unit/xml/StreamTestSupport.h"

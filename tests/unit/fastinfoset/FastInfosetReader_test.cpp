@@ -283,6 +283,11 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
   for (int i = 0; i < (1 << 20); ++i) fullTable += Hex("00 61");
   EXPECT_EQ(Events(fullTable + Hex("7C 00 62 78 00 63 00 76 F0 00 FF F0")),
             "<b#1 c#2='v'><b#1></></>");
+  std::string manyAttributes = body("7C 00 72");
+  for (char name = 'a'; name <= 'q'; ++name) {
+    manyAttributes += Hex("78 00") + name + Hex("00 76");
+  }
+  manyAttributes += Hex("00 00 76 F0 F0");
   struct Case {
     std::string octets;
     const char* message;
@@ -300,6 +305,13 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
       {body("3C 00 72 80 14 F0 F0"), "Character not allowed in XML at byte offset 9"},
       {body("3C 00 72 82 00 EF BF BF F0 F0"), "Character not allowed in XML at byte offset 10"},
       {body("3C 00 72 85 00 00 F0 F0"), "Character not allowed in XML at byte offset 9"},
+      // Nor can names that are not XML names: a digit first, a space, a non-name letter.
+      {body("3C 00 31 F0"), "Invalid name at byte offset 7"},
+      {body("3C 02 61 20 62 F0"), "Invalid name at byte offset 7"},
+      {body("3C 02 61 C3 97 F0"), "Invalid name at byte offset 7"},
+      // Nor two attributes of one name (the second named by index), among few or many.
+      {body("7C 00 72 78 00 61 00 76 00 00 76 F0 F0"), "Duplicate attribute at byte offset 5"},
+      {manyAttributes, "Duplicate attribute at byte offset 5"},
       {body("3C 00 72 84 00 F0 F0"), "Odd length of a UTF-16 string at byte offset 9"},
       {body("3C 00 72 85 DC 00 00 41 F0 F0"), "Invalid UTF-16 string at byte offset 9"},
       {body("3C 00 72 8C 28 00 F0 F0"), "Unknown encoding algorithm at byte offset 10"},
