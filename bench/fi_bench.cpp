@@ -8,7 +8,7 @@
 // path run untimed in the same iteration, which keeps the noise of a shared machine out of them.
 #include "BenchSupport.h"
 #include "PoDocument.h"
-#include "PurchaseOrder.h"
+#include "po.h"
 
 #include <OvXmlLib6.h>
 #include <benchmark/benchmark.h>

@@ -16,7 +16,7 @@
 // strings, its small-object slabs (aligned_alloc) and expat's buffers.
 #include "BenchSupport.h"
 #include "PoDocument.h"
-#include "PurchaseOrder.h"
+#include "po.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -158,9 +158,9 @@ Visit VisitOrder(const po::CPurchaseOrder& order) {
   visit.sum += order.GetStatus() + static_cast<double>(order.GetCurrency().size());
   AddAddress(visit, order.GetShipTo().get());
   AddAddress(visit, order.GetBillTo().get());
-  const po::CContactGroup& contact = *order.GetContact();
+  const po::CContactGroup& contact = *order.GetContactGroup();
   visit.sum += static_cast<double>(contact.GetContactName().size() + contact.GetPhone().size() +
-                                   contact.GetContactLanguage().size());
+                                   order.GetContactLanguage().size());
   for (const std::string& comment : *order.GetComment()) {
     visit.sum += static_cast<double>(comment.size());
     ++visit.orderComments;
@@ -168,8 +168,8 @@ Visit VisitOrder(const po::CPurchaseOrder& order) {
   for (const po::CItem* item : *order.GetItems()->GetItem()) {
     visit.sum += static_cast<double>(item->GetPartNum().size() + item->GetProductName().size()) +
                  item->GetQuantity() + item->GetUnitPrice().ToDouble();
-    if (item->HasShipDate()) AddDate(visit, item->GetShipDate());
-    if (item->HasComment()) visit.sum += static_cast<double>(item->GetComment().size());
+    if (item->IsShipDateSet()) AddDate(visit, item->GetShipDate());
+    if (item->IsCommentSet()) visit.sum += static_cast<double>(item->GetComment().size());
     for (const CAttribute* attribute : *item->GetAnyAttributes()) {
       visit.sum +=
           static_cast<double>(attribute->GetName().size() + attribute->GetNamespace().size() +
@@ -185,10 +185,10 @@ Visit VisitOrder(const po::CPurchaseOrder& order) {
   visit.sum += static_cast<double>(payment.GetBankTransfer().size());
   if (const po::CDelivery* delivery = order.GetDelivery().get()) {
     visit.sum += delivery->GetPriority() + static_cast<double>(delivery->GetInstructions().size());
-    if (delivery->HasWindow()) AddDate(visit, delivery->GetWindow());
+    if (delivery->IsWindowSet()) AddDate(visit, delivery->GetWindow());
   }
   visit.sum += order.GetSignature().GetLength();
-  for (const CElement* extension : *order.GetExtensions()) {
+  for (const CElement* extension : *order.GetAny()) {
     visit.sum += static_cast<double>(extension->GetName().size() + extension->GetText().size());
     for (const CAttribute* attribute : *extension->GetAttributes())
       visit.sum += static_cast<double>(attribute->GetValue().size());

@@ -3,7 +3,7 @@
 // and shows how a value that breaks the schema is reported.
 //
 //   ovxml_po_demo [purchase-order.xml]
-#include "PurchaseOrder.h"
+#include "po.h"
 
 #include <cstdio>
 #include <string>
@@ -34,10 +34,10 @@ void PrintOrder(const po::CPurchaseOrder& order) {
   if (order.GetBillTo() != nullptr) {
     std::printf("The bill goes to %s.\n", AddressLine(*order.GetBillTo()).c_str());
   }
-  const po::CContactGroup& contact = *order.GetContact();
+  const po::CContactGroup& contact = *order.GetContactGroup();
   std::printf("The contact is %s (%s), who reads %s.\n", contact.GetContactName().c_str(),
-              contact.HasPhone() ? contact.GetPhone().c_str() : "no phone",
-              contact.GetContactLanguage().c_str());
+              contact.IsPhoneSet() ? contact.GetPhone().c_str() : "no phone",
+              order.GetContactLanguage().c_str());
   for (const std::string& comment : *order.GetComment()) {
     std::printf("A comment says: \"%s\"\n", comment.c_str());
   }
@@ -47,7 +47,7 @@ void PrintOrder(const po::CPurchaseOrder& order) {
     const CDecimal amount = item->GetUnitPrice() * CDecimal(item->GetQuantity());
     total += amount;
     std::string extra;
-    if (item->HasShipDate()) extra += ", shipping on " + Date(item->GetShipDate());
+    if (item->IsShipDateSet()) extra += ", shipping on " + Date(item->GetShipDate());
     for (const CAttribute* attribute : *item->GetAnyAttributes()) {
       extra += ", with " + attribute->GetName() + "=\"" + attribute->GetValue() + "\" from " +
                attribute->GetNamespace();
@@ -63,27 +63,27 @@ void PrintOrder(const po::CPurchaseOrder& order) {
     std::printf("It is paid by the credit card of %s, valid until %s.\n",
                 payment.GetCreditCard()->GetHolder().c_str(),
                 CConversions::yearMonthToString(payment.GetCreditCard()->GetExpires()).c_str());
-  } else if (payment.HasBankTransfer()) {
+  } else if (payment.IsBankTransferSet()) {
     std::printf("It is paid by bank transfer from %s.\n", payment.GetBankTransfer().c_str());
   }
   if (const po::CDelivery* delivery = order.GetDelivery()) {
     std::string details = po::PriorityToText(delivery->GetPriority());
-    if (delivery->HasWindow()) {
+    if (delivery->IsWindowSet()) {
       details += ", from " + CConversions::datetimeToString(delivery->GetWindow());
     }
-    if (delivery->HasInstructions()) {
+    if (delivery->IsInstructionsSet()) {
       details += ", with the note \"" + delivery->GetInstructions() + "\"";
     }
     std::printf("Delivery is %s.\n", details.c_str());
   }
-  if (order.HasSignature()) {
+  if (order.IsSignatureSet()) {
     const CBinaryData& signature = order.GetSignature();
     std::printf("The signature holds %u bytes: \"%.*s\".\n",
                 static_cast<unsigned>(signature.GetLength()),
                 static_cast<int>(signature.GetLength()),
                 reinterpret_cast<const char*>(signature.GetData()));
   }
-  for (const CElement* extension : *order.GetExtensions()) {
+  for (const CElement* extension : *order.GetAny()) {
     std::printf("An extension {%s}%s says \"%s\".\n", extension->GetNamespace().c_str(),
                 extension->GetName().c_str(), extension->GetText().c_str());
   }
@@ -136,7 +136,7 @@ int Run(const char* path) {
         "again. Written as formatted XML, with the prefixes \"po\" and \"xsi\" declared on the "
         "root:\n");
     CXmlSerializationContext output;
-    output.GetNamespaceAliases().Add("po", po::kNamespace);
+    output.GetNamespaceAliases().Add("po", "urn:example:po");
     output.GetNamespaceAliases().Add("xsi", "http://www.w3.org/2001/XMLSchema-instance");
     std::printf("%s\n", order->ToXml(true, true, EOLType_LF, output).c_str());
 
@@ -152,6 +152,6 @@ int Run(const char* path) {
 
 int main(int argc, char** argv) {
   const int status = Run(argc > 1 ? argv[1] : OVXML_PO_SAMPLE);
-  po::CPurchaseOrder::CleanUp();
+  po::CPoFactory::CleanUp();
   return status;
 }

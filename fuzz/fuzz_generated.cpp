@@ -2,7 +2,7 @@
 // written as XML text and as Fast Infoset, each read again: both must read and write the same
 // text as the first write.
 #include "FuzzSupport.h"
-#include "PurchaseOrder.h"
+#include "po.h"
 
 using namespace OvXmlLib6;
 

@@ -58,6 +58,26 @@ std::uint64_t Hash(std::string_view key, std::uint32_t a, std::uint32_t b) {
 }
 
 // True when the text is all ASCII, tested eight bytes at a time.
+// True when every byte is ASCII from the space up, and so is written as it is.
+bool IsPrintableAscii(std::string_view text) {
+  constexpr std::uint64_t kHigh = 0x8080808080808080ull;
+  constexpr std::uint64_t kSpaces = 0x2020202020202020ull;
+  const char* p = text.data();
+  std::size_t n = text.size();
+  while (n >= 8) {
+    const std::uint64_t word = Load64(p);
+    // A high bit, or a byte below the space (the subtraction borrows into its high bit).
+    if (((word | ((word - kSpaces) & ~word)) & kHigh) != 0) return false;
+    p += 8;
+    n -= 8;
+  }
+  while (n-- > 0) {
+    const unsigned char c = static_cast<unsigned char>(*p++);
+    if (c < 0x20 || c >= 0x80) return false;
+  }
+  return true;
+}
+
 bool IsAscii(std::string_view text) {
   const char* p = text.data();
   std::size_t n = text.size();
@@ -253,7 +273,7 @@ class CFastInfosetEncoder {
   // ---- Strings
   // The UTF-8 form of internal text; `scratch` holds it when it must be converted.
   std::string_view Utf8(std::string_view text, std::string& scratch) {
-    return m_utf8Internal && IsAscii(text) ? text : Utf8Slow(text, scratch);
+    return m_utf8Internal && IsPrintableAscii(text) ? text : Utf8Slow(text, scratch);
   }
   std::string_view Utf8Slow(std::string_view text, std::string& scratch);
   // An identifying string or index (names, namespaces, prefixes, PI targets); returns the index
@@ -538,6 +558,7 @@ void CFastInfosetEncoder::PutCount(std::size_t count) {
 // ---- Strings -----------------------------------------------------------------------------------
 
 std::string_view CFastInfosetEncoder::Utf8Slow(std::string_view text, std::string& scratch) {
+  CheckWritableControls(text);
   if (m_utf8Internal && IsValidUtf8(text)) return text;
   scratch.clear();
   m_encoder.ToUtf8(text, scratch);

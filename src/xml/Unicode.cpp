@@ -1,5 +1,7 @@
 #include "xml/Unicode.h"
 
+#include "OvXmlLib6/core/Exceptions.h"
+
 namespace OvXmlLib6 {
 namespace detail {
 
@@ -74,6 +76,19 @@ bool IsXmlText(std::string_view text) {
     if (cp < 0 || cp == 0xFFFE || cp == 0xFFFF) return false;
   }
   return true;
+}
+
+void CheckWritableControls(std::string_view text) {
+  for (const char c : text) {
+    const unsigned char b = static_cast<unsigned char>(c);
+    if (b < 0x20 && b != '\t' && b != '\n' && b != '\r') ThrowUnwritableControl(b);
+  }
+}
+
+void ThrowUnwritableControl(unsigned char c) {
+  throw COvException(
+      FormatString("The control character [0x%02X] cannot be written: XML 1.0 does not allow it",
+                   static_cast<unsigned>(c)));
 }
 
 void AppendUtf8(char32_t cp, std::string& out) {

@@ -18,6 +18,12 @@ bool IsValidUtf8(std::string_view text);
 // character, no U+FFFE or U+FFFF), so that it can be written as XML text.
 bool IsXmlText(std::string_view text);
 
+// The writers refuse what no reader would take back: throws COvException "The control character
+// [0x..] cannot be written: XML 1.0 does not allow it" for the first byte of `text` below 0x20
+// other than tab, line feed and carriage return.
+void CheckWritableControls(std::string_view text);
+[[noreturn]] void ThrowUnwritableControl(unsigned char c);
+
 // Decodes one UTF-8 sequence at `text[pos]`; returns its code point and advances `pos`, or
 // returns -1 and leaves `pos` unchanged when the sequence there is not well-formed.
 long DecodeUtf8(std::string_view text, std::size_t& pos);

@@ -3,6 +3,7 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "core/Strings.h"
 #include "xml/BufferAppend.h"
+#include "xml/Unicode.h"
 #include "xml/XmlWriterScopes.h"
 
 #include <cstdint>
@@ -231,9 +232,7 @@ void CXmlTextWriter::PutEscaped(std::string_view text) {
         break;
       default:
         // No character reference can stand for them either.
-        throw COvException(FormatString(
-            "The control character [0x%02X] cannot be written: XML 1.0 does not allow it",
-            static_cast<unsigned>(static_cast<unsigned char>(*stop))));
+        detail::ThrowUnwritableControl(static_cast<unsigned char>(*stop));
     }
     p = stop + 1;
   }

@@ -110,16 +110,23 @@ TEST_F(GenerateTool, BadSchemasFailWithFileLineAndConstruct) {
        "a.xsd:4:",
        "the prefix 'q' is not declared"},
       {"a construct that cannot be mapped",
-       {{"a.xsd", Schema("  <xs:complexType name=\"T\">\n    <xs:sequence maxOccurs=\"2\">\n"
-                         "      <xs:element name=\"a\" type=\"xs:int\"/>\n"
-                         "    </xs:sequence>\n  </xs:complexType>\n")}},
-       "a.xsd:5:",
-       "a repeated model group cannot be mapped (<xs:sequence maxOccurs=\"2\">)"},
+       {{"a.xsd", Schema("  <xs:complexType name=\"B\"/>\n  <xs:complexType name=\"T\">\n"
+                         "    <xs:complexContent>\n      <xs:restriction base=\"B\"/>\n"
+                         "    </xs:complexContent>\n  </xs:complexType>\n")}},
+       "a.xsd:7:",
+       "complexContent restriction of a type other than anyType cannot be mapped "
+       "(<xs:restriction base=\"B\">)"},
       {"a substitution group",
        {{"a.xsd", Schema("  <xs:element name=\"h\" type=\"xs:int\"/>\n"
                          "  <xs:element name=\"m\" substitutionGroup=\"h\" type=\"xs:int\"/>\n")}},
        "a.xsd:5:",
        "substitution groups cannot be mapped"},
+      {"an occurrence count that is not one",
+       {{"a.xsd", Schema("  <xs:group name=\"G\"><xs:sequence>\n"
+                         "    <xs:element name=\"a\" type=\"xs:int\" maxOccurs=\"99999999999\"/>\n"
+                         "  </xs:sequence></xs:group>\n")}},
+       "a.xsd:5:",
+       "invalid maxOccurs '99999999999'"},
       {"an unknown facet",
        {{"a.xsd", Schema("  <xs:simpleType name=\"S\">\n    <xs:restriction base=\"xs:int\">\n"
                          "      <xs:colour value=\"red\"/>\n    </xs:restriction>\n"

@@ -18,7 +18,7 @@
 #include "OvXmlLib6/metadata/Element.h"
 #include "OvXmlLib6/xml/BinaryStream.h"
 #include "OvXmlLib6/xml/XmlDocument.h"
-#include "PurchaseOrder.h"
+#include "po.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 // with the process-wide default context, and get what one thread alone gets. (The ThreadSanitizer
 // stage of the CI runs the tests whose names mention threads.)
 #include "OvXmlLib6.h"
-#include "PurchaseOrder.h"
+#include "po.h"
 #include "unit/TestSupport.h"
 
 #include <cstdio>

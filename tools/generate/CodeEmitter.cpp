@@ -120,6 +120,104 @@ std::string FacetSetters(const CFacets& facets, const std::string& target,
   return out;
 }
 
+const std::size_t kLineWidth = 100;
+
+// Breaks a statement longer than the line width at the commas of its first argument list, as
+// the repository's formatting does: the arguments aligned after the open parenthesis, or on
+// lines of their own four columns in when that parenthesis stands far right. String literals
+// are skipped over. Lines that cannot be broken stay as they are.
+void WrapLine(const std::string& line, std::string& out, int depth = 0) {
+  const std::size_t first = line.find_first_not_of(' ');
+  if (line.size() <= kLineWidth || depth > 8 || first == std::string::npos ||
+      line.compare(first, 2, "//") == 0 || line[first] == '#') {
+    out += line + "\n";
+    return;
+  }
+  // The first parenthesis whose own arguments hold a comma at their level.
+  std::size_t open = std::string::npos;
+  std::size_t close = std::string::npos;
+  std::vector<std::size_t> commas;
+  for (std::size_t start = 0; start < line.size() && open == std::string::npos; ++start) {
+    if (line[start] == '"') {
+      for (++start; start < line.size() && line[start] != '"'; ++start) {
+        if (line[start] == '\\') ++start;
+      }
+      continue;
+    }
+    if (line[start] != '(') continue;
+    int level = 0;
+    commas.clear();
+    for (std::size_t i = start; i < line.size(); ++i) {
+      const char c = line[i];
+      if (c == '"') {
+        for (++i; i < line.size() && line[i] != '"'; ++i) {
+          if (line[i] == '\\') ++i;
+        }
+      } else if (c == '(' || c == '{' || c == '[') {
+        ++level;
+      } else if (c == ')' || c == '}' || c == ']') {
+        if (--level == 0) {
+          if (!commas.empty()) {
+            open = start;
+            close = i;
+          }
+          break;
+        }
+      } else if (c == ',' && level == 1) {
+        commas.push_back(i);
+      }
+    }
+  }
+  if (open == std::string::npos) {
+    out += line + "\n";
+    return;
+  }
+  std::vector<std::string> arguments;
+  std::size_t from = open + 1;
+  for (std::size_t comma : commas) {
+    arguments.push_back(line.substr(from, comma + 1 - from));
+    from = comma + 2;  // past ", "
+  }
+  arguments.push_back(line.substr(from, close - from));
+  const std::string head = line.substr(0, open + 1);
+  const std::string tail = line.substr(close);
+  std::string indent;
+  std::string current;
+  if (head.size() <= 60) {
+    indent.assign(head.size(), ' ');
+    current = head;
+  } else {
+    WrapLine(head, out, depth + 1);
+    indent.assign(first + 4, ' ');
+    current = indent;
+  }
+  bool empty = current.size() == indent.size() && head.size() > 60;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string piece = arguments[i] + (i + 1 == arguments.size() ? tail : "");
+    const bool fresh = empty || current == head;
+    if (!fresh && current.size() + 1 + piece.size() > kLineWidth) {
+      WrapLine(current, out, depth + 1);
+      current = indent + piece;
+    } else {
+      current += (fresh ? "" : " ") + piece;
+    }
+    empty = false;
+  }
+  WrapLine(current, out, depth + 1);
+}
+
+std::string WrapLines(const std::string& text) {
+  std::string out;
+  std::size_t from = 0;
+  while (from < text.size()) {
+    const std::size_t end = text.find('\n', from);
+    WrapLine(text.substr(from, end - from), out);
+    if (end == std::string::npos) break;
+    from = end + 1;
+  }
+  return out;
+}
+
 bool IsChoice(const CClassModel& model) { return model.group == GroupKind::Choice; }
 
 bool IsOwn(const CClassModel& model, const CMemberModel& member) {
@@ -148,6 +246,7 @@ class CEmitter {
       files.push_back({m_options.stems[i] + ".h", SchemaHeader(static_cast<int>(i))});
       files.push_back({m_options.stems[i] + ".cpp", SchemaSource(static_cast<int>(i))});
     }
+    for (COutputFile& file : files) file.text = WrapLines(file.text);
     return files;
   }
 
@@ -161,9 +260,7 @@ class CEmitter {
   std::string OpenNamespace() const { return "namespace " + m_options.cppNamespace + " {\n\n"; }
   std::string CloseNamespace() const { return "}  // namespace " + m_options.cppNamespace + "\n"; }
 
-  std::string Stem(const CClassModel& model) const {
-    return model.name.substr(model.name[0] == 'C' ? 1 : 0);
-  }
+  static const std::string& Stem(const CClassModel& model) { return model.stem; }
 
   std::string ClassIdName(const CClassModel& model) const { return "ClassId_" + Stem(model); }
   std::string SubstitutionFunction(const CClassModel& model) const {
@@ -186,7 +283,11 @@ class CEmitter {
   std::string CollectionType(const CMemberModel& member) const {
     switch (member.kind) {
       case Kind::Class:
-        return "CMemberCollection<" + member.type->name + ">";
+        return std::string(member.pseudo ? "CGroupCollection<" : "CMemberCollection<") +
+               member.type->name + ">";
+      case Kind::Substitution:
+        return "CSubstitutionCollection<" + member.type->name + ", &" + m_factory +
+               "::" + SubstitutionFunction(*member.type) + ">";
       case Kind::AnyElement:
         return "OvXmlLib6::CElementCol";
       case Kind::AnyAttribute:
@@ -217,7 +318,8 @@ class CEmitter {
     for (const std::string& name : m_options.schemaNames) out << " " << name;
     out << ", and the helpers\n// the classes share.\n" << kGeneratedBy;
     out << "#ifndef " << guard << "\n#define " << guard << "\n\n";
-    out << "#include <OvXmlLib6.h>\n\n#include <cstdint>\n#include <string>\n\n";
+    out << "#include <OvXmlLib6.h>\n\n#include <cstdint>\n#include <string>\n#include "
+           "<typeinfo>\n\n";
     out << OpenNamespace();
     out << R"(// An optional member of a simple type: its value and whether it is set. An unset member is not
 // written.
@@ -272,6 +374,32 @@ class CMemberCollection : public OvXmlLib6::CTypedCollection<T> {
 };
 
 )";
+    out << R"(// The collection of a repeated model group (a sequence, choice or group reference with
+// maxOccurs above 1): its items have no tag of their own, so each new item reads from the
+// enclosing element at the cursor, and a read that takes no element ends the run.
+template <class T>
+class CGroupCollection : public CMemberCollection<T> {
+ public:
+  using CMemberCollection<T>::CMemberCollection;
+
+ protected:
+  OvXmlLib6::CXmlElement* FromXml_Int(OvXmlLib6::CXmlElement* parent,
+                                      OvXmlLib6::CXmlElement* current,
+                                      const OvXmlLib6::CXmlSerializationContext& context,
+                                      bool /*flag*/) override {
+    while (current != nullptr) {
+      OvXmlLib6::CSmartPtr<T> item = new T();
+      OvXmlLib6::CXmlElement* next =
+          OvXmlLib6::CXmlObjectBase::FromXml_Int(item.get(), parent, current, context);
+      if (next == current) break;
+      this->AppendItem(item.get());
+      current = next;
+    }
+    return current;
+  }
+};
+
+)";
     out << "// Creates the generated classes: by class id for the members of a class type, and by "
            "the\n"
            "// element's xsi:type for the members whose type is abstract or extended.\n";
@@ -301,6 +429,61 @@ class CMemberCollection : public OvXmlLib6::CTypedCollection<T> {
            "writes these\n"
            "  // classes any more (at the end of the program); a later use builds them again.\n";
     out << "  static void CleanUp();\n};\n\n";
+    out << R"(// The collection of a repeated member whose type is abstract or extended: each element makes
+// the object of the class its xsi:type names (through `Create`), and items of an extension of
+// T write their xsi:type.
+template <class T, OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> (*Create)(OvXmlLib6::CXmlElement*)>
+class CSubstitutionCollection : public OvXmlLib6::CXmlCollection {
+ public:
+  using iterator = OvXmlLib6::COvIterator<T>;
+  using const_iterator = OvXmlLib6::COvIterator<T>;
+  CSubstitutionCollection(const char* elementName, const char* ns, int minOccurs, int maxOccurs)
+      : OvXmlLib6::CXmlCollection(elementName, ns, minOccurs, maxOccurs) {}
+  // Appends the item, renamed to the collection's element name; null throws.
+  void Add(T* item) { AppendItem(Marked(item)); }
+  void AddAt(int index, T* item) { AddItemAt(index, Marked(item)); }
+  void AddAfter(const T* after, T* item) { AddAfterItem(after, Marked(item)); }
+  void AddBefore(const T* before, T* item) { AddBeforeItem(before, Marked(item)); }
+  OvXmlLib6::CSmartPtr<T> Item(int index) const {
+    return static_cast<T*>(GetNodeAtIndex(index)->GetItem());
+  }
+  iterator begin() const { return iterator(GetHead()); }
+  iterator end() const { return iterator(); }
+
+ protected:
+  OvXmlLib6::CXmlElement* FromXml_Int(OvXmlLib6::CXmlElement* /*parent*/,
+                                      OvXmlLib6::CXmlElement* current,
+                                      const OvXmlLib6::CXmlSerializationContext& context,
+                                      bool /*flag*/) override {
+    const std::string& name = GetCollectionElementName();
+    const std::string ns = GetNamespace();
+    while (current != nullptr &&
+           DoesElementNameMatch(context, current, name.c_str(), ns.c_str())) {
+      const OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> made = Create(current);
+      T* item = dynamic_cast<T*>(made.get());
+      if (item == nullptr) {
+        throw OvXmlLib6::COvValidationException(OvXmlLib6::FormatString(
+            "Failed to find a suitable substitution element for [%s]", name.c_str()));
+      }
+      OvXmlLib6::CXmlObjectBase::FromXml_Int(Marked(item), current, current->GetFirstElement(),
+                                             context);
+      AppendItem(item);
+      current = current->GetNextSiblingElement();
+    }
+    return current;
+  }
+
+ private:
+  T* Marked(T* item) const {
+    if (item != nullptr) {
+      item->SetWriteXsiType(typeid(*item) != typeid(T));
+      OvXmlLib6::CXmlObjectBase::SetElementName(item, GetCollectionElementName().c_str());
+    }
+    return item;
+  }
+};
+
+)";
     out << R"(namespace detail {
 
 // The three tables of one class.
@@ -644,21 +827,28 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
     return "  // " + what + ".\n";
   }
 
+  // An inline member function of one statement: on one line when it fits.
+  static std::string Inline(const std::string& signature, const std::string& statement) {
+    const std::string line = "  " + signature + " { " + statement + " }\n";
+    if (line.size() <= kLineWidth + 1) return line;
+    return "  " + signature + " {\n    " + statement + "\n  }\n";
+  }
+
   std::string Accessors(const CClassModel& model, const CMemberModel& member) const {
     std::string out = MemberComment(member);
     const std::string& name = member.accessor;
     const std::string& field = member.field;
     if (member.kind == Kind::AnyAttribute || member.cardinality == Cardinality::Collection) {
-      return out + "  const " + FieldType(member) + "& Get" + name + "() const { return " + field +
-             "; }\n";
+      return out + Inline("const " + FieldType(member) + "& Get" + name + "() const",
+                          "return " + field + ";");
     }
     const bool object = member.kind == Kind::Class || member.kind == Kind::Substitution ||
                         member.kind == Kind::AnyElement;
     if (object) {
       const std::string type =
           member.kind == Kind::AnyElement ? "OvXmlLib6::CElement" : member.type->name;
-      out +=
-          "  const " + FieldType(member) + "& Get" + name + "() const { return " + field + "; }\n";
+      out += Inline("const " + FieldType(member) + "& Get" + name + "() const",
+                    "return " + field + ";");
       out += "  void Set" + name + "(" + type + "* value);\n";
       if (member.cardinality == Cardinality::Optional) {
         out += "  bool Is" + name + "Set() const { return " + field + " != nullptr; }\n";
@@ -791,8 +981,11 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
           text += ")";
           break;
         case Kind::Substitution:
-          text = prefix + "AbsCls" + card + common + ", " + elementType + ", &" + m_factory +
-                 "::" + SubstitutionFunction(*member.type) + ")";
+          text = prefix + "AbsCls" + card + common + ", " + elementType;
+          if (member.cardinality != Cardinality::Collection) {
+            text += ", &" + m_factory + "::" + SubstitutionFunction(*member.type);
+          }
+          text += ")";
           break;
         case Kind::AnyElement:
           text = prefix + "Untpd" + card + common;
@@ -830,10 +1023,10 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
     const std::string textIndex = model.text.empty() ? "-1" : std::to_string(model.text[0].index);
     out << "detail::CClassTables Build" << Stem(model) << "Tables() {\n";
     out << locals.str();
-    out << "  CParentElementInfo* info = new CParentElementInfo(\n      " << GroupEnum(model.group)
-        << ", " << (model.pseudo ? "XmlElementType_PseudoElement" : "XmlElementType_Element")
-        << ", " << Literal(model.elementName) << ", " << Literal(model.targetNamespace) << ", "
-        << textIndex << ", " << (model.pseudo ? "false" : "true") << ", "
+    out << "  CParentElementInfo* info = new CParentElementInfo(" << GroupEnum(model.group) << ", "
+        << (model.pseudo ? "XmlElementType_PseudoElement" : "XmlElementType_Element") << ", "
+        << Literal(model.elementName) << ", " << Literal(model.targetNamespace) << ", " << textIndex
+        << ", " << (model.pseudo ? "false" : "true") << ", "
         << (model.base != nullptr ? "true" : "false") << ");\n";
     out << "  CElementInfo** elements = new CElementInfo*[" << elements.size() + 1 << "]{\n";
     for (const std::string& element : elements) out << "      " << element << ",\n";
@@ -891,7 +1084,7 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
                Literal(member.restriction) + ", " + Literal(model.targetNamespace) + occurs +
                ");\n";
       }
-      if (member.kind == Kind::Class) {
+      if (member.kind == Kind::Class || member.kind == Kind::Substitution) {
         return "  " + field + " = new " + CollectionType(member) + "(" + name + occurs + ");\n";
       }
       const CFacets& facets = member.simple.facets;
@@ -943,10 +1136,10 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
     out << AccessProperty(model);
     out << PrepareForRead(model);
     const std::string tables = "detail::TablesOf<Build" + Stem(model) + "Tables>()";
-    out << "CParentElementInfo* " << name << "::GetClassInfo() const { return " << tables
-        << ".info; }\n";
-    out << "CElementInfo** " << name << "::GetClassElementInfo() const { return " << tables
-        << ".elements; }\n";
+    out << "CParentElementInfo* " << name << "::GetClassInfo() const {\n  return " << tables
+        << ".info;\n}\n";
+    out << "CElementInfo** " << name << "::GetClassElementInfo() const {\n  return " << tables
+        << ".elements;\n}\n";
     out << "CAttributeInfo** " << name << "::GetClassAttributeInfo() const {\n  return " << tables
         << ".attributes;\n}\n";
     out << "std::string " << name << "::GetNamespace() const { return "
@@ -1044,8 +1237,23 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
              ".IsSet()) {\n        value." + set + "(" + field +
              ".Get());\n      } else {\n        value.SetInvalid();\n      }\n";
     }
-    return "      if (read) {\n        value." + set + "(" + field +
-           ");\n      } else {\n        " + field + " = " + get + ";\n      }\n";
+    std::string check;
+    if (member.kind == Kind::Text) {
+      // The text has no descriptor to check its facets: it checks them itself when written.
+      CFacets facets = member.simple.facets;
+      if (member.simple.enumeration != nullptr)
+        facets.enumerations = member.simple.enumeration->values;
+      if (HasFacets(facets)) {
+        check =
+            "        static const CPrimitiveRestrictions facets = [] {\n"
+            "          CPrimitiveRestrictions made(" +
+            FacetArguments(facets) + ");\n" + FacetSetters(facets, "made.", "          ") +
+            "          return made;\n        }();\n        facets.Check(" +
+            Literal(model.elementName) + ", value);\n";
+      }
+    }
+    return "      if (read) {\n        value." + set + "(" + field + ");\n" + check +
+           "      } else {\n        " + field + " = " + get + ";\n      }\n";
   }
 
   std::string AccessProperty(const CClassModel& model) const {

@@ -81,6 +81,7 @@ struct CMemberModel {
 
 struct CClassModel {
   std::string name;         // the C++ class
+  std::string stem;         // the name without the class prefix and suffix
   std::string elementName;  // the element name new objects get
   std::string typeName;     // the schema type's name for xsi:type, empty when anonymous
   std::string targetNamespace;

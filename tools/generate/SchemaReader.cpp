@@ -74,6 +74,20 @@ std::string Trim(const std::string& text) {
   return text.substr(first, last - first + 1);
 }
 
+// A count (occurrences, a length facet): decimal digits, blanks around them allowed, at most
+// INT_MAX.
+bool ParseCount(const std::string& text, int* value) {
+  const std::string digits = Trim(text);
+  if (digits.empty() || digits.size() > 10 ||
+      digits.find_first_not_of("0123456789") != std::string::npos) {
+    return false;
+  }
+  const long long parsed = std::stoll(digits);
+  if (parsed > INT_MAX) return false;
+  *value = static_cast<int>(parsed);
+  return true;
+}
+
 std::string LowerFirst(std::string text) {
   if (!text.empty() && text[0] >= 'A' && text[0] <= 'Z') text[0] = static_cast<char>(text[0] + 32);
   return text;
@@ -89,6 +103,10 @@ class CReader {
   explicit CReader(const CNaming& naming) : m_naming(naming) {}
 
   CSchemaSet Read(const std::vector<std::string>& files) {
+    // A schema named on the command line has its own output, whoever reaches it first.
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      m_named.emplace(Canonical(files[i], nullptr, nullptr), static_cast<int>(i));
+    }
     for (std::size_t i = 0; i < files.size(); ++i) {
       Load(files[i], static_cast<int>(i), nullptr, nullptr);
       CDoc* named = m_byPath[Canonical(files[i], nullptr, nullptr)];
@@ -138,6 +156,8 @@ class CReader {
             const std::string* chameleonNamespace = nullptr) {
     const std::string canonical = Canonical(path, from, at);
     if (m_byPath.count(canonical) != 0) return;  // seen before: include and import cycles end
+    const auto named = m_named.find(canonical);
+    if (named != m_named.end()) output = named->second;
     auto doc = std::make_unique<CDoc>();
     doc->path = path;
     doc->output = output;
@@ -276,15 +296,17 @@ class CReader {
     return name;
   }
 
+  // A class name not used yet: the prefix, the stem (numbered from 2 when taken), the suffix.
   std::string ClassName(const std::string& stem) {
-    return UniqueName(m_naming.classPrefix + stem + m_naming.classSuffix);
+    std::string name = m_naming.classPrefix + stem + m_naming.classSuffix;
+    for (int n = 2; m_names.count(name) != 0; ++n) {
+      name = m_naming.classPrefix + stem + std::to_string(n) + m_naming.classSuffix;
+    }
+    m_names.insert(name);
+    return name;
   }
 
-  // The stem of a class name: the name without the prefix and suffix.
-  std::string StemOf(const CClassModel& model) const {
-    std::string stem = model.name.substr(m_naming.classPrefix.size());
-    return stem.substr(0, stem.size() - m_naming.classSuffix.size());
-  }
+  static const std::string& StemOf(const CClassModel& model) { return model.stem; }
 
   static int Occurs(const CDoc& doc, const CXmlElement* element, const char* name, CReader* self) {
     std::string text;
@@ -294,12 +316,11 @@ class CReader {
       if (std::string(name) == "maxOccurs") return -1;
       self->Fail(doc, element, "minOccurs cannot be unbounded");
     }
-    char* end = nullptr;
-    const long value = std::strtol(text.c_str(), &end, 10);
-    if (text.empty() || *end != '\0' || value < 0 || value > INT_MAX) {
+    int value = 0;
+    if (!ParseCount(text, &value)) {
       self->Fail(doc, element, std::string("invalid ") + name + " '" + text + "'");
     }
-    return static_cast<int>(value);
+    return value;
   }
 
   // ---- Simple types ----
@@ -392,12 +413,9 @@ class CReader {
       std::string value;
       if (!Attribute(facet, "value", &value)) Fail(doc, facet, "a facet needs a value");
       const auto number = [&]() {
-        char* end = nullptr;
-        const long parsed = std::strtol(Trim(value).c_str(), &end, 10);
-        if (Trim(value).empty() || *end != '\0' || parsed < 0 || parsed > INT_MAX) {
-          Fail(doc, facet, "invalid facet value '" + value + "'");
-        }
-        return static_cast<int>(parsed);
+        int parsed = 0;
+        if (!ParseCount(value, &parsed)) Fail(doc, facet, "invalid facet value '" + value + "'");
+        return parsed;
       };
       if (isList && (kind == "length" || kind == "minLength" || kind == "maxLength")) {
         Fail(doc, facet, "a length facet of a list type cannot be mapped (lists are held as text)");
@@ -506,6 +524,9 @@ class CReader {
   CClassModel* NewClass(const CDoc& doc, const CXmlElement* at, const std::string& stem) {
     auto model = std::make_unique<CClassModel>();
     model->name = ClassName(PascalCase(stem));
+    model->stem = model->name.substr(
+        m_naming.classPrefix.size(),
+        model->name.size() - m_naming.classPrefix.size() - m_naming.classSuffix.size());
     model->targetNamespace = doc.targetNamespace;
     model->file = doc.path;
     model->line = doc.tree->GetElementLine(at);
@@ -789,7 +810,6 @@ class CReader {
 
   void AddGroupMember(CDoc& doc, CXmlElement* particle, CClassModel* model, CClassModel* group,
                       GroupKind kind, bool optional, int minOccurs, int maxOccurs) {
-    if (maxOccurs != 1) Fail(doc, particle, "a repeated model group cannot be mapped");
     CMemberModel member;
     member.kind = CMemberModel::Kind::Class;
     member.pseudo = true;
@@ -1138,13 +1158,6 @@ class CReader {
     }
     for (const auto& model : m_set.classes) {
       for (const CMemberModel& member : model->elements) {
-        if (member.kind == CMemberModel::Kind::Substitution &&
-            member.cardinality == Cardinality::Collection) {
-          throw CSchemaError(model->file, model->line,
-                             "a repeated element of an abstract or extended type cannot be "
-                             "mapped (<xs:element name=\"" +
-                                 member.xmlName + "\">)");
-        }
         if (member.kind == CMemberModel::Kind::Substitution && model->group == GroupKind::All) {
           throw CSchemaError(model->file, model->line,
                              "an element of an abstract or extended type in an all group cannot "
@@ -1159,6 +1172,7 @@ class CReader {
   CSchemaSet m_set;
   std::vector<std::unique_ptr<CDoc>> m_docs;
   std::map<std::string, CDoc*> m_byPath;
+  std::map<std::string, int> m_named;  // canonical path of each named schema: its output
   std::map<CQName, CComponent> m_types, m_elements, m_attributes, m_groups, m_attributeGroups;
   std::map<const CXmlElement*, CClassModel*> m_classes;
   std::map<const CXmlElement*, CSimpleType> m_simpleTypes;
