@@ -1,12 +1,15 @@
-// Hexadecimal and base64: the input as text, through CConversions and through CBinaryData,
-// either fails or decodes to bytes that re-encode to a text decoding to the same bytes; the input
-// as bytes encodes to texts that decode back to it.
+// Hexadecimal and base64, through CConversions and through CBinaryData: the input as text either
+// fails or decodes to bytes that re-encode to a text decoding to the same bytes; the input as
+// bytes encodes to a text that decodes back to it.
 #include "FuzzSupport.h"
 #include "OvXmlLib6/types/BinaryData.h"
 #include "OvXmlLib6/types/Conversions.h"
 
+#include <functional>
+
 using namespace OvXmlLib6;
 using C = CConversions;
+using Rule = CWhitespaceUtils::WhitespaceRule;
 
 namespace {
 
@@ -14,62 +17,47 @@ std::string Bytes(const CBinaryData& data) {
   return std::string(reinterpret_cast<const char*>(data.GetData()), data.GetLength());
 }
 
-// Decodes the text with `decode`; what decodes re-encodes with `encode` to a text that decodes
-// to the same bytes.
-template <typename Decode, typename Encode>
-void Check(const std::string& text, Decode decode, Encode encode) {
-  CBinaryData decoded;
-  if (!fuzz::Attempt([&] { decoded = decode(text); })) {
-    return;
-  }
-  const std::string encoded = encode(decoded);
-  CBinaryData again;
-  fuzz::MustSucceed("an encoded text decodes", encoded, [&] { again = decode(encoded); });
-  fuzz::Require(again == decoded, "bytes survive encoding and decoding", Bytes(decoded),
-                Bytes(again));
+struct CCodec {
+  const char* name;
+  std::function<CBinaryData(const std::string&, Rule)> decode;
+  std::function<std::string(const CBinaryData&)> encode;
+};
+
+template <void (CBinaryData::*Set)(const char*)>
+CBinaryData Decoded(const std::string& text, Rule) {
+  CBinaryData data;
+  (data.*Set)(text.c_str());
+  return data;
 }
+
+const CCodec kCodecs[] = {
+    {"hexBinary conversions", C::hexBinaryFromString, C::hexBinaryToString},
+    {"base64Binary conversions", C::base64BinaryFromString, C::base64BinaryToString},
+    {"CBinaryData hexadecimal", Decoded<&CBinaryData::SetAsHexString>,
+     [](const CBinaryData& d) { return d.GetAsHexString(); }},
+    {"CBinaryData base64", Decoded<&CBinaryData::SetAsBase64>,
+     [](const CBinaryData& d) { return d.GetAsBase64(); }},
+};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
   // The first byte picks the whitespace rule of the conversions.
-  const auto rule = static_cast<CWhitespaceUtils::WhitespaceRule>(size > 0 ? data[0] % 4 : 0);
-  Check(
-      text, [&](const std::string& t) { return C::hexBinaryFromString(t, rule); },
-      C::hexBinaryToString);
-  Check(
-      text, [&](const std::string& t) { return C::base64BinaryFromString(t, rule); },
-      C::base64BinaryToString);
-  const std::string cText = text.c_str();
-  Check(
-      cText,
-      [](const std::string& t) {
-        CBinaryData d;
-        d.SetAsHexString(t.c_str());
-        return d;
-      },
-      [](const CBinaryData& d) { return d.GetAsHexString(); });
-  Check(
-      cText,
-      [](const std::string& t) {
-        CBinaryData d;
-        d.SetAsBase64(t.c_str());
-        return d;
-      },
-      [](const CBinaryData& d) { return d.GetAsBase64(); });
-
+  const Rule rule = static_cast<Rule>(size > 0 ? data[0] % 4 : 0);
   CBinaryData raw;
   raw.SetBuffer(data, static_cast<std::uint32_t>(size));
-  fuzz::MustSucceed("any bytes round-trip through hexadecimal", text, [&] {
+  for (const CCodec& codec : kCodecs) {
+    CBinaryData decoded;
+    if (fuzz::Attempt([&] { decoded = codec.decode(text, rule); })) {
+      const std::string encoded = codec.encode(decoded);
+      CBinaryData again;
+      fuzz::MustSucceed(codec.name, encoded, [&] { again = codec.decode(encoded, rule); });
+      fuzz::Require(again == decoded, codec.name, Bytes(decoded), Bytes(again));
+    }
     CBinaryData back;
-    back.SetAsHexString(raw.GetAsHexString().c_str());
-    fuzz::Require(back == raw, "bytes through hexadecimal", text, Bytes(back));
-  });
-  fuzz::MustSucceed("any bytes round-trip through base64", text, [&] {
-    CBinaryData back;
-    back.SetAsBase64(raw.GetAsBase64().c_str());
-    fuzz::Require(back == raw, "bytes through base64", text, Bytes(back));
-  });
+    fuzz::MustSucceed(codec.name, text, [&] { back = codec.decode(codec.encode(raw), rule); });
+    fuzz::Require(back == raw, codec.name, text, Bytes(back));
+  }
   return 0;
 }

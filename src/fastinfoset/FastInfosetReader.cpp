@@ -31,6 +31,16 @@ constexpr std::size_t kWindowSize = 64 * 1024;
 constexpr std::size_t kHeaderProbe = 64;
 
 const char kXmlNamespace[] = "http://www.w3.org/XML/1998/namespace";
+const char kXmlnsNamespace[] = "http://www.w3.org/2000/xmlns/";
+
+// Whether XML namespaces allow `prefix` (empty: none) bound to `ns`: the prefix xml only to the
+// XML namespace and that namespace only to it, nothing to the namespace of namespace
+// declarations or with the prefix xmlns, and no prefix to the empty namespace.
+bool IsAllowedBinding(std::string_view prefix, std::string_view ns) {
+  if (prefix == "xmlns" || ns == kXmlnsNamespace) return false;
+  if ((prefix == "xml") != (ns == kXmlNamespace)) return false;
+  return prefix.empty() || !ns.empty();
+}
 const unsigned char kIdentification[] = {0xE0, 0x00, 0x00, 0x01};
 
 bool HasIdentificationAt(const unsigned char* data, std::size_t length, std::size_t at) {
@@ -524,6 +534,7 @@ void CFastInfosetReader::ReadInitialVocabulary() {
       name.localName = index();
       if (to.size() >= kMaxTableEntries) continue;
       name.name = MakeName(name, offset);
+      CheckQName(*name.name, i == 0, offset);
       to.push_back(name);
     }
   }
@@ -540,6 +551,7 @@ const detail::CXmlEventName* CFastInfosetReader::QNameLiteral(std::uint8_t flags
   name.localName = IdentifyingIndex(LocalName);
   std::vector<QName>& table = element ? m_elementNames : m_attributeNames;
   name.name = MakeName(name, offset);
+  CheckQName(*name.name, element, offset);
   // A full table takes nothing more; the name serves only the item it stands in.
   if (table.size() < kMaxTableEntries) table.push_back(name);
   return name.name;
@@ -554,9 +566,12 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
       if ((item & 0xFC) != 0xCC) Fail("Invalid namespace declaration");
       const std::uint32_t prefix = (item & 0x02) != 0 ? IdentifyingIndex(Prefix) : 0;
       const std::uint32_t ns = (item & 0x01) != 0 ? IdentifyingIndex(NamespaceName) : 0;
-      m_handler.OnNamespaceDeclaration(
-          prefix == 0 ? std::string_view() : std::string_view(Entry(Prefix, prefix, offset)),
-          ns == 0 ? std::string_view() : std::string_view(Entry(NamespaceName, ns, offset)));
+      const std::string_view prefixText =
+          prefix == 0 ? std::string_view() : std::string_view(Entry(Prefix, prefix, offset));
+      const std::string_view nsText =
+          ns == 0 ? std::string_view() : std::string_view(Entry(NamespaceName, ns, offset));
+      if (!IsAllowedBinding(prefixText, nsText)) FailAt("Reserved prefix or namespace", offset);
+      m_handler.OnNamespaceDeclaration(prefixText, nsText);
     }
     nameOctet = Octet();
     if ((nameOctet & 0xC0) != 0) Fail("Invalid element name");
@@ -610,6 +625,23 @@ bool CFastInfosetReader::ReadElementStart(std::uint8_t first) {
   ++m_depth;
   m_handler.OnStartElement(name, m_attributes.data(), m_attributes.size());
   return ended;
+}
+
+void CFastInfosetReader::CheckQName(const detail::CXmlEventName& name, bool element,
+                                    std::uint64_t offset) const {
+  const std::string& ns = name.namespaceURI;
+  bool allowed;
+  if (ns.empty()) {
+    // An attribute named xmlns in no namespace would be a namespace declaration in XML.
+    allowed = element || name.localName != "xmlns";
+  } else if (name.prefix.empty()) {
+    // Written with a prefix of the writer's choice (xml for the XML namespace), or for an element
+    // as the default namespace, which the XML namespace cannot be.
+    allowed = ns != kXmlnsNamespace && (!element || ns != kXmlNamespace);
+  } else {
+    allowed = IsAllowedBinding(name.prefix, ns);
+  }
+  if (!allowed) FailAt("Reserved prefix or namespace", offset);
 }
 
 void CFastInfosetReader::CheckUniqueAttributes(std::uint64_t offset) {

@@ -116,6 +116,9 @@ class CFastInfosetReader {
   // Fails when two attributes of the element at `offset` have the same namespace and local name,
   // which XML does not allow.
   void CheckUniqueAttributes(std::uint64_t offset);
+  // Fails for a name that XML namespaces reserve: a prefix or namespace used against the rules
+  // of the xml and xmlns prefixes, or an attribute named xmlns.
+  void CheckQName(const detail::CXmlEventName& name, bool element, std::uint64_t offset) const;
   // An identifying string or index; returns the index of its table entry.
   std::uint32_t IdentifyingIndex(StringTable table);
   // A non-identifying string or index starting on bit 1 (empty for the 0xFF of no value).

@@ -3,6 +3,7 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "OvXmlLib6/fastinfoset/Encodings.h"
 #include "OvXmlLib6/fastinfoset/FastInfosetContext.h"
+#include "core/Strings.h"
 #include "fastinfoset/Declarations.h"
 #include "fastinfoset/EncodingAlgorithms.h"
 #include "xml/CharEncoding.h"
@@ -24,8 +25,6 @@ constexpr std::uint32_t kBuiltInAlgorithms = 10;
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
 constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace";
-constexpr std::string_view kCDataStart = "<![CDATA[";
-constexpr std::string_view kCDataEnd = "]]>";
 
 [[noreturn]] void Fail(const std::string& what) {
   throw COvException("Failed to write FastInfoset. " + what);
@@ -712,19 +711,15 @@ void CFastInfosetEncoder::PutChunk(std::string_view text, int itemType) {
   CWriterTable& entries = m_tables[Chunk];
   // Text kept as one CDATA section when it was read goes out with the CDATA algorithm, which
   // the reader turns back into such a section.
-  if (text.size() > kCDataStart.size() + kCDataEnd.size() &&
-      text.compare(0, kCDataStart.size(), kCDataStart) == 0 &&
-      text.compare(text.size() - kCDataEnd.size(), kCDataEnd.size(), kCDataEnd) == 0) {
-    const std::string_view inner =
-        text.substr(kCDataStart.size(), text.size() - kCDataStart.size() - kCDataEnd.size());
-    if (inner.find(kCDataEnd) == std::string_view::npos) {
-      const std::string_view utf8 = Utf8(inner, m_valueScratch);
-      const std::uint32_t id = FIAlgorithm_CDATA - 1;
-      Put(static_cast<std::uint8_t>(0x8C | (id >> 6)));
-      PutLengthOnBit7(static_cast<std::uint8_t>((id & 0x3F) << 2), utf8.size());
-      PutBytes(utf8.data(), utf8.size());
-      return;
-    }
+  // (An empty section has no octets to carry: it goes out as its text.)
+  std::string_view inner;
+  if (detail::IsOneCDataSection(text, inner) && !inner.empty()) {
+    const std::string_view utf8 = Utf8(inner, m_valueScratch);
+    const std::uint32_t id = FIAlgorithm_CDATA - 1;
+    Put(static_cast<std::uint8_t>(0x8C | (id >> 6)));
+    PutLengthOnBit7(static_cast<std::uint8_t>((id & 0x3F) << 2), utf8.size());
+    PutBytes(utf8.data(), utf8.size());
+    return;
   }
   const std::string_view utf8 = Utf8(text, m_valueScratch);
   std::uint32_t index = 0;

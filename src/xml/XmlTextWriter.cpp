@@ -1,6 +1,7 @@
 #include "OvXmlLib6/xml/XmlTextWriter.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "core/Strings.h"
 #include "xml/BufferAppend.h"
 #include "xml/Unicode.h"
 #include "xml/XmlWriterScopes.h"
@@ -15,8 +16,6 @@
 namespace OvXmlLib6 {
 
 namespace {
-
-constexpr char kCDataStart[] = "<![CDATA[";
 
 // Most namespaces passed for attributes are empty: those cost no call to strlen.
 std::string_view View(const char* text) {
@@ -357,10 +356,9 @@ void CXmlTextWriter::WriteText(std::string_view text, int /*itemType*/) {
   if (text.empty() || text[0] == '\0') return;
   CloseStartTag();
   // Text kept as a CDATA section when it was read goes back out unchanged.
-  if (text[0] == '<' && text.size() >= sizeof kCDataStart - 1 &&
-      std::memcmp(text.data(), kCDataStart, sizeof kCDataStart - 1) == 0) {
-    const void* nul = std::memchr(text.data(), '\0', text.size());
-    if (nul != nullptr) text = text.substr(0, static_cast<const char*>(nul) - text.data());
+  std::string_view inner;
+  if (text[0] == '<' && detail::IsOneCDataSection(text, inner) &&
+      std::memchr(text.data(), '\0', text.size()) == nullptr) {
     Put(text);
   } else {
     PutEscaped(text);

@@ -312,6 +312,14 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
       // Nor two attributes of one name (the second named by index), among few or many.
       {body("7C 00 72 78 00 61 00 76 00 00 76 F0 F0"), "Duplicate attribute at byte offset 5"},
       {manyAttributes, "Duplicate attribute at byte offset 5"},
+      // Nor what XML namespaces reserve: an attribute named xmlns, the prefix xmlns, the prefix
+      // xml declared for another namespace.
+      {body("7C 00 72 78 04 78 6D 6C 6E 73 00 76 F0 F0 F0"),
+       "Reserved prefix or namespace at byte offset 8"},
+      {body("3F 04 78 6D 6C 6E 73 00 75 00 72 F0"),
+       "Reserved prefix or namespace at byte offset 5"},
+      {body("38 CF 02 78 6D 6C 00 75 3C 00 72 F0 F0"),
+       "Reserved prefix or namespace at byte offset 5"},
       {body("3C 00 72 84 00 F0 F0"), "Odd length of a UTF-16 string at byte offset 9"},
       {body("3C 00 72 85 DC 00 00 41 F0 F0"), "Invalid UTF-16 string at byte offset 9"},
       {body("3C 00 72 8C 28 00 F0 F0"), "Unknown encoding algorithm at byte offset 10"},

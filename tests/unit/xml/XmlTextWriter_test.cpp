@@ -101,12 +101,16 @@ TEST(CXmlTextWriter, EscapesTextAttributesAndComments) {
               w.WriteText("");
               w.WriteText(nullptr);
               w.WriteText("<![CDATA[raw <&> ]]>");
+              // Only text that is one whole CDATA section goes out raw: no text carries markup.
+              w.WriteText("<![CDATA[a]]><evil/>");
+              w.WriteText("<![CDATA[a]]>b<![CDATA[c]]>");
               w.WriteEndElement();
             }),
             "<!--x&lt;y &amp; &quot;z&quot;-->\n"
             "<r q=\"it's &quot;q&quot; &lt;&amp;&gt;\nnext\">"
             "a&amp;b&lt;c&gt;d&quot;e'f\tg]]&gt;hi\nj"
-            "<![CDATA[raw <&> ]]></r>");
+            "<![CDATA[raw <&> ]]>&lt;![CDATA[a]]&gt;&lt;evil/&gt;"
+            "&lt;![CDATA[a]]&gt;b&lt;![CDATA[c]]&gt;</r>");
   EXPECT_EQ(Write([&](CXmlTextWriter& w) {
               w.SetEOLType(EOLType_CRLF);
               w.WriteStartElement("r", "");
@@ -198,7 +202,7 @@ TEST(CXmlTextWriter, EscapesAtEveryOffsetAndLength) {
               w.WriteText(std::string("<![CDATA[x\0y", 12));
               w.WriteEndElement();
             }),
-            "<r a=\"0123456789abcdef&lt;x\">0123456789abcdef&lt;x<![CDATA[x</r>");
+            "<r a=\"0123456789abcdef&lt;x\">0123456789abcdef&lt;x&lt;![CDATA[x</r>");
 }
 
 TEST(CXmlTextWriter, DeclaresNestedNamespaces) {
