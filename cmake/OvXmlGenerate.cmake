@@ -56,7 +56,7 @@ function(ovxml_generate)
   endforeach()
 
   # The depfile names every schema read, so that a change in an included schema regenerates.
-  set(depfile ${ARG_OUTPUT_DIR}.d)
+  set(depfile ${ARG_OUTPUT_DIR}/${ARG_NAME}.d)
   add_custom_command(
     OUTPUT ${outputs}
     COMMAND OvXmlLib6::ovxml generate ${options} --depfile ${depfile} -o ${ARG_OUTPUT_DIR} ${schemas}

@@ -109,13 +109,21 @@ TEST_F(GenerateTool, BadSchemasFailWithFileLineAndConstruct) {
        {{"a.xsd", Schema("  <xs:element name=\"e\" type=\"q:T\"/>\n")}},
        "a.xsd:4:",
        "the prefix 'q' is not declared"},
-      {"a construct that cannot be mapped",
+      {"a restriction of what its base does not have",
        {{"a.xsd", Schema("  <xs:complexType name=\"B\"/>\n  <xs:complexType name=\"T\">\n"
-                         "    <xs:complexContent>\n      <xs:restriction base=\"B\"/>\n"
+                         "    <xs:complexContent>\n      <xs:restriction base=\"B\">\n"
+                         "        <xs:sequence><xs:element name=\"z\" type=\"xs:int\"/>"
+                         "</xs:sequence>\n      </xs:restriction>\n"
                          "    </xs:complexContent>\n  </xs:complexType>\n")}},
        "a.xsd:7:",
-       "complexContent restriction of a type other than anyType cannot be mapped "
-       "(<xs:restriction base=\"B\">)"},
+       "the restriction declares 'z' that its base does not have (<xs:restriction base=\"B\">)"},
+      {"an element twice in an all group",
+       {{"a.xsd", Schema("  <xs:complexType name=\"T\"><xs:all>\n"
+                         "    <xs:element name=\"a\" type=\"xs:int\"/>\n"
+                         "    <xs:element name=\"a\" type=\"xs:int\"/>\n"
+                         "  </xs:all></xs:complexType>\n")}},
+       "a.xsd:6:",
+       "the element 'a' appears twice in an all group"},
       {"a substitution group",
        {{"a.xsd", Schema("  <xs:element name=\"h\" type=\"xs:int\"/>\n"
                          "  <xs:element name=\"m\" substitutionGroup=\"h\" type=\"xs:int\"/>\n")}},

@@ -80,9 +80,10 @@ TEST(GeneratedClasses, LibraryRoundTripsAndReachesEveryKindOfMember) {
   EXPECT_EQ(info.GetClosedMonth(), 8);
   EXPECT_EQ(test::Bytes(info.GetLogo()), std::string("\x0A\x1B\x2C"));
   EXPECT_FALSE(lib::CInfo().IsOpenSet());
-  // A referenced element of another namespace, and attributes with defaults and fixed values.
-  EXPECT_EQ(library->GetEditor()->GetName(), "Eve Editor");
-  EXPECT_EQ(library->GetEditor()->GetBorn(), 1970);
+  // A referenced element of another namespace, of a restricted type chosen by xsi:type; and
+  // attributes with defaults and fixed values.
+  EXPECT_NE(dynamic_cast<const lib::CAnonymous*>(library->GetEditor().get()), nullptr);
+  EXPECT_EQ(library->GetEditor()->GetName(), "anonymous");
   EXPECT_EQ(library->GetCheckedBy(), "ann");
   EXPECT_EQ(library->GetAnyAttributes()->GetCount(), 1);
   // Repeated classes, a choice with a collection branch and a sequence branch.
@@ -187,6 +188,11 @@ TEST(GeneratedClasses, InvalidDocumentsAndValuesFail) {
   const Case cases[] = {
       {"a missing required element", replaced("<title>Pride and Prejudice</title>", ""),
        "Failed to find a required element [title]"},
+      {"an element its restricted type leaves out",
+       replaced("<p:name>anonymous</p:name>", "<p:name>anonymous</p:name><p:born>1970</p:born>"),
+       "The unexpected element [born] remains un processed"},
+      {"a value its restricted type does not allow",
+       replaced("<p:name>anonymous</p:name>", "<p:name>Eve</p:name>"), "Eve"},
       {"a missing required attribute", replaced("<copy barcode=\"3\"/>", "<copy/>"),
        "Failed to find the required Attribute [barcode]"},
       {"a text that is not of the enumeration", replaced("genre=\"fiction\"", "genre=\"drama\""),

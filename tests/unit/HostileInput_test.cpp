@@ -11,10 +11,10 @@
 #include "xml/ByteSource.h"
 #include "xml/StreamConverter.h"
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
@@ -330,7 +330,7 @@ const Attack kAttacks[] = {
        return std::string("read");
      },
      "Validation: Failed to process the element [node] <- Exception: Element nesting is deeper "
-     "than * levels at element [node]",
+     "than * levels at element [node]*",
      0},
     {"deep text, purchase order",
      [] {
@@ -373,7 +373,7 @@ const Attack kAttacks[] = {
        return root->ToXml();
      },
      "Validation: Failed to convert the element [node] to XML <- Exception: Element nesting is "
-     "deeper than * levels at element [node]",
+     "deeper than * levels at element [node]*",
      0},
 
     // Width.
@@ -538,7 +538,7 @@ const Attack kAttacks[] = {
      "Overflow: *CBigInteger::SetMaxDigits*", 16},
     {"decimal of ten million fraction digits",
      [] { return CDecimal(("0." + TenMillionDigits()).c_str()).ToString().substr(0, 8); },
-     "ok: 0.777777", 16},
+     "ok: 0.777777", 32},
     {"power of ten of four billion digits",
      [] { return CBigInteger::Pow10(4000000000u).ToString().substr(0, 8); },
      "Overflow: *CBigInteger::SetMaxDigits*", 16},
@@ -629,15 +629,15 @@ TEST(HostileInput, EveryAttackEndsInAnExceptionOrACorrectResult) {
     // Inputs are made before the peak restarts, so that only the attack counts.
     ResetPeak();
     const long before = StatusKiB("VmRSS");
-    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock();
     const std::string outcome = Outcome(attack.run);
-    const double seconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const double seconds = double(std::clock() - start) / CLOCKS_PER_SEC;
     EXPECT_TRUE(Matches(outcome.c_str(), attack.expected))
         << attack.name << "\n  got:      " << outcome.substr(0, 400)
         << "\n  expected: " << attack.expected;
-    // Only a guard against hangs (a super-linear attack takes hours): the slowest row, a
-    // million attributes, takes a few seconds, many more on a loaded machine.
+    // Only a guard against hangs (a super-linear attack takes hours), in processor time so that
+    // a loaded machine does not trip it: the slowest row, a million attributes, takes a few
+    // seconds under the sanitizers.
     EXPECT_LT(seconds, 30.0) << attack.name;
     if (measured && attack.maxGrowthMiB != 0) {
       const long growthMiB = (StatusKiB("VmHWM") - before) / 1024;

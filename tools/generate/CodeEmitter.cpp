@@ -230,12 +230,15 @@ bool HeldOptional(const CMemberModel& member) {
          (member.kind == Kind::Primitive || member.kind == Kind::Enum);
 }
 
+std::string FactoryClass(const CEmitOptions& options) {
+  return "C" + PascalCase(options.factoryBase) + "Factory";
+}
+
 class CEmitter {
  public:
   CEmitter(const CSchemaSet& schemas, const CEmitOptions& options)
       : m_schemas(schemas), m_options(options) {
-    m_factory = "C" + PascalCase(options.factoryBase) + "Factory";
-    if (m_factory == "CFactory") m_factory = "CSchemaFactory";
+    m_factory = FactoryClass(options);
   }
 
   std::vector<COutputFile> Emit() {
@@ -1311,6 +1314,26 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
 };
 
 }  // namespace
+
+std::vector<std::string> ReservedNames(const CEmitOptions& options) {
+  return {FactoryClass(options),
+          "COptional",
+          "CMemberCollection",
+          "CGroupCollection",
+          "CSubstitutionCollection",
+          "detail",
+          "CElementInfo",
+          "CAttributeInfo",
+          "CParentElementInfo",
+          "CPrimitiveRestrictions",
+          "CSharedString",
+          "CConversions",
+          "CWhitespaceUtils",
+          "CXmlWriter",
+          "CXmlSerializationContext",
+          "CXmlGeneratedClass",
+          "OvVariant"};
+}
 
 std::vector<COutputFile> EmitCode(const CSchemaSet& schemas, const CEmitOptions& options) {
   CEmitter emitter(schemas, options);

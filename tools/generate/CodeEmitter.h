@@ -25,6 +25,11 @@ struct CEmitOptions {
 
 std::vector<COutputFile> EmitCode(const CSchemaSet& schemas, const CEmitOptions& options);
 
+// The names the emitted code uses unqualified inside the generated namespace (the factory, the
+// shared helpers, the library's descriptor and value classes): no class or enumeration of the
+// schemas may take them.
+std::vector<std::string> ReservedNames(const CEmitOptions& options);
+
 }  // namespace ovxml_generate
 
 #endif  // OVXML_TOOLS_GENERATE_CODEEMITTER_H

@@ -273,6 +273,7 @@ int Generate(const COptions& options) {
   CNaming naming;
   naming.classPrefix = options.classPrefix;
   naming.classSuffix = options.classSuffix;
+  naming.reserved = ReservedNames(emit);
   const CSchemaSet schemas = ReadSchemas(options.schemas, naming);
   const std::vector<COutputFile> files = EmitCode(schemas, emit);
   std::string depText;

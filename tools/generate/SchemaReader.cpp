@@ -7,6 +7,7 @@
 #include "generate/SimpleTypes.h"
 
 #include <OvXmlLib6.h>
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <functional>
@@ -100,7 +101,8 @@ std::string DirectoryOf(const std::string& path) {
 
 class CReader {
  public:
-  explicit CReader(const CNaming& naming) : m_naming(naming) {}
+  explicit CReader(const CNaming& naming)
+      : m_naming(naming), m_names(naming.reserved.begin(), naming.reserved.end()) {}
 
   CSchemaSet Read(const std::vector<std::string>& files) {
     // A schema named on the command line has its own output, whoever reaches it first.
@@ -549,7 +551,12 @@ class CReader {
     m_classes[complexType] = model;
     std::string name;
     if (Attribute(complexType, "name", &name)) model->typeName = name;
+    // The groups being expanded belong to the class that refers to this type: a group that
+    // reaches itself through an element's type is recursion through a class, which is fine.
+    std::vector<const CXmlElement*> outerGroups;
+    outerGroups.swap(m_expandingGroups);
     FillComplexType(doc, complexType, model);
+    outerGroups.swap(m_expandingGroups);
     return model;
   }
 
@@ -594,7 +601,7 @@ class CReader {
         SimpleContent(doc, child, model);
       } else if (IsXsd(child, "complexContent")) {
         if (AttributeOr(child, "mixed", "false") == "true") mixed = true;
-        ComplexContent(doc, child, model);
+        if (ComplexContent(doc, child, model)) return;  // a restriction, complete
       } else if (IsContentChild(child)) {
         Content(doc, child, model);
       } else {
@@ -665,7 +672,8 @@ class CReader {
     }
   }
 
-  void ComplexContent(CDoc& doc, CXmlElement* content, CClassModel* model) {
+  // Returns true for a restriction, which completes the class.
+  bool ComplexContent(CDoc& doc, CXmlElement* content, CClassModel* model) {
     CXmlElement* derivation = FirstChild(content, "extension");
     const bool extension = derivation != nullptr;
     if (!extension) derivation = FirstChild(content, "restriction");
@@ -673,8 +681,8 @@ class CReader {
       Fail(doc, content, "complexContent needs an extension or restriction");
     if (!IsAnyType(doc, derivation)) {
       if (!extension) {
-        Fail(doc, derivation,
-             "complexContent restriction of a type other than anyType cannot be mapped");
+        Restriction(doc, derivation, model);
+        return true;
       }
       CClassModel* base = BaseClass(doc, derivation);
       if (base == nullptr) Fail(doc, derivation, "complexContent cannot extend a simple type");
@@ -687,6 +695,108 @@ class CReader {
       if (!IsContentChild(child)) Fail(doc, child, "unexpected element in complexContent");
       Content(doc, child, model);
     }
+    return false;
+  }
+
+  // A restriction of a complex type: a class derived from the base's that holds the base's
+  // members and lists in its tables only those the restriction keeps, with the restriction's
+  // occurrences and facets. It adds no member of its own, so its content must be a flat list of
+  // the base's elements (no nested groups) and its attributes must be the base's.
+  void Restriction(CDoc& doc, CXmlElement* derivation, CClassModel* model) {
+    CClassModel* base = BaseClass(doc, derivation);
+    if (base == nullptr || !base->text.empty()) {
+      Fail(doc, derivation, "complexContent restriction of simple content cannot be mapped");
+    }
+    CClassModel scratch;  // the restriction's own declarations, matched against the base's
+    scratch.stem = model->stem;
+    scratch.resolving = true;
+    for (CXmlElement* child = derivation->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      if (IsXsd(child, "annotation")) continue;
+      if (IsAttributeChild(child)) {
+        Content(doc, child, &scratch);
+        continue;
+      }
+      if (!IsXsd(child, "sequence") && !IsXsd(child, "choice") && !IsXsd(child, "all")) {
+        Fail(doc, child,
+             "a restriction's content other than a sequence, choice or all cannot be "
+             "mapped");
+      }
+      for (CXmlElement* particle = child->GetFirstElement(); particle != nullptr;
+           particle = particle->GetNextSiblingElement()) {
+        if (!IsXsd(particle, "element") && !IsXsd(particle, "any") &&
+            !IsXsd(particle, "annotation")) {
+          Fail(doc, particle, "a model group nested in a restriction cannot be mapped");
+        }
+      }
+      scratch.group = KindOf(child);
+      if (base->elements.size() > 1 && scratch.group != base->group) {
+        Fail(doc, child, "a restriction with another kind of model group cannot be mapped");
+      }
+      AddParticles(doc, child, &scratch, scratch.group, Occurs(doc, child, "minOccurs", this) == 0);
+    }
+    Inherit(model, base);
+    base->derived.push_back(model);
+    model->group = scratch.group;
+    model->elements.clear();
+    for (const CMemberModel& restricted : scratch.elements) {
+      model->elements.push_back(Restricted(doc, derivation, base->elements, restricted));
+    }
+    for (const CMemberModel& restricted : scratch.attributes) {
+      auto kept = std::find_if(
+          model->attributes.begin(), model->attributes.end(), [&](const CMemberModel& member) {
+            return member.xmlName == restricted.xmlName && member.xmlNs == restricted.xmlNs;
+          });
+      if (kept == model->attributes.end()) {
+        if (restricted.kind == CMemberModel::Kind::AnyAttribute) continue;
+        Fail(doc, derivation,
+             "the restriction declares the attribute '" + restricted.xmlName +
+                 "' that its base does not have");
+      }
+      *kept = Restricted(doc, derivation, model->attributes, restricted);
+    }
+    // A prohibited attribute is left out of the tables.
+    for (CXmlElement* child = derivation->GetFirstElement(); child != nullptr;
+         child = child->GetNextSiblingElement()) {
+      std::string name;
+      if (IsXsd(child, "attribute") && AttributeOr(child, "use", "") == "prohibited" &&
+          Attribute(child, "name", &name)) {
+        model->attributes.erase(
+            std::remove_if(model->attributes.begin(), model->attributes.end(),
+                           [&](const CMemberModel& member) { return member.xmlName == name; }),
+            model->attributes.end());
+      }
+    }
+    model->propertyCount = base->propertyCount;
+    model->resolving = false;
+    model->complete = true;
+  }
+
+  // The base's member that a restriction's declaration restricts, with the restriction's
+  // occurrences and facets where the member's storage holds them.
+  CMemberModel Restricted(CDoc& doc, CXmlElement* at, const std::vector<CMemberModel>& members,
+                          const CMemberModel& restricted) {
+    for (const CMemberModel& member : members) {
+      if (member.xmlName != restricted.xmlName || member.xmlNs != restricted.xmlNs) continue;
+      const bool collection = member.cardinality == Cardinality::Collection;
+      if (member.pseudo || member.kind != restricted.kind ||
+          collection != (restricted.cardinality == Cardinality::Collection) ||
+          (member.kind == CMemberModel::Kind::Primitive &&
+           member.simple.cppType != restricted.simple.cppType)) {
+        Fail(doc, at,
+             "the restriction of '" + member.xmlName +
+                 "' changes how it is held and cannot be "
+                 "mapped");
+      }
+      CMemberModel kept = member;
+      if (!collection) kept.cardinality = restricted.cardinality;
+      if (member.kind == CMemberModel::Kind::Primitive) kept.simple = restricted.simple;
+      kept.hasDefault = restricted.hasDefault || member.hasDefault;
+      if (restricted.hasDefault) kept.defaultValue = restricted.defaultValue;
+      return kept;
+    }
+    Fail(doc, at,
+         "the restriction declares '" + restricted.xmlName + "' that its base does not have");
   }
 
   static GroupKind KindOf(const CXmlElement* compositor) {
@@ -781,9 +891,12 @@ class CReader {
   CClassModel* ClassOfGroup(CDoc& doc, CXmlElement* definition) {
     const auto found = m_classes.find(definition);
     if (found != m_classes.end()) {
-      if (!found->second->complete) Fail(doc, definition, "the group contains itself");
+      if (std::find(m_expandingGroups.begin(), m_expandingGroups.end(), definition) !=
+          m_expandingGroups.end())
+        Fail(doc, definition, "the group contains itself");
       return found->second;
     }
+    m_expandingGroups.push_back(definition);
     std::string name;
     Attribute(definition, "name", &name);
     CClassModel* group = NewClass(doc, definition, name);
@@ -805,6 +918,7 @@ class CReader {
     group->group = KindOf(compositor);
     AddParticles(doc, compositor, group, group->group, false);
     Seal(doc, definition, group);
+    m_expandingGroups.pop_back();
     return group;
   }
 
@@ -828,22 +942,33 @@ class CReader {
     member->maxOccurs = maxOccurs;
   }
 
+  // The declaration that a local element or attribute (*decl on entry) stands for: the global
+  // one it refers to, in its schema's namespace, or itself, qualified by its form or by the
+  // schema's default. Sets the member's name and namespace.
+  void Declaration(CDoc& doc, std::map<CQName, CComponent>& globals, const char* what,
+                   bool qualifiedByDefault, CDoc** declDoc, CXmlElement** decl,
+                   CMemberModel* member) {
+    CXmlElement* at = *decl;
+    if (Attribute(at, "ref", nullptr)) {
+      const CComponent& global = Lookup(globals, doc, at, "ref", what);
+      *declDoc = global.doc;
+      *decl = global.element;
+      member->xmlNs = global.doc->targetNamespace;
+    } else if (AttributeOr(at, "form", qualifiedByDefault ? "qualified" : "unqualified") ==
+               "qualified") {
+      member->xmlNs = doc.targetNamespace;
+    }
+    if (!Attribute(*decl, "name", &member->xmlName)) {
+      Fail(doc, at, std::string("an ") + what + " needs a name");
+    }
+  }
+
   void AddElement(CDoc& doc, CXmlElement* particle, CClassModel* model, GroupKind kind,
                   bool optional, int minOccurs, int maxOccurs) {
     CDoc* declDoc = &doc;
     CXmlElement* decl = particle;
     CMemberModel member;
-    if (Attribute(particle, "ref", nullptr)) {
-      const CComponent& global = Lookup(m_elements, doc, particle, "ref", "element");
-      declDoc = global.doc;
-      decl = global.element;
-      member.xmlNs = declDoc->targetNamespace;
-    } else {
-      const std::string form =
-          AttributeOr(particle, "form", doc.elementsQualified ? "qualified" : "unqualified");
-      if (form == "qualified") member.xmlNs = doc.targetNamespace;
-    }
-    if (!Attribute(decl, "name", &member.xmlName)) Fail(doc, particle, "an element needs a name");
+    Declaration(doc, m_elements, "element", doc.elementsQualified, &declDoc, &decl, &member);
     CheckElementDeclaration(*declDoc, decl);
     member.accessor = PascalCase(member.xmlName);
     SetOccurs(&member, minOccurs, maxOccurs, kind, optional);
@@ -925,12 +1050,14 @@ class CReader {
     simple->facets.enumerations.assign(1, fixed);
   }
 
+  // A sequence or choice may name an element in several places (each is a member of its own,
+  // read where it stands); an all group, whose members come in any order, may not.
   void AddMember(CDoc& doc, CXmlElement* at, CClassModel* model, CMemberModel member) {
     for (const CMemberModel& other : model->elements) {
-      if (other.kind != CMemberModel::Kind::AnyElement && !other.pseudo && !member.pseudo &&
-          other.xmlName == member.xmlName && other.xmlNs == member.xmlNs &&
-          member.kind != CMemberModel::Kind::AnyElement) {
-        Fail(doc, at, "the element '" + member.xmlName + "' appears twice in one content model");
+      if (model->group == GroupKind::All && other.kind != CMemberModel::Kind::AnyElement &&
+          member.kind != CMemberModel::Kind::AnyElement && other.xmlName == member.xmlName &&
+          other.xmlNs == member.xmlNs) {
+        Fail(doc, at, "the element '" + member.xmlName + "' appears twice in an all group");
       }
     }
     model->elements.push_back(std::move(member));
@@ -971,17 +1098,7 @@ class CReader {
     }
     CDoc* declDoc = &doc;
     CXmlElement* decl = at;
-    if (Attribute(at, "ref", nullptr)) {
-      const CComponent& global = Lookup(m_attributes, doc, at, "ref", "attribute");
-      declDoc = global.doc;
-      decl = global.element;
-      member.xmlNs = declDoc->targetNamespace;
-    } else {
-      const std::string form =
-          AttributeOr(at, "form", doc.attributesQualified ? "qualified" : "unqualified");
-      if (form == "qualified") member.xmlNs = doc.targetNamespace;
-    }
-    if (!Attribute(decl, "name", &member.xmlName)) Fail(doc, at, "an attribute needs a name");
+    Declaration(doc, m_attributes, "attribute", doc.attributesQualified, &declDoc, &decl, &member);
     const std::string use = AttributeOr(at, "use", "optional");
     if (use == "prohibited") return;
     if (use == "required") member.cardinality = Cardinality::Mandatory;
@@ -1171,6 +1288,8 @@ class CReader {
   CNaming m_naming;
   CSchemaSet m_set;
   std::vector<std::unique_ptr<CDoc>> m_docs;
+  // The named groups whose expansion is under way for the class being built, innermost last.
+  std::vector<const CXmlElement*> m_expandingGroups;
   std::map<std::string, CDoc*> m_byPath;
   std::map<std::string, int> m_named;  // canonical path of each named schema: its output
   std::map<CQName, CComponent> m_types, m_elements, m_attributes, m_groups, m_attributeGroups;

@@ -13,6 +13,7 @@ namespace ovxml_generate {
 struct CNaming {
   std::string classPrefix = "C";
   std::string classSuffix;
+  std::vector<std::string> reserved;  // names no class or enumeration may take
 };
 
 // Reads the schemas named on the command line, in that order. A component goes to the output of
