@@ -242,6 +242,10 @@ void CFastInfosetReader::CheckName(StringTable table, std::string_view utf8,
       !detail::IsXmlNCName(utf8)) {
     FailAt("Invalid name", offset);
   }
+  // The XML parser splits names at "|" and so refuses namespace names that hold one.
+  if (table == NamespaceName && utf8.find('|') != std::string_view::npos) {
+    FailAt("Namespace name holding \"|\"", offset);
+  }
 }
 
 void CFastInfosetReader::Utf8Text(std::string_view utf8, std::uint64_t offset, std::string& out) {

@@ -111,7 +111,7 @@ class CFastInfosetReader {
   // write as XML text that reads again.
   void CheckText(std::string_view utf8, std::uint64_t offset) const;
   // Fails unless the entry for a table of prefixes, local names or other names is a name
-  // without a colon.
+  // without a colon, or when a namespace name holds the XML parser's name separator.
   void CheckName(StringTable table, std::string_view utf8, std::uint64_t offset) const;
   // Fails when two attributes of the element at `offset` have the same namespace and local name,
   // which XML does not allow.

@@ -309,6 +309,7 @@ TEST(FastInfosetReader, RejectsBadInputWithWhatAndWhere) {
       {body("3C 00 31 F0"), "Invalid name at byte offset 7"},
       {body("3C 02 61 20 62 F0"), "Invalid name at byte offset 7"},
       {body("3C 02 61 C3 97 F0"), "Invalid name at byte offset 7"},
+      {body("3D 00 7C 00 72 F0"), "Namespace name holding \"|\" at byte offset 7"},
       // Nor two attributes of one name (the second named by index), among few or many.
       {body("7C 00 72 78 00 61 00 76 00 00 76 F0 F0"), "Duplicate attribute at byte offset 5"},
       {manyAttributes, "Duplicate attribute at byte offset 5"},
