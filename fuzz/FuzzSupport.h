@@ -130,7 +130,18 @@ void ObjectRoundTrip(const std::uint8_t* data, std::size_t size, Make&& make) {
     second->FromXml(xml.c_str());
     again = second->ToXml(false, false, EOLType_LF);
   });
-  Require(again == xml, "XML read back writes the same XML", xml, again);
+  if (again != xml) {
+    // The text writer writes line ends and tabs in attribute values as they are, as it is
+    // documented to, and the parser's attribute normalization turns them into spaces: the first
+    // read may change them. From then on the XML must write back unchanged.
+    CSmartPtr<T> settled = make();
+    std::string third;
+    MustSucceed("the XML written a second time reads back and writes again", again, [&] {
+      settled->FromXml(again.c_str());
+      third = settled->ToXml(false, false, EOLType_LF);
+    });
+    Require(third == again, "XML read back writes the same XML", again, third);
+  }
 
   CBinaryData fastInfoset;
   MustSucceed("an object that writes XML writes Fast Infoset", xml,

@@ -11,13 +11,23 @@ using namespace OvXmlLib6;
 
 namespace {
 
-// The printed form of a value parses to an equal value that prints the same.
+// `text` without the zeros that end its fraction (and without a point left bare).
+std::string WithoutTrailingZeros(std::string text) {
+  if (text.find('.') == std::string::npos) return text;
+  while (text.back() == '0') text.pop_back();
+  if (text.back() == '.') text.pop_back();
+  return text;
+}
+
+// The printed form of a value parses to an equal value that prints the same (a quotient cut to
+// its places may print a zero at the end of its fraction, which the value read back does not).
 template <typename T>
 void CheckText(const T& value) {
   const std::string printed = value.ToString();
   T again;
   fuzz::MustSucceed("a printed number parses again", printed, [&] { again = T(printed.c_str()); });
-  fuzz::Require(again == value && again.ToString() == printed,
+  fuzz::Require(again == value && (again.ToString() == printed ||
+                                   again.ToString() == WithoutTrailingZeros(printed)),
                 "a printed number parses to the same value", printed, again.ToString());
 }
 

@@ -6,6 +6,10 @@
 #
 #   fuzz/run.sh [SECONDS] [TARGET...]
 #
+# With $OVXML_FUZZ_RUNS set, each target instead makes that many runs from a fixed seed, so that
+# the result is the same on every machine and every run (the CI's check); searching for new
+# findings is what the timed runs are for.
+#
 # A finding is a crash, a sanitizer report, a leak, an exception other than the library's own, a
 # broken round trip, an input that runs longer than 10 s, an allocation above 2 GB or a resident
 # size above 2.5 GB. The input that caused it is written to build/fuzz/findings/<target>/ and the
@@ -67,9 +71,15 @@ for target in "${targets[@]}"; do
     cp "${regressions[@]}" "$work"/
   fi
 
-  echo "== $target: fuzzing for ${seconds}s"
+  if [ -n "${OVXML_FUZZ_RUNS:-}" ]; then
+    echo "== $target: ${OVXML_FUZZ_RUNS} runs from seed 1"
+    budget=(-runs="$OVXML_FUZZ_RUNS" -seed=1)
+  else
+    echo "== $target: fuzzing for ${seconds}s"
+    budget=(-max_total_time="$seconds")
+  fi
   status=0
-  "$program" "${limits[@]}" "${dict[@]}" -max_total_time="$seconds" -print_final_stats=1 \
+  "$program" "${limits[@]}" "${dict[@]}" "${budget[@]}" -print_final_stats=1 \
     -artifact_prefix="$findings/" "$work" > "$log" 2>&1 || status=$?
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1)
   rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -n 1)
@@ -85,7 +95,11 @@ for target in "${targets[@]}"; do
   summary+=("$line")
 done
 
-echo "== fuzzing summary (${seconds}s per target)"
+if [ -n "${OVXML_FUZZ_RUNS:-}" ]; then
+  echo "== fuzzing summary (${OVXML_FUZZ_RUNS} runs from seed 1 per target)"
+else
+  echo "== fuzzing summary (${seconds}s per target)"
+fi
 printf '%s\n' "${summary[@]}"
 if [ ${#failed[@]} -gt 0 ]; then
   echo "== findings in: ${failed[*]}"
