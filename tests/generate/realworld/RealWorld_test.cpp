@@ -3,7 +3,7 @@
 // content.
 #include "gdalvrt.h"
 #include "gmlasconf.h"
-#include "nitf_spec.h"
+#include "nitf.h"
 #include "ogrvrt.h"
 #include "unit/TestSupport.h"
 #include "vdv452.h"
@@ -59,7 +59,7 @@ void ExpectRoundTrip(const std::string& file) {
 TEST(RealWorldSchemas, DocumentsRoundTripThroughTheGeneratedClasses) {
   ExpectRoundTrip<vdv452::CLayers>("gdal/vdv452.xml");
   ExpectRoundTrip<gmlasconf::CConfiguration>("gdal/gmlasconf.xml");
-  ExpectRoundTrip<nitf_spec::CRoot>("gdal/nitf_spec.xml");
+  ExpectRoundTrip<nitf::CRoot>("gdal/nitf.xml");
   ExpectRoundTrip<ogrvrt::COGRVRTDataSource>("gdal/ogrvrt.xml");
   ExpectRoundTrip<gdalvrt::CVRTDataset>("gdal/gdalvrt.xml");
 }
