@@ -14,7 +14,8 @@
 # broken round trip, an input that runs longer than 10 s, an allocation above 2 GB or a resident
 # size above 2.5 GB. The input that caused it is written to build/fuzz/findings/<target>/ and the
 # script exits non-zero once every target has run. Per target it prints the executions, the
-# executions per second and the size of the corpus reached.
+# executions per second and the size of the corpus reached. OVXML_FUZZ_PARALLEL=N runs N
+# targets at once, for machines with cores to spare.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -46,31 +47,34 @@ export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=0:strict_string_che
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 limits=(-timeout=10 -malloc_limit_mb=2048 -rss_limit_mb=2560)
 
-failed=()
-summary=()
-for target in "${targets[@]}"; do
-  program="$build/fuzz/$target"
-  findings="$build/findings/$target"
-  work="$build/work/$target"
-  log="$build/logs/$target.log"
+# Runs one target; its summary line goes to $build/logs/<target>.summary, and the status says
+# whether it found something.
+run_target() {
+  local target=$1
+  local program="$build/fuzz/$target"
+  local findings="$build/findings/$target"
+  local work="$build/work/$target"
+  local log="$build/logs/$target.log"
+  local result="$build/logs/$target.summary"
   mkdir -p "$findings" "$(dirname "$log")"
-  rm -rf "$work"
+  rm -rf "$work" "$result"
   mkdir -p "$work"
   cp fuzz/corpus/"$target"/* "$work"/ 2>/dev/null || true
-  dict=()
+  local dict=()
   [ -f "fuzz/$target.dict" ] && dict=(-dict="fuzz/$target.dict")
 
-  regressions=(fuzz/regressions/"$target"/*)
+  local regressions=(fuzz/regressions/"$target"/*)
   if [ -e "${regressions[0]}" ]; then
     echo "== $target: replaying ${#regressions[@]} regression input(s)"
     if ! "$program" "${limits[@]}" "${regressions[@]}" > "$log" 2>&1; then
       tail -n 40 "$log"
-      failed+=("$target (regression)")
-      continue
+      echo "$target: a regression input fails again (see $log)" > "$result"
+      return 1
     fi
     cp "${regressions[@]}" "$work"/
   fi
 
+  local budget
   if [ -n "${OVXML_FUZZ_RUNS:-}" ]; then
     echo "== $target: ${OVXML_FUZZ_RUNS} runs from seed 1"
     budget=(-runs="$OVXML_FUZZ_RUNS" -seed=1)
@@ -78,9 +82,10 @@ for target in "${targets[@]}"; do
     echo "== $target: fuzzing for ${seconds}s"
     budget=(-max_total_time="$seconds")
   fi
-  status=0
+  local status=0
   "$program" "${limits[@]}" "${dict[@]}" "${budget[@]}" -print_final_stats=1 \
     -artifact_prefix="$findings/" "$work" > "$log" 2>&1 || status=$?
+  local runs rate corpus line
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1)
   rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -n 1)
   corpus=$(find "$work" -type f | wc -l)
@@ -89,10 +94,27 @@ for target in "${targets[@]}"; do
   if [ "$status" -ne 0 ]; then
     tail -n 60 "$log"
     line="$line  FINDING (exit $status, see $findings/ and $log)"
-    failed+=("$target")
   fi
   echo "$line"
+  echo "$line" > "$result"
+  return "$status"
+}
+
+# OVXML_FUZZ_PARALLEL=N runs up to N targets at once (default 1: one after the other).
+parallel=${OVXML_FUZZ_PARALLEL:-1}
+for target in "${targets[@]}"; do
+  while [ "$(jobs -rp | wc -l)" -ge "$parallel" ]; do wait -n || true; done
+  run_target "$target" &
+done
+wait || true
+failed=()
+summary=()
+for target in "${targets[@]}"; do
+  line=$(cat "$build/logs/$target.summary" 2>/dev/null || echo "$target: no result")
   summary+=("$line")
+  case "$line" in
+    *FINDING* | *"fails again"* | *"no result"*) failed+=("$target") ;;
+  esac
 done
 
 if [ -n "${OVXML_FUZZ_RUNS:-}" ]; then
