@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 namespace OvXmlLib6 {
 namespace detail {
@@ -671,53 +672,71 @@ CXsdRegex::CXsdRegex(std::string_view pattern) {
 }
 
 bool CXsdRegex::Matches(std::string_view text) const {
+  // Patterns are checked on every value written or read: the lists live on the stack for the
+  // usual small programs. Each list holds an instruction at most once per step (the marks), and
+  // the walk's stack at most two entries per instruction visited plus the start.
   const std::size_t size = m_program.size();
-  std::vector<std::uint32_t> current, next, stack;
-  current.reserve(size);
-  next.reserve(size);
+  constexpr std::size_t kInlineSize = 64;
+  const std::size_t needed = 5 * size + 1;
+  std::uint32_t inlineStore[5 * kInlineSize + 1];
+  std::unique_ptr<std::uint32_t[]> heapStore;
+  std::uint32_t* store = inlineStore;
+  if (size > kInlineSize) {
+    heapStore.reset(new std::uint32_t[needed]);
+    store = heapStore.get();
+  }
   // mark[pc] == generation: pc is already in the list being built.
-  std::vector<std::uint32_t> mark(size, 0);
+  std::uint32_t* const mark = store;
+  std::uint32_t* current = store + size;
+  std::uint32_t* next = store + 2 * size;
+  std::uint32_t* const stack = store + 3 * size;
+  std::fill(mark, mark + size, 0u);
+  std::size_t currentCount = 0;
+  std::size_t nextCount = 0;
   std::uint32_t generation = 0;
 
   // Adds pc and everything reachable from it without reading a character.
-  auto addThread = [&](std::vector<std::uint32_t>& list, std::uint32_t start) {
-    stack.push_back(start);
-    while (!stack.empty()) {
-      const std::uint32_t pc = stack.back();
-      stack.pop_back();
+  auto addThread = [&](std::uint32_t* list, std::size_t& count, std::uint32_t start) {
+    std::size_t depth = 0;
+    stack[depth++] = start;
+    while (depth != 0) {
+      const std::uint32_t pc = stack[--depth];
       if (mark[pc] == generation) continue;
       mark[pc] = generation;
       const Instruction& in = m_program[pc];
       switch (in.op) {
         case Instruction::kJump:
-          stack.push_back(in.x);
+          stack[depth++] = in.x;
           break;
         case Instruction::kSplit:
-          stack.push_back(in.y);
-          stack.push_back(in.x);
+          stack[depth++] = in.y;
+          stack[depth++] = in.x;
           break;
         default:
-          list.push_back(pc);
+          list[count++] = pc;
           break;
       }
     }
   };
 
   ++generation;
-  addThread(current, 0);
+  addThread(current, currentCount, 0);
   for (std::size_t i = 0; i < text.size();) {
     const char32_t c = DecodeUtf8(text, i);
     ++generation;
-    next.clear();
-    for (std::uint32_t pc : current) {
+    nextCount = 0;
+    for (std::size_t k = 0; k < currentCount; ++k) {
+      const std::uint32_t pc = current[k];
       const Instruction& in = m_program[pc];
-      if (in.op == Instruction::kSet && m_sets[in.x].Contains(c)) addThread(next, pc + 1);
+      if (in.op == Instruction::kSet && m_sets[in.x].Contains(c))
+        addThread(next, nextCount, pc + 1);
     }
-    current.swap(next);
-    if (current.empty()) return false;
+    std::swap(current, next);
+    currentCount = nextCount;
+    if (currentCount == 0) return false;
   }
-  for (std::uint32_t pc : current) {
-    if (m_program[pc].op == Instruction::kMatch) return true;
+  for (std::size_t k = 0; k < currentCount; ++k) {
+    if (m_program[current[k]].op == Instruction::kMatch) return true;
   }
   return false;
 }
