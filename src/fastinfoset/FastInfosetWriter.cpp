@@ -7,6 +7,7 @@
 #include "fastinfoset/Declarations.h"
 #include "fastinfoset/EncodingAlgorithms.h"
 #include "xml/CharEncoding.h"
+#include "xml/ExpatReader.h"
 #include "xml/Unicode.h"
 
 #include <algorithm>
@@ -951,6 +952,9 @@ void CFastInfosetEncoder::PutName(bool element, std::string_view prefix, std::st
     }
     return;
   }
+  // A name goes out literally once; after that its index stands for it.
+  detail::CheckWritableName(local, element ? "element name" : "attribute name", false);
+  if (!prefix.empty()) detail::CheckWritableName(prefixUtf8, "namespace prefix", false);
   const std::uint8_t flags =
       static_cast<std::uint8_t>((prefix.empty() ? 0 : 0x02) | (ns.empty() ? 0 : 0x01));
   if (element) {

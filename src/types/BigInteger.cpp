@@ -43,6 +43,141 @@ std::uint64_t Magnitude(long long value) {
   return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
 }
 
+// Products and quotients are computed on limbs of nine decimal digits (least significant
+// first), so that their cost is that of schoolbook arithmetic on a ninth of the digits, not on
+// every digit: at the digit limit a product or quotient takes milliseconds, not minutes.
+using Limbs = std::vector<std::uint32_t>;
+constexpr std::uint64_t kLimbBase = 1000000000;
+
+Limbs ToLimbs(const std::vector<char>& digits) {
+  Limbs limbs((digits.size() + 8) / 9);
+  for (std::size_t i = 0; i < limbs.size(); ++i) {
+    const std::size_t low = i * 9;
+    std::uint32_t value = 0;
+    for (std::size_t k = std::min(low + 9, digits.size()); k-- > low;) {
+      value = value * 10 + static_cast<std::uint32_t>(digits[k]);
+    }
+    limbs[i] = value;
+  }
+  return limbs;
+}
+
+// The digits of `limbs`, without leading zeros.
+void FromLimbs(const Limbs& limbs, std::vector<char>& digits) {
+  digits.assign(limbs.size() * 9, 0);
+  for (std::size_t i = 0; i < limbs.size(); ++i) {
+    std::uint32_t value = limbs[i];
+    for (std::size_t k = 0; k < 9 && value != 0; ++k, value /= 10) {
+      digits[i * 9 + k] = static_cast<char>(value % 10);
+    }
+  }
+  while (!digits.empty() && digits.back() == 0) digits.pop_back();
+}
+
+void TrimLimbs(Limbs& limbs) {
+  while (!limbs.empty() && limbs.back() == 0) limbs.pop_back();
+}
+
+// a * b for trimmed, non-empty limb vectors.
+Limbs MultiplyLimbs(const Limbs& a, const Limbs& b) {
+  Limbs product(a.size() + b.size(), 0);
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i] == 0) continue;
+    std::uint64_t carry = 0;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      // At most (B-1)^2 + 2(B-1) < B^2: no overflow of 64 bits.
+      const std::uint64_t t = product[i + j] + static_cast<std::uint64_t>(a[i]) * b[j] + carry;
+      product[i + j] = static_cast<std::uint32_t>(t % kLimbBase);
+      carry = t / kLimbBase;
+    }
+    product[i + b.size()] = static_cast<std::uint32_t>(carry);
+  }
+  TrimLimbs(product);
+  return product;
+}
+
+// v * factor for factor < B; the result may have one limb more.
+Limbs MultiplyLimbs(const Limbs& v, std::uint32_t factor) {
+  Limbs product(v.size() + 1, 0);
+  std::uint64_t carry = 0;
+  for (std::size_t i = 0; i < v.size(); ++i) {
+    const std::uint64_t t = static_cast<std::uint64_t>(v[i]) * factor + carry;
+    product[i] = static_cast<std::uint32_t>(t % kLimbBase);
+    carry = t / kLimbBase;
+  }
+  product[v.size()] = static_cast<std::uint32_t>(carry);
+  return product;
+}
+
+// v / divisor for 0 < divisor < B, in place; returns the remainder.
+std::uint32_t DivideLimbs(Limbs& v, std::uint32_t divisor) {
+  std::uint64_t remainder = 0;
+  for (std::size_t i = v.size(); i-- > 0;) {
+    const std::uint64_t t = remainder * kLimbBase + v[i];
+    v[i] = static_cast<std::uint32_t>(t / divisor);
+    remainder = t % divisor;
+  }
+  TrimLimbs(v);
+  return static_cast<std::uint32_t>(remainder);
+}
+
+// u / v and u % v for trimmed limb vectors with u >= v > 0 and v of at least two limbs: long
+// division with quotient limbs estimated from the leading limbs (Knuth's algorithm D).
+void DivideLimbs(const Limbs& dividend, const Limbs& divisor, Limbs& quotient, Limbs& remainder) {
+  const std::size_t n = divisor.size();
+  const std::size_t m = dividend.size() - n;
+  // Scaled so that the divisor's leading limb is at least B / 2, which keeps each estimate at
+  // most two above the true quotient limb.
+  const auto scale = static_cast<std::uint32_t>(kLimbBase / (divisor[n - 1] + std::uint64_t{1}));
+  Limbs u = MultiplyLimbs(dividend, scale);
+  Limbs v = MultiplyLimbs(divisor, scale);
+  v.pop_back();  // the scaled divisor has n limbs
+  const std::uint64_t top = v[n - 1];
+  const std::uint64_t next = v[n - 2];
+  quotient.assign(m + 1, 0);
+  for (std::size_t j = m + 1; j-- > 0;) {
+    const std::uint64_t head = static_cast<std::uint64_t>(u[j + n]) * kLimbBase + u[j + n - 1];
+    std::uint64_t estimate = head / top;
+    std::uint64_t rest = head % top;
+    while (estimate >= kLimbBase || estimate * next > rest * kLimbBase + u[j + n - 2]) {
+      --estimate;
+      rest += top;
+      if (rest >= kLimbBase) break;
+    }
+    // u[j .. j+n] -= estimate * v
+    std::uint64_t carry = 0;
+    std::int64_t borrow = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+      const std::uint64_t p = estimate * v[i] + carry;
+      carry = p / kLimbBase;
+      std::int64_t t =
+          static_cast<std::int64_t>(u[i + j]) - static_cast<std::int64_t>(p % kLimbBase) - borrow;
+      borrow = t < 0 ? 1 : 0;
+      u[i + j] = static_cast<std::uint32_t>(t + borrow * static_cast<std::int64_t>(kLimbBase));
+    }
+    std::int64_t high =
+        static_cast<std::int64_t>(u[j + n]) - static_cast<std::int64_t>(carry) - borrow;
+    if (high < 0) {
+      // The estimate was one too large: add the divisor back once.
+      --estimate;
+      std::uint64_t sum = 0;
+      for (std::size_t i = 0; i < n; ++i) {
+        sum += static_cast<std::uint64_t>(u[i + j]) + v[i];
+        u[i + j] = static_cast<std::uint32_t>(sum % kLimbBase);
+        sum /= kLimbBase;
+      }
+      high += static_cast<std::int64_t>(sum);
+    }
+    u[j + n] = static_cast<std::uint32_t>(high);
+    quotient[j] = static_cast<std::uint32_t>(estimate);
+  }
+  TrimLimbs(quotient);
+  u.resize(n);
+  TrimLimbs(u);
+  DivideLimbs(u, scale);
+  remainder = std::move(u);
+}
+
 }  // namespace
 
 // Built in this order at start-up; they only build digit vectors, so nothing else must exist
@@ -284,9 +419,22 @@ CBigInteger CBigInteger::SquareRoot() const {
   }
   if (IsZero()) return CBigInteger();
   const CBigInteger n = GetAbs();
-  // The estimate 10^k, where k is how often the value can be divided by 100 and stay at least
-  // 100: a value of P digits allows (P - 1) / 2 such steps. The estimate is at most the root.
-  CBigInteger x = Pow10(static_cast<unsigned>((m_digits.size() - 1) / 2));
+  const std::size_t digits = m_digits.size();
+  CBigInteger x;
+  if (digits <= 32) {
+    // The estimate 10^k, where k is how often the value can be divided by 100 and stay at least
+    // 100: a value of P digits allows (P - 1) / 2 such steps. The estimate is at most the root.
+    x = Pow10(static_cast<unsigned>((digits - 1) / 2));
+  } else {
+    // The root of the value without its last 2k digits, times 10^k, is at most the root and
+    // right in about its first P/4 digits; each Newton step below doubles that, so a few full
+    // divisions suffice where a start from a power of ten takes one per bit of precision.
+    const std::size_t k = digits / 4;
+    x = CBigInteger(1,
+                    Digits(m_digits.begin() + static_cast<std::ptrdiff_t>(2 * k), m_digits.end()))
+            .SquareRoot();
+    ShiftLeft(x.m_digits, k);
+  }
   // One Newton step from anywhere lands on or above the floor of the root (the integer form of
   // the mean inequality); from there the steps decrease strictly until they reach it.
   x = (x + n / x) / CBigInteger(2);
@@ -421,48 +569,14 @@ CBigInteger::Digits CBigInteger::Subtract(const Digits& larger, const Digits& sm
   return difference;
 }
 
-CBigInteger::Digits CBigInteger::Multiply(const Digits& v, int digit) {
-  Digits product;
-  if (digit <= 0 || digit > 9 || v.empty()) return product;
-  product.reserve(v.size() + 1);
-  int carry = 0;
-  for (char d : v) {
-    const int p = d * digit + carry;
-    product.push_back(static_cast<char>(p % 10));
-    carry = p / 10;
-  }
-  // No limit check: the division's multiples of its divisor may have one digit more.
-  if (carry != 0) product.push_back(static_cast<char>(carry));
-  return product;
-}
-
 CBigInteger::Digits CBigInteger::Multiply(const Digits& a, const Digits& b) {
-  Digits sum;
-  if (a.empty() || b.empty()) return sum;
+  Digits product;
+  if (a.empty() || b.empty()) return product;
   // The product has a.size() + b.size() - 1 digits or one more.
   RequireDigits(a.size() + b.size() - 1);
-  // For each non-zero multiplier digit, add that digit times the multiplicand, shifted to its
-  // position, into the running sum with a decimal carry.
-  sum.assign(a.size() + b.size(), 0);
-  for (std::size_t i = 0; i < b.size(); ++i) {
-    const int digit = b[i];
-    if (digit == 0) continue;
-    int carry = 0;
-    std::size_t k = i;
-    for (std::size_t j = 0; j < a.size(); ++j, ++k) {
-      const int p = sum[k] + a[j] * digit + carry;
-      sum[k] = static_cast<char>(p % 10);
-      carry = p / 10;
-    }
-    for (; carry != 0; ++k) {
-      const int p = sum[k] + carry;
-      sum[k] = static_cast<char>(p % 10);
-      carry = p / 10;
-    }
-  }
-  Clean(sum);
-  RequireDigits(sum.size());
-  return sum;
+  FromLimbs(MultiplyLimbs(ToLimbs(a), ToLimbs(b)), product);
+  RequireDigits(product.size());
+  return product;
 }
 
 void CBigInteger::Divide(const Digits& dividend, const Digits& divisor, Digits& quotient,
@@ -470,19 +584,23 @@ void CBigInteger::Divide(const Digits& dividend, const Digits& divisor, Digits& 
   quotient.clear();
   remainder.clear();
   if (divisor.empty()) return;
-  // The divisor's multiples 1..9, so that each quotient digit is found by comparison.
-  Digits multiples[10];
-  for (int k = 1; k <= 9; ++k) multiples[k] = Multiply(divisor, k);
-  quotient.assign(dividend.size(), 0);
-  for (std::size_t i = dividend.size(); i-- > 0;) {
-    // Bring down the next digit: remainder = remainder * 10 + dividend[i].
-    if (!remainder.empty() || dividend[i] != 0) remainder.insert(remainder.begin(), dividend[i]);
-    int k = 9;
-    while (k > 0 && Compare(multiples[k], remainder) > 0) --k;
-    if (k > 0) SubtractInPlace(remainder, multiples[k]);
-    quotient[i] = static_cast<char>(k);
+  if (Compare(dividend, divisor) < 0) {
+    remainder = dividend;
+    return;
   }
-  Clean(quotient);
+  Limbs u = ToLimbs(dividend);
+  const Limbs v = ToLimbs(divisor);
+  Limbs q;
+  Limbs r;
+  if (v.size() == 1) {
+    r.assign(1, DivideLimbs(u, v[0]));
+    TrimLimbs(r);
+    q = std::move(u);
+  } else {
+    DivideLimbs(u, v, q, r);
+  }
+  FromLimbs(q, quotient);
+  FromLimbs(r, remainder);
 }
 
 void CBigInteger::Pow10(Digits& v, std::size_t n) {

@@ -1,6 +1,7 @@
 #include "xml/ExpatReader.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/xml/CharEncoding.h"
 #include "core/Strings.h"
 #include "xml/TreeStore.h"
 
@@ -10,6 +11,8 @@
 #include <climits>
 #include <cstring>
 #include <new>
+#include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace OvXmlLib6 {
@@ -165,6 +168,15 @@ void CExpatFeed::Read(IByteSource& source) {
   }
 }
 
+namespace {
+
+// Names beyond ASCII that the parser took, so that a document of such names asks it once per
+// name and thread. Bounded: it starts again when full.
+constexpr std::size_t kKnownNamesLimit = 4096;
+thread_local std::unordered_set<std::string> t_knownNames;
+
+}  // namespace
+
 bool IsXmlNCName(std::string_view name) {
   if (name.empty()) return false;
   bool ascii = true;
@@ -172,21 +184,45 @@ bool IsXmlNCName(std::string_view name) {
     const unsigned char c = static_cast<unsigned char>(name[i]);
     if (c >= 0x80) {
       ascii = false;
-    } else if (!((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' ||
-                 (i > 0 && ((c >= '0' && c <= '9') || c == '-' || c == '.')))) {
+    } else if ((kAsciiNameChars[c] & (i == 0 ? 1 : 2)) == 0) {
       return false;
     }
   }
   if (ascii) return true;
+  if (t_knownNames.count(std::string(name)) != 0) return true;
   // Which letters beyond ASCII a name may hold is the parser's to say: it reads an empty
   // element of that name. With every ASCII byte a name character, nothing but one name fits.
+  // It must be the UTF-8 parser: for UTF-16 and Latin-1 documents expat takes letters that it
+  // refuses in UTF-8 (U+00B5), and what is written is read again as UTF-8.
   const std::string document = "<" + std::string(name) + "/>";
   XML_Parser parser = XML_ParserCreate("UTF-8");
   if (parser == nullptr) throw std::bad_alloc();
   const bool wellFormed =
       XML_Parse(parser, document.data(), static_cast<int>(document.size()), 1) == XML_STATUS_OK;
   XML_ParserFree(parser);
+  if (wellFormed) {
+    if (t_knownNames.size() >= kKnownNamesLimit) t_knownNames.clear();
+    t_knownNames.emplace(name);
+  }
   return wellFormed;
+}
+
+void CheckWritableNameSlow(std::string_view name, const char* what, bool internalText) {
+  std::string utf8;
+  std::string_view text = name;
+  if (internalText && !IsASCIIOnly() && GetLocalCharEncoding() != 0 &&
+      GetLocalCharEncoding() != 65001) {
+    CTextEncoder encoder;
+    encoder.ToUtf8(name, utf8);
+    text = utf8;
+  }
+  if (IsXmlNCName(text)) return;
+  // A name that is not one may be anything: the message shows its start.
+  constexpr std::size_t kShown = 64;
+  const std::string shown =
+      name.size() > kShown ? std::string(name.substr(0, kShown)) + "..." : std::string(name);
+  throw COvInvalidParamException(
+      FormatString("The %s '%s' cannot be written: it is not an XML name", what, shown.c_str()));
 }
 
 }  // namespace detail

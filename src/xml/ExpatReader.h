@@ -11,6 +11,7 @@
 #include "xml/InputTranscoder.h"
 #include "xml/XmlEvents.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -85,6 +86,36 @@ class CExpatFeed {
 // Whether `name` (UTF-8) is a name without a colon that the parser takes for an element name, so
 // that names from other sources (Fast Infoset) write as XML that reads again.
 bool IsXmlNCName(std::string_view name);
+
+// What each ASCII byte may be in a name without a colon: bit 1 a first character, bit 2 a later
+// one. Bytes from 0x80 (parts of other letters) are neither; the parser judges those names.
+constexpr std::array<unsigned char, 256> MakeAsciiNameChars() {
+  std::array<unsigned char, 256> table{};
+  for (int c = 0; c < 128; ++c) {
+    const bool letter = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
+    const bool other = (c >= '0' && c <= '9') || c == '-' || c == '.';
+    table[static_cast<std::size_t>(c)] =
+        static_cast<unsigned char>((letter ? 1 : 0) | (letter || other ? 2 : 0));
+  }
+  return table;
+}
+inline constexpr std::array<unsigned char, 256> kAsciiNameChars = MakeAsciiNameChars();
+
+// The slow half of CheckWritableName, for names with bytes beyond ASCII or bad ones.
+void CheckWritableNameSlow(std::string_view name, const char* what, bool internalText);
+
+// Throws COvInvalidParamException "The <what> '<name>' cannot be written: it is not an XML name"
+// unless `name` is a name without a colon that the parser reads back, so that no writer turns a
+// name into markup or into text that does not read again. The name is UTF-8, or with
+// `internalText` in the internal character encoding.
+inline void CheckWritableName(std::string_view name, const char* what, bool internalText) {
+  // Most names are ASCII: one table look-up per byte.
+  unsigned char all = name.empty() ? 0 : kAsciiNameChars[static_cast<unsigned char>(name[0])] & 1;
+  for (std::size_t i = 1; i < name.size() && all != 0; ++i) {
+    all &= kAsciiNameChars[static_cast<unsigned char>(name[i])] >> 1;
+  }
+  if (all == 0) CheckWritableNameSlow(name, what, internalText);
+}
 }  // namespace detail
 
 class CExpatReader : private CInstanceMonitor {

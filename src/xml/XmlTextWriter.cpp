@@ -3,6 +3,7 @@
 #include "OvXmlLib6/core/Exceptions.h"
 #include "core/Strings.h"
 #include "xml/BufferAppend.h"
+#include "xml/ExpatReader.h"
 #include "xml/Unicode.h"
 #include "xml/XmlWriterScopes.h"
 
@@ -284,6 +285,12 @@ void CXmlTextWriter::PutDeclaration(std::string_view prefix, std::string_view ns
 void CXmlTextWriter::StartElement(std::string_view name, std::string_view uri,
                                   const NamespaceDeclaration* declarations, std::size_t count) {
   if (name.empty()) throw COvInvalidParamException("An element's local name must not be empty");
+  detail::CheckWritableName(name, "element name", true);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!declarations[i].prefix.empty()) {
+      detail::CheckWritableName(declarations[i].prefix, "namespace prefix", true);
+    }
+  }
   CXmlWriterContext* parent = GetCurrentContext();
   if (parent != nullptr) {
     parent->AddChild();
@@ -411,6 +418,7 @@ void CXmlTextWriter::WriteAttribute(std::string_view localName, std::string_view
   if (localName.empty()) {
     throw COvInvalidParamException("An attribute's local name must not be empty");
   }
+  detail::CheckWritableName(localName, "attribute name", true);
   PutAttribute(localName, ns, value);
 }
 

@@ -509,6 +509,35 @@ const Attack kAttacks[] = {
      },
      "ok: xxxxxxxxxxxxxxxxxxxx 20", 0},
 
+    // A name handed to a writer is never written as markup: the writers refuse what is not an
+    // XML name (as the UTF-8 parser reads names: U+00B5 is a letter to expat in UTF-16 and
+    // Latin-1 documents only) and write names beyond ASCII that are names.
+    {"names that are not XML names handed to the writers",
+     [] {
+       std::string outcome;
+       for (const char* name : {"a><b", "1a", "a b", "p:a", "la\xC2\xB5g", "\xC3\xA9t\xC3\xA9"}) {
+         for (int attribute = 0; attribute < 2; ++attribute) {
+           CSmartPtr<CElement> root = new CElement(attribute != 0 ? "a" : name);
+           if (attribute != 0) root->GetAttributes()->Add("v", name);
+           const std::string xml = test::MessageOf([&] { root->ToXml(false, false, EOLType_LF); });
+           const std::string fi = test::MessageOf([&] { root->ToFastInfosetStream(); });
+           outcome += xml != fi ? "?" : xml == "no exception" ? "w" : "r";
+         }
+       }
+       CSmartPtr<CElement> root = new CElement("\xC3\xA9t\xC3\xA9");
+       root->GetAttributes()->Add("v", "\xC3\xA9t\xC3\xA9");
+       CSmartPtr<CElement> back = new CElement("x");
+       back->FromXmlStream(root->ToFastInfosetStream());
+       CSmartPtr<CElement> spaced = new CElement("a b");
+       return outcome + " " + back->ToXml(false, false, EOLType_LF) + " " +
+              test::MessageOf<COvInvalidParamException>(
+                  [&] { spaced->ToXml(false, false, EOLType_LF); });
+     },
+     "ok: rrrrrrrrrrww <\xC3\xA9t\xC3\xA9 \xC3\xA9t\xC3\xA9=\"v\"/> The element name 'a b' cannot "
+     "be "
+     "written: it is not an XML name",
+     0},
+
     // Fast Infoset that lies.
     {"Fast Infoset length of 4 GiB",
      [] {

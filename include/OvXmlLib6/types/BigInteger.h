@@ -131,7 +131,6 @@ class OVXML_API CBigInteger {
   static Digits Add(const Digits& a, const Digits& b);
   // larger - smaller; the caller guarantees larger >= smaller.
   static Digits Subtract(const Digits& larger, const Digits& smaller);
-  static Digits Multiply(const Digits& v, int digit);
   static Digits Multiply(const Digits& a, const Digits& b);
   // Long division of magnitudes; the divisor must not be zero.
   static void Divide(const Digits& dividend, const Digits& divisor, Digits& quotient,

@@ -23,6 +23,14 @@ std::string RandomDigits(std::mt19937& rng, std::size_t length) {
   return text;
 }
 
+// Runs of nines and zeros: quotient digits whose first estimate is too large, and borrows that
+// run through a whole operand.
+std::string RandomRuns(std::mt19937& rng, std::size_t length) {
+  std::string text;
+  while (text.size() < length) text.append(1 + rng() % 30, text.empty() || rng() % 2 ? '9' : '0');
+  return text;
+}
+
 // Exact decimal text of a 128-bit integer, as the reference for the arithmetic.
 std::string Str128(__int128 v) {
   if (v == 0) return "0";
@@ -133,9 +141,10 @@ TEST(CBigInteger, MatchesMachineArithmetic) {
 
 TEST(CBigInteger, DividesLongOperandsExactly) {
   std::mt19937 rng(11);
-  for (int n = 0; n < 40; ++n) {
-    const CBigInteger a(RandomDigits(rng, 50 + rng() % 350).c_str());
-    CBigInteger b(RandomDigits(rng, 1 + rng() % 200).c_str());
+  for (int n = 0; n < 400; ++n) {
+    const auto digits = n % 2 ? RandomRuns : RandomDigits;
+    const CBigInteger a(digits(rng, 50 + rng() % 350).c_str());
+    CBigInteger b(digits(rng, 1 + rng() % 200).c_str());
     if (rng() % 2) b.Negate();
     const CBigInteger q = a / b;
     const CBigInteger r = a % b;
