@@ -304,7 +304,10 @@ CSmartPtr<CXmlObjectBase> OvVariant::GetXmlObject() const {
 }
 
 CSmartPtr<CXmlCollectionBase> OvVariant::GetXmlCollection() const {
-  CXmlObjectBase* object = GetXmlObject().get();
+  // The held pointer is looked at directly: a reference taken and given back for it costs two
+  // atomic operations for every wildcard attribute list written.
+  if (m_type != kXmlObject && m_type != kXmlCollection) return CSmartPtr<CXmlCollectionBase>();
+  CXmlObjectBase* object = static_cast<CXmlObjectBase*>(m_value.object);
   if (m_type == kXmlCollection) return static_cast<CXmlCollectionBase*>(object);
   return dynamic_cast<CXmlCollectionBase*>(object);
 }
