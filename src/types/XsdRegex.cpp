@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <memory>
 
 namespace OvXmlLib6 {
@@ -669,9 +670,100 @@ CXsdRegex::CXsdRegex(std::string_view pattern) {
     throw COvException(FormatString("Invalid pattern [%s]: %s", std::string(pattern).c_str(),
                                     error.reason.c_str()));
   }
+  BuildAsciiAutomaton();
+}
+
+void CXsdRegex::BuildAsciiAutomaton() {
+  // Bounds on the work done for a pattern when it is compiled (at most states * 128 closures of
+  // the program), since restrictions are built in static tables.
+  constexpr std::size_t kMaxProgram = 128;
+  constexpr std::size_t kMaxStates = 128;
+  if (m_program.size() > kMaxProgram) return;
+  using StateSet = std::vector<std::uint32_t>;
+  // The instructions that read a character or match, reachable from `starts` without reading
+  // one: a state of the automaton, sorted so that equal sets compare equal.
+  auto closure = [this](StateSet starts) {
+    std::vector<bool> seen(m_program.size(), false);
+    StateSet set;
+    while (!starts.empty()) {
+      const std::uint32_t pc = starts.back();
+      starts.pop_back();
+      if (seen[pc]) continue;
+      seen[pc] = true;
+      const Instruction& in = m_program[pc];
+      if (in.op == Instruction::kJump) {
+        starts.push_back(in.x);
+      } else if (in.op == Instruction::kSplit) {
+        starts.push_back(in.y);
+        starts.push_back(in.x);
+      } else {
+        set.push_back(pc);
+      }
+    }
+    std::sort(set.begin(), set.end());
+    return set;
+  };
+  std::vector<StateSet> states;
+  std::map<StateSet, std::uint16_t> numbers;
+  // The number of a state, made when new; false when there would be too many.
+  auto number = [&](StateSet set, std::uint16_t& result) {
+    if (set.empty()) {
+      result = kNoMatch;
+      return true;
+    }
+    const auto found = numbers.find(set);
+    if (found != numbers.end()) {
+      result = found->second;
+      return true;
+    }
+    if (states.size() == kMaxStates) return false;
+    result = static_cast<std::uint16_t>(states.size());
+    numbers.emplace(set, result);
+    states.push_back(std::move(set));
+    return true;
+  };
+  std::uint16_t start = 0;
+  number(closure(StateSet{0}), start);
+  std::vector<std::uint16_t> table;
+  std::vector<bool> accepts;
+  // `states` grows while it is walked: each new state gets its row in turn.
+  for (std::size_t s = 0; s < states.size(); ++s) {
+    bool accepting = false;
+    for (const std::uint32_t pc : states[s]) {
+      if (m_program[pc].op == Instruction::kMatch) accepting = true;
+    }
+    accepts.push_back(accepting);
+    for (char32_t c = 0; c < 128; ++c) {
+      StateSet reached;
+      for (const std::uint32_t pc : states[s]) {
+        const Instruction& in = m_program[pc];
+        if (in.op == Instruction::kSet && m_sets[in.x].Contains(c)) reached.push_back(pc + 1);
+      }
+      std::uint16_t to = kNoMatch;
+      if (!number(closure(std::move(reached)), to)) return;
+      table.push_back(to);
+    }
+  }
+  m_ascii = std::move(table);
+  m_asciiAccepts = std::move(accepts);
 }
 
 bool CXsdRegex::Matches(std::string_view text) const {
+  if (!m_ascii.empty()) {
+    std::uint32_t state = 0;
+    std::size_t i = 0;
+    for (; i < text.size(); ++i) {
+      const unsigned char c = static_cast<unsigned char>(text[i]);
+      if (c >= 0x80) break;
+      state = m_ascii[state * 128 + c];
+      if (state == kNoMatch) return false;
+    }
+    if (i == text.size()) return m_asciiAccepts[state];
+  }
+  return MatchesByProgram(text);
+}
+
+bool CXsdRegex::MatchesByProgram(std::string_view text) const {
   // Patterns are checked on every value written or read: the lists live on the stack for the
   // usual small programs. Each list holds an instruction at most once per step (the marks), and
   // the walk's stack at most two entries per instruction visited plus the start.
