@@ -118,14 +118,14 @@ bool CElementInfo::ElementToXmlPrim(const Context& /*context*/, const CXmlGenera
   ReadProperty(object, value);
   if (!value.IsValid()) return false;
   CheckRestriction(value);
-  writer->WriteStartElement(std::string_view(m_elementName), std::string_view(m_elementNamespace));
   if (value.GetTypeAsEnum() == OvXmlLib6::ItemType_string) {
     // A string is its own text form: written from the variant without a copy.
-    writer->WriteText(std::string_view(value.GetString()), OvXmlLib6::ItemType_string);
+    writer->WriteTextElement(m_elementName, m_elementNamespace, value.GetString(),
+                             OvXmlLib6::ItemType_string);
   } else {
-    writer->WriteText(std::string_view(value.ToString(m_format)), value.GetTypeAsEnum());
+    writer->WriteTextElement(m_elementName, m_elementNamespace, value.ToString(m_format),
+                             value.GetTypeAsEnum());
   }
-  writer->WriteEndElement();
   return true;
 }
 
@@ -140,9 +140,8 @@ bool CElementInfo::ElementToXmlEnum(const Context& /*context*/, const CXmlGenera
   ReadProperty(object, value);
   if (!value.IsValid()) return false;
   const char* text = toText != nullptr ? toText(value.GetI4()) : nullptr;
-  writer->WriteStartElement(std::string_view(m_elementName), std::string_view(m_elementNamespace));
-  writer->WriteText(std::string_view(OrEmpty(text)), OvXmlLib6::ItemType_string);
-  writer->WriteEndElement();
+  writer->WriteTextElement(m_elementName, m_elementNamespace, OrEmpty(text),
+                           OvXmlLib6::ItemType_string);
   return true;
 }
 

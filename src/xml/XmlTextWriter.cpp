@@ -362,6 +362,11 @@ void CXmlTextWriter::WriteText(const char* text, int itemType) {
 void CXmlTextWriter::WriteText(std::string_view text, int /*itemType*/) {
   if (text.empty() || text[0] == '\0') return;
   CloseStartTag();
+  PutText(text);
+  FlushIfNeeded();
+}
+
+void CXmlTextWriter::PutText(std::string_view text) {
   // Text kept as a CDATA section when it was read goes back out unchanged.
   std::string_view inner;
   if (text[0] == '<' && detail::IsOneCDataSection(text, inner) &&
@@ -370,6 +375,49 @@ void CXmlTextWriter::WriteText(std::string_view text, int /*itemType*/) {
   } else {
     PutEscaped(text);
   }
+}
+
+void CXmlTextWriter::WriteTextElement(std::string_view name, std::string_view uri,
+                                      std::string_view text, int itemType) {
+  // The element needs no context when it declares nothing: inside another element (the document
+  // element declares what is pending), in the default namespace or one with a prefix in scope.
+  CXmlWriterContext* parent = GetCurrentContext();
+  std::string_view prefix;
+  const bool qualified = !uri.empty() && parent != nullptr && uri != parent->GetDefaultNamespace();
+  if (parent == nullptr || name.empty() || (qualified && !FindBoundPrefix(uri, prefix))) {
+    CXmlWriter::WriteTextElement(name, uri, text, itemType);
+    return;
+  }
+  detail::CheckWritableName(name, "element name", true);
+  // What StartElement, WriteText and WriteEndElement write for it.
+  parent->AddChild();
+  if (parent->IsStartTagOpen()) {
+    Put('>');
+    if (m_formatted) PutLineEnd();
+    parent->MarkStartTagClosed();
+  }
+  if (m_formatted) PutIndent(parent->GetDepth() + 1);
+  Put('<');
+  if (qualified) {
+    Put(prefix);
+    Put(':');
+  }
+  Put(name);
+  if (text.empty() || text[0] == '\0') {
+    Put("/>", 2);
+  } else {
+    Put('>');
+    PutText(text);
+    Put("</", 2);
+    // An empty prefix is not repeated in the end tag.
+    if (!prefix.empty()) {
+      Put(prefix);
+      Put(':');
+    }
+    Put(name);
+    Put('>');
+  }
+  if (m_formatted) PutLineEnd();
   FlushIfNeeded();
 }
 

@@ -141,6 +141,13 @@ void CXmlWriter::WriteAttribute(std::string_view localName, std::string_view ns,
                  std::string(value).c_str(), itemType);
 }
 
+void CXmlWriter::WriteTextElement(std::string_view localName, std::string_view ns,
+                                  std::string_view text, int itemType) {
+  WriteStartElement(localName, ns);
+  WriteText(text, itemType);
+  WriteEndElement();
+}
+
 CXmlWriter::CXmlWriterContext* CXmlWriter::PushContext() {
   detail::CXmlWriterScopes& scopes = *m_scopes;
   if (scopes.openCount == scopes.frames.size()) {
@@ -271,13 +278,23 @@ std::string_view CXmlWriter::Bind(std::string_view ns, std::string_view prefix) 
   return scopes.BindingPrefix(binding);
 }
 
-std::string_view CXmlWriter::PrefixFor(std::string_view ns, bool& declared) {
+bool CXmlWriter::FindBoundPrefix(std::string_view ns, std::string_view& prefix) const {
   // The xml and xmlns namespaces are bound by XML itself and must not be declared again.
+  if (ns == "http://www.w3.org/XML/1998/namespace") {
+    prefix = "xml";
+    return true;
+  }
+  if (ns == "http://www.w3.org/2000/xmlns/") {
+    prefix = "xmlns";
+    return true;
+  }
+  return FindPrefix(ns, prefix);
+}
+
+std::string_view CXmlWriter::PrefixFor(std::string_view ns, bool& declared) {
   declared = false;
-  if (ns == "http://www.w3.org/XML/1998/namespace") return "xml";
-  if (ns == "http://www.w3.org/2000/xmlns/") return "xmlns";
   std::string_view prefix;
-  if (FindPrefix(ns, prefix)) return prefix;
+  if (FindBoundPrefix(ns, prefix)) return prefix;
   declared = true;
   return Bind(ns, GeneratePrefix());
 }

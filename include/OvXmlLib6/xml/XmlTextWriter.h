@@ -47,6 +47,10 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   void WriteText(std::string_view text, int itemType = 0) override;
   void WriteAttribute(std::string_view localName, std::string_view ns, std::string_view value,
                       int itemType = 0) override;
+  // Inside an element, for a namespace that is the default one or has a prefix in scope, the
+  // element is written without a context of its own; otherwise as the three calls write it.
+  void WriteTextElement(std::string_view localName, std::string_view ns, std::string_view text,
+                        int itemType = 0) override;
 
   // EOLType_CRLF writes "\r\n", EOLType_LF "\n"; any other value throws "Invalid EOL type." and
   // leaves the setting as it was.
@@ -80,6 +84,8 @@ class OVXML_API CXmlTextWriter : public CXmlWriter {
   void PutIndent(std::int32_t depth);
   // Escapes the text up to its end or a NUL byte; plain runs are copied in bulk.
   void PutEscaped(std::string_view text);
+  // An element's text: a text kept as one CDATA section goes out as it is, any other escaped.
+  void PutText(std::string_view text);
   // Closes the current start tag with ">" when it is still open.
   void CloseStartTag();
   // Closes an open start tag before a comment or processing instruction, as a child element would.

@@ -124,6 +124,11 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   virtual void WriteText(std::string_view text, int itemType = 0);
   virtual void WriteAttribute(std::string_view localName, std::string_view ns,
                               std::string_view value, int itemType = 0);
+  // An element that holds text alone: what WriteStartElement, WriteText and WriteEndElement
+  // write in turn, which is what the base calls. The text writer writes the usual case in one
+  // go, since most elements of bound objects are such values.
+  virtual void WriteTextElement(std::string_view localName, std::string_view ns,
+                                std::string_view text, int itemType = 0);
 
   // The innermost open element, or null.
   CXmlWriterContext* GetCurrentContext() const { return m_current; }
@@ -150,6 +155,8 @@ class OVXML_API CXmlWriter : private CInstanceMonitor {
   // the element already has, and returns the stored prefix (valid until the next binding). An
   // element must be open.
   std::string_view Bind(std::string_view ns, std::string_view prefix);
+  // As FindPrefix, with the prefixes XML binds itself: "xml" and "xmlns" for their namespaces.
+  bool FindBoundPrefix(std::string_view ns, std::string_view& prefix) const;
   // The first of AA, AB, ..., AZ, BA, ... that no namespace in the current scope is bound to.
   std::string GeneratePrefix() const;
   // The prefix for `ns` in the current scope: "xml" and "xmlns" for the namespaces XML binds

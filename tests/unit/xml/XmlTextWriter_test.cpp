@@ -327,6 +327,65 @@ TEST(CXmlTextWriter, InnerBindingsHideOuterOnesUntilTheElementEnds) {
                 "/></" + name + "></" + name + "></" + name + "></" + name + "></" + name + ">");
 }
 
+// An element of text alone, written in one call, is the same text as the start, text and end
+// calls write: in every namespace form, for every kind of text, first child or not, with each
+// setting.
+TEST(CXmlTextWriter, TextElementsWriteAsTheThreeCallsDo) {
+  const struct {
+    const char* ns;
+    std::string text;
+  } cases[] = {
+      {"urn:r", "plain"},                               // a prefix in scope
+      {"urn:d", "default & <escaped>"},                 // the default namespace
+      {"", "no namespace"},                             // none (undeclares nothing)
+      {"urn:e", "empty prefix"},                        // bound to the empty prefix
+      {"urn:new", "declared"},                          // a prefix declared on the element
+      {"http://www.w3.org/XML/1998/namespace", "xml"},  // XML's own
+      {"urn:r", ""},
+      {"urn:r", std::string("\0after", 6)},
+      {"urn:r", "<![CDATA[a<b]]>"},
+      {"urn:r", "line\r\nend\n"},
+  };
+  for (const bool formatted : {true, false}) {
+    for (const EOLType eol : {EOLType_LF, EOLType_CRLF}) {
+      auto document = [&](bool oneCall) {
+        return Write([&](CXmlTextWriter& w) {
+          w.SetFormatted(formatted);
+          w.SetEOLType(eol);
+          w.SetDefaultNamespace("urn:d");
+          w.WriteStartElement("root", "urn:d");
+          w.AddNamespace("", "urn:e");
+          w.WriteStartElement("inner", "urn:r");
+          for (const auto& c : cases) {
+            if (oneCall) {
+              w.WriteTextElement("v", c.ns, c.text);
+            } else {
+              w.CXmlWriter::WriteTextElement("v", c.ns, c.text);
+            }
+          }
+          w.WriteEndElement();
+          if (oneCall) {
+            w.WriteTextElement("last", "urn:d", "t");
+          } else {
+            w.CXmlWriter::WriteTextElement("last", "urn:d", "t");
+          }
+          w.WriteEndElement();
+        });
+      };
+      EXPECT_EQ(document(true), document(false)) << formatted << eol;
+    }
+  }
+  const std::string refused = MessageOf([] {
+    Write([](CXmlTextWriter& w) {
+      w.WriteStartElement("root", "");
+      w.WriteTextElement("a b", "", "x");
+    });
+  });
+  EXPECT_EQ(refused, "The element name 'a b' cannot be written: it is not an XML name");
+  EXPECT_EQ(MessageOf([] { Write([](CXmlTextWriter& w) { w.WriteTextElement("", "", "x"); }); }),
+            "An element's local name must not be empty");
+}
+
 TEST(CXmlTextWriter, ContextsDescribeTheOpenElements) {
   Write([](CXmlTextWriter& w) {
     EXPECT_EQ(w.GetCurrentContext(), nullptr);
