@@ -106,7 +106,9 @@ void CAttributeInfoPrimitive::AttributeToXml(const Context& context,
   if (IsOptional() && !value.IsValid()) return;
   const std::string text = value.ToString(m_format);
   if (IsSuppressedDefault(context, text)) return;
-  CheckRestriction(value);
+  // Without a format the text is the one the facets check.
+  m_restrictions.Check(AttributeName().c_str(), value,
+                       m_format == nullptr ? std::string_view(text) : std::string_view());
   writer->WriteAttribute(std::string_view(AttributeName()), std::string_view(AttributeNamespace()),
                          std::string_view(text), m_itemType);
 }

@@ -117,8 +117,17 @@ bool CElementInfo::ElementToXmlPrim(const Context& /*context*/, const CXmlGenera
   OvVariant value;
   ReadProperty(object, value);
   if (!value.IsValid()) return false;
+  const ItemType type = value.GetTypeAsEnum();
+  if (m_hasPrimitiveInfo && m_format == nullptr &&
+      (type == OvXmlLib6::ItemType_decimal || type == OvXmlLib6::ItemType_integer)) {
+    // The text written is the one the facets check: made once.
+    const std::string text = value.ToString();
+    m_restrictions.Check(m_elementName.c_str(), value, text);
+    writer->WriteTextElement(m_elementName, m_elementNamespace, text, type);
+    return true;
+  }
   CheckRestriction(value);
-  if (value.GetTypeAsEnum() == OvXmlLib6::ItemType_string) {
+  if (type == OvXmlLib6::ItemType_string) {
     // A string is its own text form: written from the variant without a copy.
     writer->WriteTextElement(m_elementName, m_elementNamespace, value.GetString(),
                              OvXmlLib6::ItemType_string);

@@ -279,10 +279,11 @@ void CBigInteger::Parse(const char* text) {
 
 std::string CBigInteger::ToString() const {
   if (m_digits.empty()) return "0";
-  std::string text;
-  text.reserve(m_digits.size() + 1);
-  if (m_sign < 0) text.push_back('-');
-  for (auto it = m_digits.rbegin(); it != m_digits.rend(); ++it) text.push_back('0' + *it);
+  const bool negative = m_sign < 0;
+  std::string text(m_digits.size() + (negative ? 1 : 0), '-');
+  char* out = text.data() + (negative ? 1 : 0);
+  for (auto it = m_digits.rbegin(); it != m_digits.rend(); ++it)
+    *out++ = static_cast<char>('0' + *it);
   return text;
 }
 

@@ -241,14 +241,17 @@ std::string CDecimal::ToString() const {
   const CBigInteger::Digits& whole = m_integral.m_digits;
   const CBigInteger::Digits& fraction = m_fractional.m_digits;
   const std::size_t width = std::max(static_cast<std::size_t>(m_divider), fraction.size());
-  std::string text;
-  text.reserve(3 + whole.size() + width);
-  if (m_integral.m_sign < 0) text.push_back('-');
-  if (whole.empty()) text.push_back('0');
-  for (auto it = whole.rbegin(); it != whole.rend(); ++it) text.push_back('0' + *it);
-  text.push_back('.');
-  text.append(width - fraction.size(), '0');
-  for (auto it = fraction.rbegin(); it != fraction.rend(); ++it) text.push_back('0' + *it);
+  const bool negative = m_integral.m_sign < 0;
+  // Sized once and filled in place: writers print a decimal for every value.
+  std::string text((negative ? 1 : 0) + std::max<std::size_t>(whole.size(), 1) + 1 + width, '0');
+  char* out = text.data();
+  if (negative) *out++ = '-';
+  if (whole.empty()) ++out;  // the "0" of the integral part
+  for (auto it = whole.rbegin(); it != whole.rend(); ++it) *out++ = static_cast<char>('0' + *it);
+  *out++ = '.';
+  out += width - fraction.size();  // the zeros the divider puts before the fraction digits
+  for (auto it = fraction.rbegin(); it != fraction.rend(); ++it)
+    *out++ = static_cast<char>('0' + *it);
   return text;
 }
 

@@ -538,12 +538,16 @@ void CPrimitiveRestrictions::CheckBinary(const char* name, const CBinaryData& va
   CheckSubject(name, s);
 }
 
-void CPrimitiveRestrictions::CheckDecimal(const char* name, const CDecimal& value) const {
+void CPrimitiveRestrictions::CheckDecimal(const char* name, const CDecimal& value,
+                                          std::string_view text) const {
   if (!HasFacets()) return;
   Subject s;
   s.type = ItemType_decimal;
-  s.storage = value.ToString();
-  s.text = s.storage;
+  if (text.empty()) {
+    s.storage = value.ToString();
+    text = s.storage;
+  }
+  s.text = text;
   s.ordered = true;
   s.digits = true;
   // Literals are read by the decimal parser itself and compared with the decimal's own order.
@@ -572,12 +576,16 @@ void CPrimitiveRestrictions::CheckDecimal(const char* name, const CDecimal& valu
   CheckSubject(name, s);
 }
 
-void CPrimitiveRestrictions::CheckInteger(const char* name, const CBigInteger& value) const {
+void CPrimitiveRestrictions::CheckInteger(const char* name, const CBigInteger& value,
+                                          std::string_view text) const {
   if (!HasFacets()) return;
   Subject s;
   s.type = ItemType_integer;
-  s.storage = value.ToString();
-  s.text = s.storage;
+  if (text.empty()) {
+    s.storage = value.ToString();
+    text = s.storage;
+  }
+  s.text = text;
   s.ordered = true;
   s.digits = true;
   // Exact on the text, so that a bound with a fraction ("12.5") is not cut to an integer first.
@@ -632,6 +640,11 @@ void CPrimitiveRestrictions::CheckDuration(const char* name, const CDateTimeSpan
 }
 
 void CPrimitiveRestrictions::Check(const char* name, const OvVariant& value) const {
+  Check(name, value, std::string_view());
+}
+
+void CPrimitiveRestrictions::Check(const char* name, const OvVariant& value,
+                                   std::string_view text) const {
   if (!HasFacets()) return;
   const ItemType type = value.GetTypeAsEnum();
   switch (type) {
@@ -679,9 +692,9 @@ void CPrimitiveRestrictions::Check(const char* name, const OvVariant& value) con
     case ItemType_boolean:
       return CheckBoolean(name, value.GetBoolean());
     case ItemType_decimal:
-      return CheckDecimal(name, value.GetDecimal());
+      return CheckDecimal(name, value.GetDecimal(), text);
     case ItemType_integer:
-      return CheckInteger(name, value.GetInteger());
+      return CheckInteger(name, value.GetInteger(), text);
     default:
       return;  // no value, or a bound object: no facets apply
   }

@@ -32,6 +32,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace OvXmlLib6 {
@@ -82,6 +83,10 @@ class OVXML_API CPrimitiveRestrictions {
   // The check of the value a variant holds, by the variant's tag (what descriptors call). An
   // invalid variant has no value to check.
   void Check(const char* name, const OvVariant& value) const;
+  // The same with the value's text as its ...ToString conversion gives it without a format,
+  // which writers have made anyway: the checks of decimals and big integers take it instead of
+  // making it again. An empty text is made as usual.
+  void Check(const char* name, const OvVariant& value, std::string_view text) const;
 
   // The check of one value, by kind of value. `name` names the element or attribute in the
   // message. The type says which lexical form and facets apply: CheckSigned takes i1, i2, i4,
@@ -93,8 +98,9 @@ class OVXML_API CPrimitiveRestrictions {
   void CheckBoolean(const char* name, bool value) const;
   void CheckString(const char* name, const std::string& value, ItemType type) const;
   void CheckBinary(const char* name, const CBinaryData& value, ItemType type) const;
-  void CheckDecimal(const char* name, const CDecimal& value) const;
-  void CheckInteger(const char* name, const CBigInteger& value) const;
+  // `text`, when not empty, is the value's ToString() (see Check).
+  void CheckDecimal(const char* name, const CDecimal& value, std::string_view text = {}) const;
+  void CheckInteger(const char* name, const CBigInteger& value, std::string_view text = {}) const;
   // date, datetime, time, yearMonth, monthDay. Kinds without some fields are ordered as
   // dateTimes on the XML Schema reference calendar (a date at midnight, a time on 1972-12-31, a
   // gMonthDay in 1972, ...), keeping the zone, so values of every kind compare by value.

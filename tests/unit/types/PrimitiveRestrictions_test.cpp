@@ -6,6 +6,7 @@
 #include "OvXmlLib6/types/Conversions.h"
 #include "OvXmlLib6/types/DateTime.h"
 #include "OvXmlLib6/types/Decimal.h"
+#include "OvXmlLib6/types/Variant.h"
 #include "types/DecimalText.h"
 #include "unit/TestSupport.h"
 
@@ -209,14 +210,27 @@ TEST(DecimalText, ExactOrderAndDigitCounts) {
 TEST(CPrimitiveRestrictions, DecimalAndBigIntegerFacets) {
   CPrimitiveRestrictions r(nullptr, -1, -1, "-1.5", "99999999999999999999.25", nullptr, nullptr, 6);
   r.SetFractionDigits(2);
-  const auto decimal = [&](const char* v) { return Outcome([&] { r.CheckDecimal("v", v); }); };
+  // Each value is also checked as a writer checks it: through a variant, with the text it made.
+  const auto decimal = [&](const char* v) {
+    const std::string outcome = Outcome([&] { r.CheckDecimal("v", v); });
+    OvVariant value;
+    value.SetDecimal(CDecimal(v));
+    EXPECT_EQ(Outcome([&] { r.Check("v", value, value.ToString()); }), outcome) << v;
+    return outcome;
+  };
   EXPECT_EQ(decimal("-1.50"), "ok");
   EXPECT_EQ(decimal("-1.51"), Invalid("-1.51"));
   EXPECT_EQ(decimal("1.125"), Invalid("1.125"));
   EXPECT_EQ(decimal("1234.5"), "ok");
   EXPECT_EQ(decimal("12345.67"), Invalid("12345.67"));  // seven digits in all
   const CPrimitiveRestrictions big = Range(nullptr, "12.5", "-100000000000000000000", nullptr);
-  const auto integer = [&](const char* v) { return Outcome([&] { big.CheckInteger("v", v); }); };
+  const auto integer = [&](const char* v) {
+    const std::string outcome = Outcome([&] { big.CheckInteger("v", v); });
+    OvVariant value;
+    value.SetInteger(CBigInteger(v));
+    EXPECT_EQ(Outcome([&] { big.Check("v", value, value.ToString()); }), outcome) << v;
+    return outcome;
+  };
   EXPECT_EQ(integer("12"), "ok");
   EXPECT_EQ(integer("13"), Invalid("13"));
   EXPECT_EQ(integer("-100000000000000000000"), Invalid("-100000000000000000000"));
