@@ -184,8 +184,8 @@ CSmartPtr<OvXmlLib6::CAttributeCol> AttributeCollection(
     const CAttributeInfo& info, const OvXmlLib6::CXmlGeneratedClass* object) {
   OvXmlLib6::OvVariant value;
   info.ReadProperty(object, value);
-  const CSmartPtr<OvXmlLib6::CXmlCollectionBase> collection = value.GetXmlCollection();
-  auto* attributes = dynamic_cast<OvXmlLib6::CAttributeCol*>(collection.get());
+  auto* attributes = dynamic_cast<OvXmlLib6::CAttributeCol*>(
+      OvXmlLib6::detail::CVariantAccess::HeldCollection(value));
   if (attributes == nullptr) {
     throw COvException(
         "Serialization Data Error : The collection should be a CAttributeCol, it "
@@ -201,10 +201,12 @@ void CAttributeInfoAny::AttributeToXml(const Context& context, const CXmlGenerat
   // no foreign attribute, and then nothing is asked of the object.
   OvVariant value;
   ReadProperty(object, value);
-  const CSmartPtr<OvXmlLib6::CXmlCollectionBase> attributes = value.GetXmlCollection();
-  if (!attributes || attributes->GetCount() == 0) return;
+  // The variant holds the list while it is written.
+  const OvXmlLib6::CXmlCollectionBase* attributes =
+      OvXmlLib6::detail::CVariantAccess::HeldCollection(value);
+  if (attributes == nullptr || attributes->GetCount() == 0) return;
   const std::string target = CAttributeInfo::GetTargetNamespace(object);
-  CAttributeInfo::ToXml_Int(attributes.get(), writer, false, target.c_str(), context);
+  CAttributeInfo::ToXml_Int(attributes, writer, false, target.c_str(), context);
 }
 
 bool CAttributeInfoAny::AttributeFromXml(const Context& /*context*/, CXmlGeneratedClass* object,

@@ -380,11 +380,13 @@ CSmartPtr<CXmlObjectBase> OvVariant::GetXmlObject() const {
 }
 
 CSmartPtr<CXmlCollectionBase> OvVariant::GetXmlCollection() const {
-  // The held pointer is looked at directly: a reference taken and given back for it costs two
-  // atomic operations for every wildcard attribute list written.
-  if (m_type != kXmlObject && m_type != kXmlCollection) return CSmartPtr<CXmlCollectionBase>();
-  CXmlObjectBase* object = static_cast<CXmlObjectBase*>(m_value.object);
-  if (m_type == kXmlCollection) return static_cast<CXmlCollectionBase*>(object);
+  return detail::CVariantAccess::HeldCollection(*this);
+}
+
+CXmlCollectionBase* detail::CVariantAccess::HeldCollection(const OvVariant& value) {
+  if (value.m_type != kXmlObject && value.m_type != kXmlCollection) return nullptr;
+  CXmlObjectBase* object = static_cast<CXmlObjectBase*>(value.m_value.object);
+  if (value.m_type == kXmlCollection) return static_cast<CXmlCollectionBase*>(object);
   return dynamic_cast<CXmlCollectionBase*>(object);
 }
 

@@ -11,6 +11,14 @@
 namespace OvXmlLib6 {
 namespace detail {
 
+// What the library asks of a variant beyond its public members.
+struct CVariantAccess {
+  // The collection GetXmlCollection returns, without a reference of its own: valid while the
+  // variant holds it. Writers look at a wildcard's list for every element, and a reference taken
+  // and given back costs two atomic operations.
+  static CXmlCollectionBase* HeldCollection(const OvVariant& value);
+};
+
 // What value.FromString(std::string(text), type, rule) does.
 void VariantFromText(OvVariant& value, std::string_view text, ItemType type,
                      CWhitespaceUtils::WhitespaceRule rule);

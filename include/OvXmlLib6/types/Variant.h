@@ -28,6 +28,9 @@ namespace OvXmlLib6 {
 
 class CXmlObjectBase;
 class CXmlCollectionBase;
+namespace detail {
+struct CVariantAccess;
+}
 
 struct OVXML_API OvVariant {
   // An invalid (empty) variant, tag 0.
@@ -128,6 +131,8 @@ struct OVXML_API OvVariant {
   void FromString(const std::string& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule);
 
  private:
+  friend struct detail::CVariantAccess;
+
   template <typename T>
   void SetScalar(std::int32_t type, T value);
   template <typename T>
