@@ -501,11 +501,14 @@ void CPrimitiveRestrictions::CheckBoolean(const char* name, bool value) const {
 void CPrimitiveRestrictions::CheckString(const char* name, const std::string& value,
                                          ItemType type) const {
   if (!HasFacets()) return;
+  const bool lengths = m_length >= 0 || m_minLength >= 0 || m_maxLength >= 0;
+  // The usual facet of a string is a pattern alone: a value that matches it passes.
+  if (m_regex && !lengths && m_enumerations.empty() && m_regex->Matches(value)) return;
   Subject s;
   s.type = type;
   s.text = value;
   // Counted only for the length facets that need it.
-  if (m_length >= 0 || m_minLength >= 0 || m_maxLength >= 0) s.length = CountCharacters(value);
+  if (lengths) s.length = CountCharacters(value);
   const auto compare = [&](const std::string& literal) {
     return literal == value ? Order::kEqual : Order::kIncomparable;
   };
