@@ -56,6 +56,14 @@ const char kNoRegex[] =
 
 bool BuiltWithoutRegex() { return Text(Pattern("a"), "a") == kNoRegex; }
 
+// The check of a variant's value, which must give the same outcome when it is handed the text a
+// writer made for the value, as writers do.
+std::string CheckedAsWritten(const CPrimitiveRestrictions& r, const OvVariant& value) {
+  const std::string outcome = Outcome([&] { r.Check("v", value); });
+  EXPECT_EQ(Outcome([&] { r.Check("v", value, value.ToString()); }), outcome) << value.ToString();
+  return outcome;
+}
+
 }  // namespace
 
 TEST(CPrimitiveRestrictions, AbsentFacetsAndAccessors) {
@@ -210,13 +218,10 @@ TEST(DecimalText, ExactOrderAndDigitCounts) {
 TEST(CPrimitiveRestrictions, DecimalAndBigIntegerFacets) {
   CPrimitiveRestrictions r(nullptr, -1, -1, "-1.5", "99999999999999999999.25", nullptr, nullptr, 6);
   r.SetFractionDigits(2);
-  // Each value is also checked as a writer checks it: through a variant, with the text it made.
   const auto decimal = [&](const char* v) {
-    const std::string outcome = Outcome([&] { r.CheckDecimal("v", v); });
     OvVariant value;
     value.SetDecimal(CDecimal(v));
-    EXPECT_EQ(Outcome([&] { r.Check("v", value, value.ToString()); }), outcome) << v;
-    return outcome;
+    return CheckedAsWritten(r, value);
   };
   EXPECT_EQ(decimal("-1.50"), "ok");
   EXPECT_EQ(decimal("-1.51"), Invalid("-1.51"));
@@ -225,11 +230,9 @@ TEST(CPrimitiveRestrictions, DecimalAndBigIntegerFacets) {
   EXPECT_EQ(decimal("12345.67"), Invalid("12345.67"));  // seven digits in all
   const CPrimitiveRestrictions big = Range(nullptr, "12.5", "-100000000000000000000", nullptr);
   const auto integer = [&](const char* v) {
-    const std::string outcome = Outcome([&] { big.CheckInteger("v", v); });
     OvVariant value;
     value.SetInteger(CBigInteger(v));
-    EXPECT_EQ(Outcome([&] { big.Check("v", value, value.ToString()); }), outcome) << v;
-    return outcome;
+    return CheckedAsWritten(big, value);
   };
   EXPECT_EQ(integer("12"), "ok");
   EXPECT_EQ(integer("13"), Invalid("13"));
