@@ -383,6 +383,13 @@ CSmartPtr<CXmlCollectionBase> OvVariant::GetXmlCollection() const {
   return detail::CVariantAccess::HeldCollection(*this);
 }
 
+void detail::CVariantAccess::SetString(OvVariant& value, std::string_view text) {
+  std::string* copy = NewValue<std::string>(text);  // before the old value goes: `text` may be it
+  value.Clear();
+  value.m_value.object = copy;
+  value.m_type = ItemType_string;
+}
+
 CXmlCollectionBase* detail::CVariantAccess::HeldCollection(const OvVariant& value) {
   if (value.m_type != kXmlObject && value.m_type != kXmlCollection) return nullptr;
   CXmlObjectBase* object = static_cast<CXmlObjectBase*>(value.m_value.object);
@@ -533,7 +540,7 @@ void VariantFromText(OvVariant& value, std::string_view text, ItemType type,
   if (result.data() == scratch.data()) {
     value.SetString(std::move(scratch));
   } else {
-    value.SetString(std::string(result));
+    CVariantAccess::SetString(value, result);
   }
 }
 

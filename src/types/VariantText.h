@@ -17,6 +17,8 @@ struct CVariantAccess {
   // variant holds it. Writers look at a wildcard's list for every element, and a reference taken
   // and given back costs two atomic operations.
   static CXmlCollectionBase* HeldCollection(const OvVariant& value);
+  // SetString from a view, which spares a reader the string it would make only to hand over.
+  static void SetString(OvVariant& value, std::string_view text);
 };
 
 // What value.FromString(std::string(text), type, rule) does.
