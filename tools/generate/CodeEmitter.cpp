@@ -874,9 +874,11 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
     }
     std::string notes;
     if (!member.valueConstraintKind.empty()) {
-      notes += "  // When the element is empty, its " + member.valueConstraintKind + " value " +
-               member.valueConstraint +
-               (ReadsRawText(member) ? ".\n" : " (not applied to this kind of member).\n");
+      notes += ReadsRawText(member)
+                   ? "  // An empty element reads as its " + member.valueConstraintKind +
+                         " value, " + member.valueConstraint + ".\n"
+                   : "  // The schema's " + member.valueConstraintKind + " value, " +
+                         member.valueConstraint + ", is not applied to an empty element here.\n";
     }
     if (member.nillable) {
       const char* outcome = "fails as empty.";
