@@ -67,6 +67,29 @@ CSmartPtr<T> ExpectRoundTrip(const std::string& xml, std::string expected = std:
   return object;
 }
 
+// A document that must fail, read into a new object and written back, and the failure's
+// message (or a part of it).
+struct CFailure {
+  const char* what;
+  std::string xml;
+  const char* message;
+};
+
+template <class T>
+void ExpectFailures(const std::vector<CFailure>& cases) {
+  for (const CFailure& c : cases) {
+    CSmartPtr<T> object = new T();
+    std::string message = "no exception";
+    try {
+      object->FromXml(c.xml.c_str());
+      object->ToXml();
+    } catch (const COvException& e) {
+      message = e.GetFullMessage();
+    }
+    EXPECT_NE(message.find(c.message), std::string::npos) << c.what << ": " << message;
+  }
+}
+
 std::string Library() { return test::ReadFile(OVXML_GENERATE_SOURCE_DIR "/instances/library.xml"); }
 
 TEST(GeneratedClasses, LibraryRoundTripsAndReachesEveryKindOfMember) {
@@ -182,12 +205,7 @@ TEST(GeneratedClasses, InvalidDocumentsAndValuesFail) {
     xml.replace(xml.find(from), from.size(), to);
     return xml;
   };
-  struct Case {
-    const char* what;
-    std::string xml;
-    const char* message;
-  };
-  const Case cases[] = {
+  const std::vector<CFailure> cases = {
       {"a missing required element", replaced("<title>Pride and Prejudice</title>", ""),
        "Failed to find a required element [title]"},
       {"an element its restricted type leaves out",
@@ -206,17 +224,7 @@ TEST(GeneratedClasses, InvalidDocumentsAndValuesFail) {
        replaced("<published>1813</published>", "<published>1200</published>"), "1200"},
       {"a pattern broken", replaced("<isbn>0123456789</isbn>", "<isbn>12345</isbn>"), "12345"},
   };
-  for (const Case& c : cases) {
-    CSmartPtr<lib::CLibrary> object = new lib::CLibrary();
-    std::string message = "no exception";
-    try {
-      object->FromXml(c.xml.c_str());
-      object->ToXml();
-    } catch (const COvException& e) {
-      message = e.GetFullMessage();
-    }
-    EXPECT_NE(message.find(c.message), std::string::npos) << c.what << ": " << message;
-  }
+  ExpectFailures<lib::CLibrary>(cases);
 
   // Values set through the accessors are checked when written.
   CSmartPtr<lib::CLibrary> object = new lib::CLibrary();
@@ -315,12 +323,7 @@ TEST(GeneratedClasses, ZooEmptyElementsAndDocumentsOutsideTheSchema) {
   EXPECT_EQ(read->GetAnimalChoice()->Item(2)->GetCat()->GetLegs(), 4);
   EXPECT_EQ(read->GetKeeper(), "");
 
-  struct Case {
-    const char* what;
-    std::string xml;
-    const char* message;
-  };
-  const Case cases[] = {
+  const std::vector<CFailure> cases = {
       {"an abstract head", replaced(zoo, "mammal>", "animal>"),
        "The Minimum number of [ZooAnimalChoice] elements allowed in this collection is 1"},
       {"an abstract member",
@@ -337,17 +340,7 @@ TEST(GeneratedClasses, ZooEmptyElementsAndDocumentsOutsideTheSchema) {
       {"a fixed value contradicted", replaced(zoo, "<status>open", "<status>closed"),
        "Invalid Value for status [closed]"},
   };
-  for (const Case& c : cases) {
-    CSmartPtr<zoo::CZoo> object = new zoo::CZoo();
-    std::string message = "no exception";
-    try {
-      object->FromXml(c.xml.c_str());
-      object->ToXml();
-    } catch (const COvException& e) {
-      message = e.GetFullMessage();
-    }
-    EXPECT_NE(message.find(c.message), std::string::npos) << c.what << ": " << message;
-  }
+  ExpectFailures<zoo::CZoo>(cases);
 }
 
 TEST(GeneratedClasses, CleanUpFreesTheTablesAndTheyComeBack) {

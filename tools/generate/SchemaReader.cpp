@@ -548,22 +548,38 @@ class CReader {
   CClassModel* ClassOfType(CDoc& doc, CXmlElement* complexType, const std::string& stem) {
     const auto found = m_classes.find(complexType);
     if (found != m_classes.end()) {
-      if (found->second->resolving) {
-        // A member of its own type is fine; a base of its own is not.
-        if (m_resolvingBase) Fail(doc, complexType, "the type is derived from itself");
+      if (found->second->resolving && m_resolvingBase) {
+        // A member of its own type is fine; a base of its own is not, and neither is a base
+        // whose content, still being built, holds an element of the type that extends it (the
+        // extension copies the base's members).
+        bool cycle = true;
+        for (auto it = m_filling.rbegin(); it != m_filling.rend() && it->first != found->second;
+             ++it) {
+          cycle = cycle && it->second;
+        }
+        if (cycle) Fail(doc, complexType, "the type is derived from itself");
+        Fail(doc, complexType,
+             "an element in the type's content has a type that extends it, which cannot be "
+             "mapped");
       }
       return found->second;
     }
     CClassModel* model = NewClass(doc, complexType, stem);
     m_classes[complexType] = model;
+    m_filling.emplace_back(model, m_resolvingBase);
     std::string name;
     if (Attribute(complexType, "name", &name)) model->typeName = name;
     // The groups being expanded belong to the class that refers to this type: a group that
     // reaches itself through an element's type is recursion through a class, which is fine.
     std::vector<const CXmlElement*> outerGroups;
     outerGroups.swap(m_expandingGroups);
+    // Likewise a base being resolved: the types of its members may refer to it.
+    const bool resolvingBase = m_resolvingBase;
+    m_resolvingBase = false;
     FillComplexType(doc, complexType, model);
+    m_resolvingBase = resolvingBase;
     outerGroups.swap(m_expandingGroups);
+    m_filling.pop_back();
     return model;
   }
 
@@ -928,7 +944,9 @@ class CReader {
     std::string name;
     Attribute(head.element, "name", &name);
     if (branches.empty()) {
-      if (minOccurs == 0 || optional) return;  // nothing can stand for it, and it may be left out
+      // Nothing can stand for it: a reference that may be left out, or a branch of a choice that
+      // cannot be taken, holds nothing.
+      if (minOccurs == 0 || optional || kind == GroupKind::Choice) return;
       Fail(doc, particle,
            "the abstract element '" + name + "' has no substitution group member to stand for it");
     }
@@ -1586,6 +1604,8 @@ class CReader {
   std::set<const CXmlElement*> m_listTypes;
   std::set<std::string> m_names;
   bool m_resolvingBase = false;
+  // The classes being filled, innermost last, each with whether it was reached as a base.
+  std::vector<std::pair<CClassModel*, bool>> m_filling;
 };
 
 }  // namespace
