@@ -1348,6 +1348,9 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
       }
     }
     out << "    default:\n";
+    if (model.base == nullptr && model.propertyCount == model.firstOwnIndex) {
+      out << "      (void)read;  // a class without properties\n      (void)value;\n";
+    }
     if (model.base != nullptr) {
       out << "      " << model.base->name << "::AccessProperty(index, read, value);\n";
     } else {
