@@ -260,6 +260,13 @@ TEST(GeneratedClasses, SubstitutionGroupMembersStandForTheirHeads) {
   EXPECT_TRUE(animals.Item(3)->GetReptile()->GetVenomous());
   EXPECT_EQ(animals.Item(4)->GetBird()->GetName(), "Polly");
   EXPECT_EQ(zoo->GetCapacity(), 250);
+  // A type whose content holds elements of its extension.
+  const auto* vet = dynamic_cast<const zoo::CVet*>(zoo->GetStaffChoice()->GetVet().get());
+  ASSERT_NE(vet, nullptr);
+  EXPECT_EQ(vet->GetLicence(), "V-1");
+  ASSERT_EQ(vet->GetStaffChoice()->GetCount(), 2);
+  EXPECT_EQ(vet->GetStaffChoice()->Item(0)->GetStaff()->GetName(), "Tim");
+  EXPECT_EQ(vet->GetStaffChoice()->Item(1)->GetVet()->GetLicence(), "V-2");
   // A reference in a choice is branches of that choice.
   ASSERT_EQ(zoo->GetEnclosure()->GetCount(), 2);
   EXPECT_EQ(zoo->GetEnclosure()->Item(0)->GetCat()->GetName(), "Felix");

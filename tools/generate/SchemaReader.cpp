@@ -122,6 +122,7 @@ class CReader {
     }
     for (const auto& doc : m_docs) Index(*doc);
     for (const auto& doc : m_docs) BuildGlobals(*doc);
+    for (const CPending& next : m_pending) Fill(*next.doc, next.complexType, next.model);
     Finish();
     return std::move(m_set);
   }
@@ -544,17 +545,23 @@ class CReader {
     return m_set.classes.back().get();
   }
 
-  // The class of a complexType element (global or anonymous), built on first use.
+  // The class of a complexType element (global or anonymous), built on first use. A type
+  // reached through a member while a type it derives from is still being built (a type whose
+  // content holds elements of its extensions) is built once the outermost type is complete.
   CClassModel* ClassOfType(CDoc& doc, CXmlElement* complexType, const std::string& stem) {
     const auto found = m_classes.find(complexType);
     if (found != m_classes.end()) {
-      if (found->second->resolving && m_resolvingBase) {
+      CClassModel* model = found->second;
+      const auto pending = std::find_if(m_pending.begin(), m_pending.end(),
+                                        [&](const CPending& p) { return p.model == model; });
+      if (pending != m_pending.end() && m_resolvingBase) {
+        m_pending.erase(pending);  // needed complete now, as a base
+        Fill(doc, complexType, model);
+      } else if (model->resolving && m_resolvingBase) {
         // A member of its own type is fine; a base of its own is not, and neither is a base
-        // whose content, still being built, holds an element of the type that extends it (the
-        // extension copies the base's members).
+        // whose content, still being built, needs the type that extends it complete.
         bool cycle = true;
-        for (auto it = m_filling.rbegin(); it != m_filling.rend() && it->first != found->second;
-             ++it) {
+        for (auto it = m_filling.rbegin(); it != m_filling.rend() && it->first != model; ++it) {
           cycle = cycle && it->second;
         }
         if (cycle) Fail(doc, complexType, "the type is derived from itself");
@@ -562,13 +569,28 @@ class CReader {
              "an element in the type's content has a type that extends it, which cannot be "
              "mapped");
       }
-      return found->second;
+      return model;
     }
     CClassModel* model = NewClass(doc, complexType, stem);
     m_classes[complexType] = model;
-    m_filling.emplace_back(model, m_resolvingBase);
     std::string name;
     if (Attribute(complexType, "name", &name)) model->typeName = name;
+    if (!m_resolvingBase && ExtendsIncomplete(doc, complexType)) {
+      m_pending.push_back({&doc, complexType, model});
+      return model;
+    }
+    Fill(doc, complexType, model);
+    // Outermost: the types put off are built now, each maybe putting off more.
+    while (m_filling.empty() && !m_pending.empty()) {
+      const CPending next = m_pending.front();
+      m_pending.erase(m_pending.begin());
+      Fill(*next.doc, next.complexType, next.model);
+    }
+    return model;
+  }
+
+  void Fill(CDoc& doc, CXmlElement* complexType, CClassModel* model) {
+    m_filling.emplace_back(model, m_resolvingBase);
     // The groups being expanded belong to the class that refers to this type: a group that
     // reaches itself through an element's type is recursion through a class, which is fine.
     std::vector<const CXmlElement*> outerGroups;
@@ -580,7 +602,28 @@ class CReader {
     m_resolvingBase = resolvingBase;
     outerGroups.swap(m_expandingGroups);
     m_filling.pop_back();
-    return model;
+  }
+
+  // Whether a complex type derives from a type whose class is being built.
+  bool ExtendsIncomplete(const CDoc& doc, const CXmlElement* complexType) {
+    const CDoc* at = &doc;
+    const CXmlElement* type = complexType;
+    for (int step = 0; step < 10000; ++step) {  // a derivation cycle is reported when built
+      const CXmlElement* content = FirstChild(type, "complexContent");
+      if (content == nullptr) content = FirstChild(type, "simpleContent");
+      const CXmlElement* derivation = content ? FirstChild(content, "extension") : nullptr;
+      if (content != nullptr && derivation == nullptr)
+        derivation = FirstChild(content, "restriction");
+      std::string base;
+      if (derivation == nullptr || !Attribute(derivation, "base", &base)) return false;
+      const auto found = m_types.find(ResolveQName(*at, derivation, base));
+      if (found == m_types.end()) return false;
+      const auto model = m_classes.find(found->second.element);
+      if (model != m_classes.end() && model->second->resolving) return true;
+      at = found->second.doc;
+      type = found->second.element;
+    }
+    return false;
   }
 
   void Inherit(CClassModel* model, CClassModel* base) {
@@ -1606,6 +1649,13 @@ class CReader {
   bool m_resolvingBase = false;
   // The classes being filled, innermost last, each with whether it was reached as a base.
   std::vector<std::pair<CClassModel*, bool>> m_filling;
+  // Classes whose filling waits for a type they derive from, in the order they were reached.
+  struct CPending {
+    CDoc* doc;
+    CXmlElement* complexType;
+    CClassModel* model;
+  };
+  std::vector<CPending> m_pending;
 };
 
 }  // namespace
