@@ -431,11 +431,9 @@ class CGroupCollection : public CMemberCollection<T> {
            "                                                            const char* "
            "elementName);\n";
     out << "  // A new object of the class of the global element `localName` of the namespace "
-           "`ns`, "
-           "to read a\n"
-           "  // document whose document element it is (one of the members of a substitution "
-           "group, say);\n"
-           "  // null when the element has no class or is abstract.\n";
+           "`ns`,\n"
+           "  // to read a document whose document element it is (a member of a substitution\n"
+           "  // group, say); null when the element has no class or is abstract.\n";
     out << "  static OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> CreateForElement(\n"
            "      const std::string& localName, const std::string& ns);\n";
     for (const auto& model : m_schemas.classes) {
@@ -882,7 +880,9 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
     }
     if (member.nillable) {
       const char* outcome = "fails as empty.";
-      if (member.kind == Kind::Class || member.kind == Kind::Substitution) {
+      if (ReadsRawText(member) && !member.valueConstraintKind.empty()) {
+        outcome = "reads as\n  // that value.";
+      } else if (member.kind == Kind::Class || member.kind == Kind::Substitution) {
         outcome = "fails as an\n  // unexpected attribute (unless its class accepts any).";
       } else if (member.kind == Kind::AnyElement) {
         outcome = "is held with\n  // the attribute.";
