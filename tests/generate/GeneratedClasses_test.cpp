@@ -260,6 +260,7 @@ TEST(GeneratedClasses, SubstitutionGroupMembersStandForTheirHeads) {
   EXPECT_TRUE(animals.Item(3)->GetReptile()->GetVenomous());
   EXPECT_EQ(animals.Item(4)->GetBird()->GetName(), "Polly");
   EXPECT_EQ(zoo->GetCapacity(), 250);
+  EXPECT_EQ(zoo->GetMotto(), "Wild at heart");
   // A type whose content holds elements of its extension.
   const auto* vet = dynamic_cast<const zoo::CVet*>(zoo->GetStaffChoice()->GetVet().get());
   ASSERT_NE(vet, nullptr);
@@ -338,6 +339,8 @@ TEST(GeneratedClasses, ZooEmptyElementsAndDocumentsOutsideTheSchema) {
        "The unexpected element [unicorn] remains un processed"},
       {"a member of another namespace", replaced(zoo, "b:bird>", "bird>"),
        "The unexpected element [bird] remains un processed"},
+      {"a member of a head that blocks substitution", replaced(zoo, "motto>", "slogan>"),
+       "The unexpected element [slogan] remains un processed"},
       {"two members for one head", replaced(zoo, "<sign>", "<note>a</note><sign>"),
        "The Minimum number of [ZooAnimalChoice] elements allowed in this collection is 1"},
       {"xsi:nil on a number", replaced(zoo, "<budget>1000.5</budget>", "<budget" + nil + "/>"),

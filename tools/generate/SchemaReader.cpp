@@ -1153,12 +1153,17 @@ class CReader {
   }
 
   // What a reference to `head` may be in a document: the head unless abstract, then every
-  // member of its substitution group that is not abstract, in document order.
+  // member of its substitution group that is not abstract, in document order (none when the
+  // head blocks substitution).
   const std::vector<CComponent>& Substitutes(const CComponent& head) {
     const auto cached = m_substitutes.find(head.element);
     if (cached != m_substitutes.end()) return cached->second;
     std::vector<CComponent>& branches = m_substitutes[head.element];
     if (!IsTrue(AttributeOr(head.element, "abstract", "false"))) branches.push_back(head);
+    const std::string block =
+        " " + AttributeOr(head.element, "block", AttributeOr(head.doc->root, "blockDefault", "")) +
+        " ";
+    if (std::regex_search(block, std::regex("\\s(substitution|#all)\\s"))) return branches;
     for (const CComponent& element : m_elementOrder) {
       std::vector<const CXmlElement*> path;
       if (element.element != head.element &&
