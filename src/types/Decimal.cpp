@@ -232,6 +232,10 @@ void CDecimal::Parse(const char* text) {
   m_divider = divider;
 }
 
+std::size_t CDecimal::StorageDigits() const {
+  return m_integral.m_digits.capacity() + m_fractional.m_digits.capacity();
+}
+
 std::string CDecimal::ToString() const {
   if (m_fractional.IsZero()) return m_integral.ToString();
   const CBigInteger::Digits& whole = m_integral.m_digits;

@@ -4,6 +4,9 @@
 #ifndef OVXMLLIB6_SRC_TYPES_DECIMALTEXT_H
 #define OVXMLLIB6_SRC_TYPES_DECIMALTEXT_H
 
+#include "OvXmlLib6/types/Decimal.h"
+
+#include <cstddef>
 #include <string_view>
 
 namespace OvXmlLib6 {
@@ -20,6 +23,12 @@ Order CompareDecimalText(std::string_view a, std::string_view b);
 // fraction digits without trailing zeros, `total` that plus the integer digits without leading
 // zeros (so 0.0050 has total 3, fraction 3, and 120.0 has total 3, fraction 0).
 void CountDecimalDigits(std::string_view text, int& total, int& fraction);
+
+// What the library asks of a decimal beyond its public members.
+struct CDecimalAccess {
+  // The digits its storage has room for: what keeping it for reuse holds on to.
+  static std::size_t StorageDigits(const CDecimal& value) { return value.StorageDigits(); }
+};
 
 }  // namespace detail
 }  // namespace OvXmlLib6

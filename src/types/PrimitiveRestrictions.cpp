@@ -16,7 +16,6 @@
 #include <cmath>
 #include <cstring>
 #include <exception>
-#include <functional>
 #include <limits>
 #include <memory>
 
@@ -31,7 +30,7 @@ std::string TextOf(const char* text) { return text == nullptr ? std::string() : 
 int FacetNumber(int value) { return value < 0 ? -1 : value; }
 
 // Characters of UTF-8 text: the bytes that do not continue a sequence.
-std::int64_t CountCharacters(const std::string& text) {
+std::int64_t CountCharacters(std::string_view text) {
   std::int64_t count = 0;
   for (char c : text) {
     if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++count;
@@ -43,7 +42,7 @@ using detail::Order;
 
 // An integer value against a literal of the integer family, by value. Literals of month and day
 // may be written in their own lexical forms, "--05" and "---05".
-Order CompareIntegerLiteral(const std::string& valueText, std::string literal, ItemType type) {
+Order CompareIntegerLiteral(std::string_view valueText, std::string literal, ItemType type) {
   literal = CWhitespaceUtils::Collapse(literal);
   if (type == ItemType_month && literal.compare(0, 2, "--") == 0) literal.erase(0, 2);
   if (type == ItemType_day && literal.compare(0, 3, "---") == 0) literal.erase(0, 3);
@@ -159,6 +158,24 @@ CDateTime ParseDateLiteral(const std::string& literal, ItemType type, CDateTime:
   return CConversions::dateFromString(literal, kCollapse);
 }
 
+// A callable that orders the value against a literal, referred to rather than copied: the checks
+// make one for every value, and a std::function would allocate for most of their lambdas. The
+// callable must outlive the reference.
+class CompareRef {
+ public:
+  CompareRef() = default;
+  template <typename Compare>
+  explicit CompareRef(const Compare& compare)
+      : m_target(&compare), m_call([](const void* target, const std::string& literal) {
+          return (*static_cast<const Compare*>(target))(literal);
+        }) {}
+  Order operator()(const std::string& literal) const { return m_call(m_target, literal); }
+
+ private:
+  const void* m_target = nullptr;
+  Order (*m_call)(const void*, const std::string&) = nullptr;
+};
+
 }  // namespace
 
 // One value as the facets see it.
@@ -167,9 +184,10 @@ struct CPrimitiveRestrictions::Subject {
 
   ItemType type = ItemType_None;
   // The value's lexical form: what a pattern matches and what messages show unless `shown` is
-  // set.
-  std::string text;
-  std::string shown;
+  // set. Both lie in `storage`, in a string of the caller, or in the checked string itself.
+  std::string_view text;
+  std::string_view shown;
+  std::string storage;
   // The length for the length facets; -1 when they do not apply to the type.
   std::int64_t length = -1;
   // Whether the bounds apply.
@@ -179,7 +197,7 @@ struct CPrimitiveRestrictions::Subject {
   MessageForm form = kText;
   double real = 0.0;
   // The value against a literal of its type (a bound or an enumeration value), by value.
-  std::function<Order(const std::string&)> compare;
+  CompareRef compare;
   // Set when the value has no text (a date that cannot be printed): rethrown by any facet that
   // needs the text, so bounds alone still work.
   std::exception_ptr textError;
@@ -325,7 +343,7 @@ void CPrimitiveRestrictions::CheckSubject(const char* name, const Subject& subje
       throw COvException(FormatString("Invalid Value for %s [%f]", elementName, subject.real));
     }
     // An integer shows its decimal text, which is what "%d" prints, for every width.
-    const std::string& shown = subject.shown.empty() ? subject.text : subject.shown;
+    const std::string shown(subject.shown.empty() ? subject.text : subject.shown);
     throw COvException(FormatString("Invalid Value for %s [%s]", elementName, shown.c_str()));
   };
 
@@ -393,13 +411,15 @@ void CPrimitiveRestrictions::CheckSigned(const char* name, std::int64_t value,
   if (!HasFacets()) return;
   Subject s;
   s.type = type;
-  s.text = CConversions::i8ToString(value);
+  s.storage = CConversions::i8ToString(value);
+  s.text = s.storage;
   s.ordered = true;
   s.digits = true;
   s.form = Subject::kInteger;
-  s.compare = [&](const std::string& literal) {
+  const auto compare = [&](const std::string& literal) {
     return CompareIntegerLiteral(s.text, literal, type);
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -416,13 +436,16 @@ void CPrimitiveRestrictions::CheckUnsigned(const char* name, std::uint64_t value
   // The pattern sees the type's own lexical form; the bounds compare the number.
   switch (type) {
     case ItemType_year:
-      s.text = CConversions::yearToString(static_cast<std::uint16_t>(value));
+      s.storage = CConversions::yearToString(static_cast<std::uint16_t>(value));
+      s.text = s.storage;
       break;
     case ItemType_month:
-      s.text = CConversions::monthToString(static_cast<std::uint8_t>(value));
+      s.storage = CConversions::monthToString(static_cast<std::uint8_t>(value));
+      s.text = s.storage;
       break;
     case ItemType_day:
-      s.text = CConversions::dayToString(static_cast<std::uint8_t>(value));
+      s.storage = CConversions::dayToString(static_cast<std::uint8_t>(value));
+      s.text = s.storage;
       break;
     default:
       s.text = digits;
@@ -433,9 +456,10 @@ void CPrimitiveRestrictions::CheckUnsigned(const char* name, std::uint64_t value
   s.shown = digits;
   s.ordered = true;
   s.form = Subject::kInteger;
-  s.compare = [&](const std::string& literal) {
+  const auto compare = [&](const std::string& literal) {
     return CompareIntegerLiteral(digits, literal, type);
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -443,12 +467,16 @@ void CPrimitiveRestrictions::CheckReal(const char* name, double value, ItemType 
   if (!HasFacets()) return;
   Subject s;
   s.type = type;
-  s.text = type == ItemType_r4 ? CConversions::r4ToString(static_cast<float>(value), nullptr)
-                               : CConversions::r8ToString(value, nullptr);
+  s.storage = type == ItemType_r4 ? CConversions::r4ToString(static_cast<float>(value), nullptr)
+                                  : CConversions::r8ToString(value, nullptr);
+  s.text = s.storage;
   s.ordered = true;
   s.form = Subject::kReal;
   s.real = value;
-  s.compare = [&](const std::string& literal) { return CompareReal(value, literal, type); };
+  const auto compare = [&](const std::string& literal) {
+    return CompareReal(value, literal, type);
+  };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -456,8 +484,9 @@ void CPrimitiveRestrictions::CheckBoolean(const char* name, bool value) const {
   if (!HasFacets()) return;
   Subject s;
   s.type = ItemType_boolean;
-  s.text = CConversions::booleanToString(value);
-  s.compare = [&](const std::string& literal) {
+  s.storage = CConversions::booleanToString(value);
+  s.text = s.storage;
+  const auto compare = [&](const std::string& literal) {
     try {
       return CConversions::booleanFromString(literal, kCollapse) == value ? Order::kEqual
                                                                           : Order::kIncomparable;
@@ -465,6 +494,7 @@ void CPrimitiveRestrictions::CheckBoolean(const char* name, bool value) const {
       return Order::kIncomparable;
     }
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -474,10 +504,12 @@ void CPrimitiveRestrictions::CheckString(const char* name, const std::string& va
   Subject s;
   s.type = type;
   s.text = value;
-  s.length = CountCharacters(value);
-  s.compare = [&](const std::string& literal) {
+  // Counted only for the length facets that need it.
+  if (m_length >= 0 || m_minLength >= 0 || m_maxLength >= 0) s.length = CountCharacters(value);
+  const auto compare = [&](const std::string& literal) {
     return literal == value ? Order::kEqual : Order::kIncomparable;
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -487,9 +519,10 @@ void CPrimitiveRestrictions::CheckBinary(const char* name, const CBinaryData& va
   Subject s;
   s.type = type;
   const bool hex = type == ItemType_hexBinary;
-  s.text = hex ? value.GetAsHexString() : value.GetAsBase64();
+  s.storage = hex ? value.GetAsHexString() : value.GetAsBase64();
+  s.text = s.storage;
   s.length = value.GetLength();
-  s.compare = [&](const std::string& literal) {
+  const auto compare = [&](const std::string& literal) {
     try {
       const CBinaryData other = hex ? CConversions::hexBinaryFromString(literal, kCollapse)
                                     : CConversions::base64BinaryFromString(literal, kCollapse);
@@ -501,6 +534,7 @@ void CPrimitiveRestrictions::CheckBinary(const char* name, const CBinaryData& va
       return Order::kIncomparable;
     }
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -508,11 +542,12 @@ void CPrimitiveRestrictions::CheckDecimal(const char* name, const CDecimal& valu
   if (!HasFacets()) return;
   Subject s;
   s.type = ItemType_decimal;
-  s.text = value.ToString();
+  s.storage = value.ToString();
+  s.text = s.storage;
   s.ordered = true;
   s.digits = true;
   // Literals are read by the decimal parser itself and compared with the decimal's own order.
-  s.compare = [&](const std::string& literal) {
+  const auto compare = [&](const std::string& literal) {
     // The bounds were read once; enumeration values are read here.
     const CDecimal* bound = nullptr;
     if (m_decimalBounds) {
@@ -533,6 +568,7 @@ void CPrimitiveRestrictions::CheckDecimal(const char* name, const CDecimal& valu
       return Order::kIncomparable;
     }
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -540,13 +576,15 @@ void CPrimitiveRestrictions::CheckInteger(const char* name, const CBigInteger& v
   if (!HasFacets()) return;
   Subject s;
   s.type = ItemType_integer;
-  s.text = value.ToString();
+  s.storage = value.ToString();
+  s.text = s.storage;
   s.ordered = true;
   s.digits = true;
   // Exact on the text, so that a bound with a fraction ("12.5") is not cut to an integer first.
-  s.compare = [&](const std::string& literal) {
+  const auto compare = [&](const std::string& literal) {
     return detail::CompareDecimalText(s.text, CWhitespaceUtils::Collapse(literal));
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -556,12 +594,13 @@ void CPrimitiveRestrictions::CheckDateTime(const char* name, const CDateTime& va
   Subject s;
   s.type = type;
   try {
-    s.text = CConversions::datetimeToString(value);
+    s.storage = CConversions::datetimeToString(value);
+    s.text = s.storage;
   } catch (const COvException&) {
     s.textError = std::current_exception();
   }
   s.ordered = true;
-  s.compare = [&](const std::string& literal) {
+  const auto compare = [&](const std::string& literal) {
     try {
       const CDateTime other = ParseDateLiteral(literal, type, value.GetType());
       return FromCompareResult(AsReferenceDateTime(value).CompareTo(AsReferenceDateTime(other)));
@@ -569,6 +608,7 @@ void CPrimitiveRestrictions::CheckDateTime(const char* name, const CDateTime& va
       return Order::kIncomparable;
     }
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 
@@ -576,9 +616,10 @@ void CPrimitiveRestrictions::CheckDuration(const char* name, const CDateTimeSpan
   if (!HasFacets()) return;
   Subject s;
   s.type = ItemType_duration;
-  s.text = CConversions::durationToString(value);
+  s.storage = CConversions::durationToString(value);
+  s.text = s.storage;
   s.ordered = true;
-  s.compare = [&](const std::string& literal) {
+  const auto compare = [&](const std::string& literal) {
     try {
       return FromCompareResult(
           value.CompareTo(CConversions::durationFromString(literal, kCollapse)));
@@ -586,6 +627,7 @@ void CPrimitiveRestrictions::CheckDuration(const char* name, const CDateTimeSpan
       return Order::kIncomparable;
     }
   };
+  s.compare = CompareRef(compare);
   CheckSubject(name, s);
 }
 

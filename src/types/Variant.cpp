@@ -4,6 +4,7 @@
 #include "OvXmlLib6/core/XmlObjectBase.h"
 #include "OvXmlLib6/metadata/XmlCollectionBase.h"
 #include "OvXmlLib6/types/Conversions.h"
+#include "types/DecimalText.h"
 #include "types/VariantText.h"
 #include "types/WhitespaceView.h"
 
@@ -62,6 +63,80 @@ const T& EmptyValue() {
   return empty;
 }
 
+// Generated classes pass every value through a variant that lives for one property: writing or
+// reading a document sets and clears one for each value. Each thread keeps the last string,
+// decimal and date its variants let go of, and the next one set is copied into it: that spares
+// allocating the value and, while it fits, its characters or digits. What is kept is bounded by
+// kRecycledSize characters or digits.
+constexpr std::size_t kRecycledSize = 256;
+
+struct RecycledValues {
+  std::string* string = nullptr;
+  CDecimal* decimal = nullptr;
+  CDateTime* dateTime = nullptr;
+  ~RecycledValues();
+};
+
+// Set when the thread's kept values are freed, at its end: variants cleared after that (static
+// ones, or those of objects freed later) free their values themselves.
+thread_local bool t_recyclingOver = false;
+thread_local RecycledValues t_recycled;
+
+RecycledValues::~RecycledValues() {
+  t_recyclingOver = true;
+  delete string;
+  delete decimal;
+  delete dateTime;
+}
+
+std::string*& Slot(RecycledValues& kept, const std::string*) { return kept.string; }
+CDecimal*& Slot(RecycledValues& kept, const CDecimal*) { return kept.decimal; }
+CDateTime*& Slot(RecycledValues& kept, const CDateTime*) { return kept.dateTime; }
+
+bool WorthKeeping(const std::string& value) { return value.capacity() <= kRecycledSize; }
+bool WorthKeeping(const CDecimal& value) {
+  return detail::CDecimalAccess::StorageDigits(value) <= kRecycledSize;
+}
+bool WorthKeeping(const CDateTime&) { return true; }
+
+template <typename T>
+constexpr bool kRecycled =
+    std::is_same_v<T, std::string> || std::is_same_v<T, CDecimal> || std::is_same_v<T, CDateTime>;
+
+// A new value of the variant, `value` copied or moved into a kept one when there is one.
+template <typename T, typename From>
+T* NewValue(From&& value) {
+  if constexpr (kRecycled<T>) {
+    if (t_recyclingOver) return new T(std::forward<From>(value));
+    T*& slot = Slot(t_recycled, static_cast<const T*>(nullptr));
+    if (slot != nullptr) {
+      T* kept = slot;
+      slot = nullptr;
+      try {
+        *kept = std::forward<From>(value);
+      } catch (...) {
+        delete kept;
+        throw;
+      }
+      return kept;
+    }
+  }
+  return new T(std::forward<From>(value));
+}
+
+// Frees a value of the variant, or keeps it for the next.
+template <typename T>
+void FreeValue(T* value) {
+  if (!t_recyclingOver && WorthKeeping(*value)) {
+    T*& slot = Slot(t_recycled, static_cast<const T*>(nullptr));
+    if (slot == nullptr) {
+      slot = value;
+      return;
+    }
+  }
+  delete value;
+}
+
 }  // namespace
 
 OvVariant::OvVariant() : m_type(0) { m_value.bits = 0; }
@@ -108,16 +183,17 @@ void OvVariant::CopyFrom(const OvVariant& other) {
       m_value.object = new CBinaryData(*static_cast<const CBinaryData*>(other.m_value.object));
       break;
     case kDateTime:
-      m_value.object = new CDateTime(*static_cast<const CDateTime*>(other.m_value.object));
+      m_value.object = NewValue<CDateTime>(*static_cast<const CDateTime*>(other.m_value.object));
       break;
     case kSpan:
       m_value.object = new CDateTimeSpan(*static_cast<const CDateTimeSpan*>(other.m_value.object));
       break;
     case kString:
-      m_value.object = new std::string(*static_cast<const std::string*>(other.m_value.object));
+      m_value.object =
+          NewValue<std::string>(*static_cast<const std::string*>(other.m_value.object));
       break;
     case kDecimal:
-      m_value.object = new CDecimal(*static_cast<const CDecimal*>(other.m_value.object));
+      m_value.object = NewValue<CDecimal>(*static_cast<const CDecimal*>(other.m_value.object));
       break;
     case kInteger:
       m_value.object = new CBigInteger(*static_cast<const CBigInteger*>(other.m_value.object));
@@ -138,16 +214,16 @@ void OvVariant::Clear() {
       delete static_cast<CBinaryData*>(m_value.object);
       break;
     case kDateTime:
-      delete static_cast<CDateTime*>(m_value.object);
+      FreeValue(static_cast<CDateTime*>(m_value.object));
       break;
     case kSpan:
       delete static_cast<CDateTimeSpan*>(m_value.object);
       break;
     case kString:
-      delete static_cast<std::string*>(m_value.object);
+      FreeValue(static_cast<std::string*>(m_value.object));
       break;
     case kDecimal:
-      delete static_cast<CDecimal*>(m_value.object);
+      FreeValue(static_cast<CDecimal*>(m_value.object));
       break;
     case kInteger:
       delete static_cast<CBigInteger*>(m_value.object);
@@ -190,7 +266,7 @@ T OvVariant::GetScalar() const {
 
 template <typename T>
 void OvVariant::SetObject(std::int32_t type, const T& value) {
-  T* copy = new T(value);  // copied before the old value goes, so `value` may live in this
+  T* copy = NewValue<T>(value);  // copied before the old value goes, so `value` may live in this
   Clear();
   m_value.object = copy;
   m_type = type;
@@ -222,7 +298,7 @@ void OvVariant::SetTime(const CDateTime& value) { SetObject(ItemType_time, value
 void OvVariant::SetChar(char value) { SetScalar(ItemType_char, value); }
 void OvVariant::SetString(const std::string& value) { SetObject(ItemType_string, value); }
 void OvVariant::SetString(std::string&& value) {
-  auto* moved = new std::string(std::move(value));
+  std::string* moved = NewValue<std::string>(std::move(value));
   Clear();
   m_value.object = moved;
   m_type = ItemType_string;
@@ -304,7 +380,10 @@ CSmartPtr<CXmlObjectBase> OvVariant::GetXmlObject() const {
 }
 
 CSmartPtr<CXmlCollectionBase> OvVariant::GetXmlCollection() const {
-  CXmlObjectBase* object = GetXmlObject().get();
+  // The held pointer is looked at directly: a reference taken and given back for it costs two
+  // atomic operations for every wildcard attribute list written.
+  if (m_type != kXmlObject && m_type != kXmlCollection) return CSmartPtr<CXmlCollectionBase>();
+  CXmlObjectBase* object = static_cast<CXmlObjectBase*>(m_value.object);
   if (m_type == kXmlCollection) return static_cast<CXmlCollectionBase*>(object);
   return dynamic_cast<CXmlCollectionBase*>(object);
 }

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
+#include <memory>
 
 namespace OvXmlLib6 {
 namespace detail {
@@ -668,56 +670,165 @@ CXsdRegex::CXsdRegex(std::string_view pattern) {
     throw COvException(FormatString("Invalid pattern [%s]: %s", std::string(pattern).c_str(),
                                     error.reason.c_str()));
   }
+  BuildAsciiAutomaton();
+}
+
+void CXsdRegex::BuildAsciiAutomaton() {
+  // Bounds on the work done for a pattern when it is compiled (at most states * 128 closures of
+  // the program), since restrictions are built in static tables.
+  constexpr std::size_t kMaxProgram = 128;
+  constexpr std::size_t kMaxStates = 128;
+  if (m_program.size() > kMaxProgram) return;
+  using StateSet = std::vector<std::uint32_t>;
+  // The instructions that read a character or match, reachable from `starts` without reading
+  // one: a state of the automaton, sorted so that equal sets compare equal.
+  auto closure = [this](StateSet starts) {
+    std::vector<bool> seen(m_program.size(), false);
+    StateSet set;
+    while (!starts.empty()) {
+      const std::uint32_t pc = starts.back();
+      starts.pop_back();
+      if (seen[pc]) continue;
+      seen[pc] = true;
+      const Instruction& in = m_program[pc];
+      if (in.op == Instruction::kJump) {
+        starts.push_back(in.x);
+      } else if (in.op == Instruction::kSplit) {
+        starts.push_back(in.y);
+        starts.push_back(in.x);
+      } else {
+        set.push_back(pc);
+      }
+    }
+    std::sort(set.begin(), set.end());
+    return set;
+  };
+  std::vector<StateSet> states;
+  std::map<StateSet, std::uint16_t> numbers;
+  // The number of a state, made when new; false when there would be too many.
+  auto number = [&](StateSet set, std::uint16_t& result) {
+    if (set.empty()) {
+      result = kNoMatch;
+      return true;
+    }
+    const auto found = numbers.find(set);
+    if (found != numbers.end()) {
+      result = found->second;
+      return true;
+    }
+    if (states.size() == kMaxStates) return false;
+    result = static_cast<std::uint16_t>(states.size());
+    numbers.emplace(set, result);
+    states.push_back(std::move(set));
+    return true;
+  };
+  std::uint16_t start = 0;
+  number(closure(StateSet{0}), start);
+  std::vector<std::uint16_t> table;
+  std::vector<bool> accepts;
+  // `states` grows while it is walked: each new state gets its row in turn.
+  for (std::size_t s = 0; s < states.size(); ++s) {
+    bool accepting = false;
+    for (const std::uint32_t pc : states[s]) {
+      if (m_program[pc].op == Instruction::kMatch) accepting = true;
+    }
+    accepts.push_back(accepting);
+    for (char32_t c = 0; c < 128; ++c) {
+      StateSet reached;
+      for (const std::uint32_t pc : states[s]) {
+        const Instruction& in = m_program[pc];
+        if (in.op == Instruction::kSet && m_sets[in.x].Contains(c)) reached.push_back(pc + 1);
+      }
+      std::uint16_t to = kNoMatch;
+      if (!number(closure(std::move(reached)), to)) return;
+      table.push_back(to);
+    }
+  }
+  m_ascii = std::move(table);
+  m_asciiAccepts = std::move(accepts);
 }
 
 bool CXsdRegex::Matches(std::string_view text) const {
+  if (!m_ascii.empty()) {
+    std::uint32_t state = 0;
+    std::size_t i = 0;
+    for (; i < text.size(); ++i) {
+      const unsigned char c = static_cast<unsigned char>(text[i]);
+      if (c >= 0x80) break;
+      state = m_ascii[state * 128 + c];
+      if (state == kNoMatch) return false;
+    }
+    if (i == text.size()) return m_asciiAccepts[state];
+  }
+  return MatchesByProgram(text);
+}
+
+bool CXsdRegex::MatchesByProgram(std::string_view text) const {
+  // Patterns are checked on every value written or read: the lists live on the stack for the
+  // usual small programs. Each list holds an instruction at most once per step (the marks), and
+  // the walk's stack at most two entries per instruction visited plus the start.
   const std::size_t size = m_program.size();
-  std::vector<std::uint32_t> current, next, stack;
-  current.reserve(size);
-  next.reserve(size);
+  constexpr std::size_t kInlineSize = 64;
+  const std::size_t needed = 5 * size + 1;
+  std::uint32_t inlineStore[5 * kInlineSize + 1];
+  std::unique_ptr<std::uint32_t[]> heapStore;
+  std::uint32_t* store = inlineStore;
+  if (size > kInlineSize) {
+    heapStore.reset(new std::uint32_t[needed]);
+    store = heapStore.get();
+  }
   // mark[pc] == generation: pc is already in the list being built.
-  std::vector<std::uint32_t> mark(size, 0);
+  std::uint32_t* const mark = store;
+  std::uint32_t* current = store + size;
+  std::uint32_t* next = store + 2 * size;
+  std::uint32_t* const stack = store + 3 * size;
+  std::fill(mark, mark + size, 0u);
+  std::size_t currentCount = 0;
+  std::size_t nextCount = 0;
   std::uint32_t generation = 0;
 
   // Adds pc and everything reachable from it without reading a character.
-  auto addThread = [&](std::vector<std::uint32_t>& list, std::uint32_t start) {
-    stack.push_back(start);
-    while (!stack.empty()) {
-      const std::uint32_t pc = stack.back();
-      stack.pop_back();
+  auto addThread = [&](std::uint32_t* list, std::size_t& count, std::uint32_t start) {
+    std::size_t depth = 0;
+    stack[depth++] = start;
+    while (depth != 0) {
+      const std::uint32_t pc = stack[--depth];
       if (mark[pc] == generation) continue;
       mark[pc] = generation;
       const Instruction& in = m_program[pc];
       switch (in.op) {
         case Instruction::kJump:
-          stack.push_back(in.x);
+          stack[depth++] = in.x;
           break;
         case Instruction::kSplit:
-          stack.push_back(in.y);
-          stack.push_back(in.x);
+          stack[depth++] = in.y;
+          stack[depth++] = in.x;
           break;
         default:
-          list.push_back(pc);
+          list[count++] = pc;
           break;
       }
     }
   };
 
   ++generation;
-  addThread(current, 0);
+  addThread(current, currentCount, 0);
   for (std::size_t i = 0; i < text.size();) {
     const char32_t c = DecodeUtf8(text, i);
     ++generation;
-    next.clear();
-    for (std::uint32_t pc : current) {
+    nextCount = 0;
+    for (std::size_t k = 0; k < currentCount; ++k) {
+      const std::uint32_t pc = current[k];
       const Instruction& in = m_program[pc];
-      if (in.op == Instruction::kSet && m_sets[in.x].Contains(c)) addThread(next, pc + 1);
+      if (in.op == Instruction::kSet && m_sets[in.x].Contains(c))
+        addThread(next, nextCount, pc + 1);
     }
-    current.swap(next);
-    if (current.empty()) return false;
+    std::swap(current, next);
+    currentCount = nextCount;
+    if (currentCount == 0) return false;
   }
-  for (std::uint32_t pc : current) {
-    if (m_program[pc].op == Instruction::kMatch) return true;
+  for (std::size_t k = 0; k < currentCount; ++k) {
+    if (m_program[current[k]].op == Instruction::kMatch) return true;
   }
   return false;
 }

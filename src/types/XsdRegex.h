@@ -51,6 +51,9 @@ class CXsdRegex {
 
   // Whether the whole text matches. Bytes that are not valid UTF-8 are read as U+FFFD.
   bool Matches(std::string_view text) const;
+  // The program run as a set of states: the general matcher, which Matches uses for patterns
+  // too large for the automaton and for text beyond ASCII. Both give the same answer.
+  bool MatchesByProgram(std::string_view text) const;
 
   struct Instruction {
     enum Op : std::uint8_t { kSet, kSplit, kJump, kMatch } op;
@@ -59,8 +62,18 @@ class CXsdRegex {
   };
 
  private:
+  // Builds the automaton below when the program is small and has few states over ASCII.
+  void BuildAsciiAutomaton();
+
   std::vector<Instruction> m_program;
   std::vector<CodePointSet> m_sets;
+  // A deterministic automaton for ASCII text, which most values are: the state after a byte is
+  // m_ascii[state * 128 + byte], kNoMatch when nothing can match any more; m_asciiAccepts[state]
+  // tells whether a text may end in it. Empty when the pattern has too many states; a text with
+  // a byte from 0x80 on goes to the program.
+  static constexpr std::uint16_t kNoMatch = 0xFFFF;
+  std::vector<std::uint16_t> m_ascii;
+  std::vector<bool> m_asciiAccepts;
 };
 
 }  // namespace detail

@@ -19,6 +19,10 @@
 
 namespace OvXmlLib6 {
 
+namespace detail {
+struct CDecimalAccess;
+}
+
 class OVXML_API CDecimal {
  public:
   // Zero.
@@ -87,7 +91,11 @@ class OVXML_API CDecimal {
   CDecimal operator--(int);
 
  private:
+  friend struct detail::CDecimalAccess;
+
   CDecimal(const CBigInteger& integral, const CBigInteger& fractional, int divider);
+  // The digits the storage of both parts has room for.
+  std::size_t StorageDigits() const;
 
   // One pass from the left: an integral section where digits collect, "+" and "-" set the sign
   // wherever they stand (the last wins) and whitespace is skipped; after "." fraction digits

@@ -1,11 +1,13 @@
 #include "OvXmlLib6/types/Variant.h"
 
 #include "OvXmlLib6/core/Exceptions.h"
+#include "OvXmlLib6/types/Conversions.h"
 #include "OvXmlLib6/types/PrimitiveRestrictions.h"
 #include "unit/TestSupport.h"
 
 #include <gtest/gtest.h>
 #include <string>
+#include <thread>
 #include <utility>
 
 using namespace OvXmlLib6;
@@ -127,6 +129,45 @@ TEST(OvVariant, CopyAssignAndMove) {
   d = std::move(c);
   EXPECT_EQ(d.GetTypeAsEnum(), ItemType_integer);
   EXPECT_FALSE(c.IsValid());
+}
+
+// Strings, decimals and dates that variants free are filled again by the next variant set on
+// the thread: no value may show through in another, also when one is set from the other, when
+// values are set and freed in turn, and for variants that outlive their thread's kept values.
+TEST(OvVariant, ValuesFreedAndSetAgainStayApart) {
+  const std::string longText(300, 'x');  // more than is kept for reuse
+  OvVariant a;
+  a.SetString("a longer text than the next one, beyond the small-string size");
+  a.Clear();
+  a.SetString("short");
+  EXPECT_EQ(a.GetString(), "short");
+  OvVariant b;
+  b.SetString(a.GetString());  // set from a value the thread may keep
+  a.SetString(std::string(longText));
+  a.SetString(a.GetString());  // from itself
+  EXPECT_EQ(a.GetString(), longText);
+  EXPECT_EQ(b.GetString(), "short");
+  a.SetDecimal(CDecimal("-123456789012345678901234567890.125"));
+  a.SetDecimal(CDecimal("7.5"));
+  b.SetDecimal(CDecimal("0.05"));
+  b.Clear();
+  b.SetDecimal(CDecimal("12"));
+  EXPECT_EQ(a.ToString(), "7.5");
+  EXPECT_EQ(b.ToString(), "12");
+  a.SetDateTime(CConversions::datetimeFromString("2026-11-25T01:02:03Z", kCollapse));
+  a.SetDate(CConversions::dateFromString("2026-12-24", kCollapse));
+  const OvVariant copy(a);
+  a.Clear();
+  EXPECT_EQ(copy.ToString(), "2026-12-24");
+  static OvVariant outlivesThread;
+  std::thread([] {
+    OvVariant local;
+    local.SetString("freed on the thread");
+    local.Clear();
+    outlivesThread.SetString("kept after the thread");
+  }).join();
+  // Freed at exit, after the main thread's kept values.
+  EXPECT_EQ(outlivesThread.GetString(), "kept after the thread");
 }
 
 TEST(OvVariant, RestrictionCheckDispatchesOnTheTag) {

@@ -99,3 +99,21 @@ TEST(CXsdRegex, LinearOnHostileInput) {
   EXPECT_FALSE(Match("(x|y)*z", longText));
   EXPECT_TRUE(Match(".*", longText));
 }
+
+// ASCII text runs on an automaton built from the program when the pattern is small; the program
+// takes over for larger patterns, for patterns with too many states and for text beyond ASCII,
+// also after an ASCII start.
+TEST(CXsdRegex, AutomatonAndProgramAgree) {
+  const std::string letters(130, 'q');
+  EXPECT_TRUE(Match("[a-z]{130}", letters));
+  EXPECT_FALSE(Match("[a-z]{130}", letters.substr(1)));
+  // The tenth character from the end is an a: one state for each of 2^10 endings.
+  const char* tenthFromEnd = "(a|b)*a(a|b){9}";
+  EXPECT_TRUE(Match(tenthFromEnd, "bba" + std::string(9, 'b')));
+  EXPECT_FALSE(Match(tenthFromEnd, "abb" + std::string(9, 'b')));
+  EXPECT_TRUE(Match("[a-z]+\\p{Ll}", "abc\xC3\xA9"));
+  EXPECT_FALSE(Match("[a-z]+", "abc\xC3\xA9"));
+  EXPECT_TRUE(Match("\\d{3}-[A-Z]{2}", std::string("123-AB")));
+  EXPECT_FALSE(Match("\\d{3}-[A-Z]{2}", std::string("123-AB\0", 7)));
+  EXPECT_FALSE(Match("\\d{3}-[A-Z]{2}", "123-A"));
+}
