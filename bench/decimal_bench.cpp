@@ -1,6 +1,7 @@
 // Parsing and printing of a 20-digit CDecimal, the work behind decimalFromString and
-// decimalToString, and, for information, CBigInteger multiplication and division on operands of
-// a few hundred digits. Each figure is the median of five repetitions.
+// decimalToString, and, for information, CBigInteger multiplication, division and square root
+// on operands of a few hundred and of 50,000 digits. Each figure is the median of five
+// repetitions.
 #include "OvXmlLib6/types/BigInteger.h"
 #include "OvXmlLib6/types/Decimal.h"
 
@@ -48,26 +49,46 @@ void BM_DecimalToStringRounded(benchmark::State& state) {
 }
 BENCHMARK(BM_DecimalToStringRounded)->Repetitions(5)->ReportAggregatesOnly(true);
 
-void BM_BigIntegerMultiply300Digits(benchmark::State& state) {
+// Operands of state.range(0) digits: a few hundred, as values of documents have, and 50,000,
+// half the digit limit, where the cost of the schoolbook algorithms shows.
+void BM_BigIntegerMultiply(benchmark::State& state) {
   std::mt19937 rng(1);
-  const CBigInteger a(RandomDigits(rng, 300).c_str());
-  const CBigInteger b(RandomDigits(rng, 300).c_str());
+  const auto digits = static_cast<std::size_t>(state.range(0));
+  const CBigInteger a(RandomDigits(rng, digits).c_str());
+  const CBigInteger b(RandomDigits(rng, digits).c_str());
   for (auto _ : state) {
     CBigInteger product = a * b;
     benchmark::DoNotOptimize(product);
   }
 }
-BENCHMARK(BM_BigIntegerMultiply300Digits)->Repetitions(5)->ReportAggregatesOnly(true);
+BENCHMARK(BM_BigIntegerMultiply)->Arg(300)->Arg(50000)->Repetitions(5)->ReportAggregatesOnly(true);
 
-void BM_BigIntegerDivide600By300Digits(benchmark::State& state) {
+// A dividend of twice the divisor's digits.
+void BM_BigIntegerDivide(benchmark::State& state) {
   std::mt19937 rng(2);
-  const CBigInteger a(RandomDigits(rng, 600).c_str());
-  const CBigInteger b(RandomDigits(rng, 300).c_str());
+  const auto digits = static_cast<std::size_t>(state.range(0));
+  const CBigInteger a(RandomDigits(rng, 2 * digits).c_str());
+  const CBigInteger b(RandomDigits(rng, digits).c_str());
   for (auto _ : state) {
     CBigInteger quotient = a / b;
     benchmark::DoNotOptimize(quotient);
   }
 }
-BENCHMARK(BM_BigIntegerDivide600By300Digits)->Repetitions(5)->ReportAggregatesOnly(true);
+BENCHMARK(BM_BigIntegerDivide)->Arg(300)->Arg(50000)->Repetitions(5)->ReportAggregatesOnly(true);
+
+void BM_BigIntegerSquareRoot(benchmark::State& state) {
+  std::mt19937 rng(3);
+  const CBigInteger a(RandomDigits(rng, static_cast<std::size_t>(state.range(0))).c_str());
+  for (auto _ : state) {
+    CBigInteger root = a.SquareRoot();
+    benchmark::DoNotOptimize(root);
+  }
+}
+BENCHMARK(BM_BigIntegerSquareRoot)
+    ->Arg(300)
+    ->Arg(50000)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly(true);
 
 }  // namespace

@@ -157,11 +157,11 @@ void CDateTime::AddDateTimeSpan(const CDateTimeSpan& span, bool subtract) {
   const unsigned bits = detail::FieldsOfKind(m_type);
   DateFields fields = CDateTimeAccess::Fields(*this);
   detail::AddSpan(fields, bits, span, subtract);
-  // The arithmetic has no year limit of its own; a result the year field cannot hold in the
-  // lexical range is refused rather than wrapped. (Year 0 can be reached, since years before 1
-  // are not shifted, and is kept.)
+  // The arithmetic has no year limit of its own; a result outside the lexical range is refused
+  // rather than wrapped. Year 0 is reached when a date of year 1 goes back (years before 1 are
+  // not shifted over it), and is refused too: it would print as a value that does not parse.
   if ((bits & detail::kHasYear) != 0 &&
-      (fields.year > detail::kMaxYear || fields.year < detail::kMinYear)) {
+      (fields.year > detail::kMaxYear || fields.year < detail::kMinYear || fields.year == 0)) {
     detail::ThrowYearRange(fields.year);
   }
   m_year = static_cast<std::int16_t>(fields.year);

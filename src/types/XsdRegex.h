@@ -51,6 +51,9 @@ class CXsdRegex {
 
   // Whether the whole text matches. Bytes that are not valid UTF-8 are read as U+FFFD.
   bool Matches(std::string_view text) const;
+  // The program run as a set of states: the general matcher, which Matches uses for patterns
+  // too large for the automaton and for text beyond ASCII. Both give the same answer.
+  bool MatchesByProgram(std::string_view text) const;
 
   struct Instruction {
     enum Op : std::uint8_t { kSet, kSplit, kJump, kMatch } op;
@@ -61,8 +64,6 @@ class CXsdRegex {
  private:
   // Builds the automaton below when the program is small and has few states over ASCII.
   void BuildAsciiAutomaton();
-  // The program run as a set of states: the general matcher.
-  bool MatchesByProgram(std::string_view text) const;
 
   std::vector<Instruction> m_program;
   std::vector<CodePointSet> m_sets;

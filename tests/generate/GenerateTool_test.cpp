@@ -124,11 +124,53 @@ TEST_F(GenerateTool, BadSchemasFailWithFileLineAndConstruct) {
                          "  </xs:all></xs:complexType>\n")}},
        "a.xsd:6:",
        "the element 'a' appears twice in an all group"},
-      {"a substitution group",
-       {{"a.xsd", Schema("  <xs:element name=\"h\" type=\"xs:int\"/>\n"
-                         "  <xs:element name=\"m\" substitutionGroup=\"h\" type=\"xs:int\"/>\n")}},
+      {"a substitution group member of another type",
+       {{"a.xsd",
+         Schema("  <xs:element name=\"h\" type=\"xs:int\"/>\n"
+                "  <xs:element name=\"m\" substitutionGroup=\"h\" type=\"xs:string\"/>\n")}},
        "a.xsd:5:",
-       "substitution groups cannot be mapped"},
+       "the type of 'm' does not derive from the type of its substitution group head 'h'"},
+      {"a substitution group member of a type that extends another",
+       {{"a.xsd", Schema("  <xs:element name=\"h\" type=\"H\"/>\n  <xs:complexType name=\"H\"/>\n"
+                         "  <xs:complexType name=\"B\"/>\n  <xs:complexType name=\"M\">\n"
+                         "    <xs:complexContent><xs:extension base=\"B\"/></xs:complexContent>\n"
+                         "  </xs:complexType>\n"
+                         "  <xs:element name=\"m\" substitutionGroup=\"h\" type=\"M\"/>\n")}},
+       "a.xsd:10:",
+       "the type of 'm' does not derive from the type of its substitution group head 'h'"},
+      {"an undeclared substitution group head",
+       {{"a.xsd", Schema("  <xs:element name=\"m\" substitutionGroup=\"zz\"/>\n")}},
+       "a.xsd:4:",
+       "undefined substitution group head 'zz' (<xs:element name=\"m\" substitutionGroup=\"zz\">)"},
+      {"a cycle of substitution groups",
+       {{"a.xsd", Schema("  <xs:element name=\"a\" substitutionGroup=\"b\"/>\n"
+                         "  <xs:element name=\"b\" substitutionGroup=\"c\"/>\n"
+                         "  <xs:element name=\"c\" substitutionGroup=\"a\"/>\n")}},
+       "a.xsd:4:",
+       "the substitution groups of 'a' lead back to it"},
+      {"a required abstract element that nothing stands for",
+       {{"a.xsd", Schema("  <xs:element name=\"h\" abstract=\"true\"/>\n"
+                         "  <xs:complexType name=\"T\"><xs:sequence>\n"
+                         "    <xs:element ref=\"h\"/>\n  </xs:sequence></xs:complexType>\n")}},
+       "a.xsd:6:",
+       "the abstract element 'h' has no substitution group member to stand for it"},
+      {"a substitution group head in an all group",
+       {{"a.xsd", Schema("  <xs:element name=\"h\"/>\n"
+                         "  <xs:element name=\"m\" substitutionGroup=\"h\"/>\n"
+                         "  <xs:complexType name=\"T\"><xs:all>\n"
+                         "    <xs:element ref=\"h\"/>\n  </xs:all></xs:complexType>\n")}},
+       "a.xsd:7:",
+       "the head of a substitution group in an all group cannot be mapped"},
+      {"a redefinition",
+       {{"a.xsd", Schema("  <xs:redefine schemaLocation=\"b.xsd\"/>\n")}},
+       "a.xsd:4:",
+       "redefinition of components cannot be mapped"},
+      {"a simpleContent restriction",
+       {{"a.xsd", Schema("  <xs:complexType name=\"T\"><xs:simpleContent>\n"
+                         "    <xs:restriction base=\"xs:int\"/>\n"
+                         "  </xs:simpleContent></xs:complexType>\n")}},
+       "a.xsd:4:",
+       "simpleContent other than an extension cannot be mapped"},
       {"an occurrence count that is not one",
        {{"a.xsd", Schema("  <xs:group name=\"G\"><xs:sequence>\n"
                          "    <xs:element name=\"a\" type=\"xs:int\" maxOccurs=\"99999999999\"/>\n"
@@ -161,6 +203,7 @@ TEST_F(GenerateTool, BadSchemasFailWithFileLineAndConstruct) {
       const std::string path = Write(file.first, file.second);
       if (first.empty() || file.first == "a.xsd") first = path;
     }
+    std::system(("rm -rf '" + m_dir + "/out'").c_str());
     const CRun run = Run("-o '" + m_dir + "/out' '" + first + "'");
     EXPECT_EQ(run.status, 1) << c.what;
     EXPECT_EQ(run.errors.rfind("ovxml: ", 0), 0u) << c.what << ": " << run.errors;

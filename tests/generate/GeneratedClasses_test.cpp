@@ -5,6 +5,8 @@
 #include "library/library.h"
 #include "library/people.h"
 #include "unit/TestSupport.h"
+#include "zoo/birds.h"
+#include "zoo/zoo.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -63,6 +65,29 @@ CSmartPtr<T> ExpectRoundTrip(const std::string& xml, std::string expected = std:
     ADD_FAILURE() << e.GetFullMessage();
   }
   return object;
+}
+
+// A document that must fail, read into a new object and written back, and the failure's
+// message (or a part of it).
+struct CFailure {
+  const char* what;
+  std::string xml;
+  const char* message;
+};
+
+template <class T>
+void ExpectFailures(const std::vector<CFailure>& cases) {
+  for (const CFailure& c : cases) {
+    CSmartPtr<T> object = new T();
+    std::string message = "no exception";
+    try {
+      object->FromXml(c.xml.c_str());
+      object->ToXml();
+    } catch (const COvException& e) {
+      message = e.GetFullMessage();
+    }
+    EXPECT_NE(message.find(c.message), std::string::npos) << c.what << ": " << message;
+  }
 }
 
 std::string Library() { return test::ReadFile(OVXML_GENERATE_SOURCE_DIR "/instances/library.xml"); }
@@ -180,12 +205,7 @@ TEST(GeneratedClasses, InvalidDocumentsAndValuesFail) {
     xml.replace(xml.find(from), from.size(), to);
     return xml;
   };
-  struct Case {
-    const char* what;
-    std::string xml;
-    const char* message;
-  };
-  const Case cases[] = {
+  const std::vector<CFailure> cases = {
       {"a missing required element", replaced("<title>Pride and Prejudice</title>", ""),
        "Failed to find a required element [title]"},
       {"an element its restricted type leaves out",
@@ -204,17 +224,7 @@ TEST(GeneratedClasses, InvalidDocumentsAndValuesFail) {
        replaced("<published>1813</published>", "<published>1200</published>"), "1200"},
       {"a pattern broken", replaced("<isbn>0123456789</isbn>", "<isbn>12345</isbn>"), "12345"},
   };
-  for (const Case& c : cases) {
-    CSmartPtr<lib::CLibrary> object = new lib::CLibrary();
-    std::string message = "no exception";
-    try {
-      object->FromXml(c.xml.c_str());
-      object->ToXml();
-    } catch (const COvException& e) {
-      message = e.GetFullMessage();
-    }
-    EXPECT_NE(message.find(c.message), std::string::npos) << c.what << ": " << message;
-  }
+  ExpectFailures<lib::CLibrary>(cases);
 
   // Values set through the accessors are checked when written.
   CSmartPtr<lib::CLibrary> object = new lib::CLibrary();
@@ -229,6 +239,118 @@ TEST(GeneratedClasses, InvalidDocumentsAndValuesFail) {
   EXPECT_EQ(test::MessageOf<COvInvalidStateException>([&] { choice->SetDiagonal(1.0); }),
             "The Property side is already set. Only one element within this class bay be set at "
             "a time");
+}
+
+std::string Zoo() { return test::ReadFile(OVXML_GENERATE_SOURCE_DIR "/instances/zoo.xml"); }
+
+TEST(GeneratedClasses, SubstitutionGroupMembersStandForTheirHeads) {
+  const CSmartPtr<zoo::CZoo> zoo = ExpectRoundTrip<zoo::CZoo>(Zoo());
+  EXPECT_EQ(zoo->GetKeeper(), "Ann");
+  // A head that stands for itself too, and one of its members.
+  ASSERT_TRUE(zoo->IsNoteChoiceSet());
+  EXPECT_EQ(zoo->GetNoteChoice()->GetSelectedElement(), "sign");
+  EXPECT_EQ(zoo->GetNoteChoice()->GetSign(), "Do not feed");
+  // A repeated abstract head: members of members, of another namespace, in any order.
+  const auto& animals = *zoo->GetAnimalChoice();
+  ASSERT_EQ(animals.GetCount(), 5);
+  EXPECT_EQ(animals.Item(0)->GetMammal()->GetName(), "Rex");
+  EXPECT_FALSE(animals.Item(0)->GetMammal()->IsLegsSet());
+  EXPECT_EQ(animals.Item(1)->GetPenguin()->GetWingspan().ToString(), "0.5");
+  EXPECT_EQ(animals.Item(2)->GetCat()->GetLegs(), 3);
+  EXPECT_TRUE(animals.Item(3)->GetReptile()->GetVenomous());
+  EXPECT_EQ(animals.Item(4)->GetBird()->GetName(), "Polly");
+  EXPECT_EQ(zoo->GetCapacity(), 250);
+  EXPECT_EQ(zoo->GetMotto(), "Wild at heart");
+  // A type whose content holds elements of its extension.
+  const auto* vet = dynamic_cast<const zoo::CVet*>(zoo->GetStaffChoice()->GetVet().get());
+  ASSERT_NE(vet, nullptr);
+  EXPECT_EQ(vet->GetLicence(), "V-1");
+  ASSERT_EQ(vet->GetStaffChoice()->GetCount(), 2);
+  EXPECT_EQ(vet->GetStaffChoice()->Item(0)->GetStaff()->GetName(), "Tim");
+  EXPECT_EQ(vet->GetStaffChoice()->Item(1)->GetVet()->GetLicence(), "V-2");
+  // A reference in a choice is branches of that choice.
+  ASSERT_EQ(zoo->GetEnclosure()->GetCount(), 2);
+  EXPECT_EQ(zoo->GetEnclosure()->Item(0)->GetCat()->GetName(), "Felix");
+  EXPECT_EQ(zoo->GetEnclosure()->Item(1)->GetSelectedElement(), "vacant");
+
+  // Built through the accessors, a member is written under its own name.
+  CSmartPtr<zoo::CZoo> built = new zoo::CZoo();
+  built->SetKeeper("Bo");
+  CSmartPtr<zoo::CMammal> cat = new zoo::CMammal();
+  cat->SetName("Kit");
+  built->GetAnimalChoice()->Add()->SetCat(cat);
+  const std::string xml = built->ToXml(false, false);
+  EXPECT_NE(xml.find(":cat>"), std::string::npos) << xml;
+  ExpectRoundTrip<zoo::CZoo>(xml);
+}
+
+// A document whose document element is a member of a substitution group: the factory makes
+// the member's class from the element's name.
+TEST(GeneratedClasses, FactoryMakesTheClassOfADocumentElement) {
+  const std::string xml = test::ReadFile(OVXML_GENERATE_SOURCE_DIR "/instances/penguin.xml");
+  CXmlDocument document;
+  document.LoadXml(xml.c_str());
+  const CXmlElement* root = document.GetDocumentElement();
+  const CSmartPtr<CXmlObjectBase> made =
+      zoo::CZooFactory::CreateForElement(root->GetLocalName(), root->GetNamespaceURI());
+  auto* penguin = dynamic_cast<zoo::CPenguin*>(made.get());
+  ASSERT_NE(penguin, nullptr);
+  penguin->FromXml(xml.c_str());
+  EXPECT_EQ(penguin->GetName(), "Pingu");
+  EXPECT_EQ(CanonicalOf(penguin->ToXml()), CanonicalOf(xml));
+  EXPECT_NE(
+      dynamic_cast<zoo::CCat*>(zoo::CZooFactory::CreateForElement("cat", "urn:test:zoo").get()),
+      nullptr);
+  EXPECT_EQ(zoo::CZooFactory::CreateForElement("animal", "urn:test:zoo"), nullptr);  // abstract
+  EXPECT_EQ(zoo::CZooFactory::CreateForElement("cat", "urn:test:birds"), nullptr);
+}
+
+// An empty element takes its default or fixed value; a document outside the schema fails with
+// the engine's messages: elements that may not stand for a head, xsi:nil (not represented) on a
+// member that cannot read as empty, a fixed value contradicted (checked when written).
+TEST(GeneratedClasses, ZooEmptyElementsAndDocumentsOutsideTheSchema) {
+  const std::string zoo = Zoo();
+  const auto replaced = [&](std::string xml, const std::string& from, const std::string& to) {
+    for (std::size_t at = 0; (at = xml.find(from, at)) != std::string::npos; at += to.size()) {
+      xml.replace(at, from.size(), to);
+    }
+    return xml;
+  };
+  const std::string nil =
+      " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xsi:nil=\"true\"";
+  std::string empty = replaced(zoo, "<capacity>250</capacity>", "<capacity/>");
+  empty = replaced(empty, "<status>open</status>", "<status/>");
+  empty = replaced(empty, "<legs>3</legs>", "<legs></legs>");
+  empty = replaced(empty, "<keeper>Ann</keeper>", "<keeper" + nil + "/>");
+  std::string filled = replaced(zoo, "<capacity>250</capacity>", "<capacity>100</capacity>");
+  filled = replaced(filled, "<legs>3</legs>", "<legs>4</legs>");
+  filled = replaced(filled, "<keeper>Ann</keeper>", "<keeper/>");
+  const CSmartPtr<zoo::CZoo> read = ExpectRoundTrip<zoo::CZoo>(empty, filled);
+  EXPECT_EQ(read->GetCapacity(), 100);
+  EXPECT_EQ(read->GetStatus(), "open");
+  EXPECT_EQ(read->GetAnimalChoice()->Item(2)->GetCat()->GetLegs(), 4);
+  EXPECT_EQ(read->GetKeeper(), "");
+
+  const std::vector<CFailure> cases = {
+      {"an abstract head", replaced(zoo, "mammal>", "animal>"),
+       "The Minimum number of [ZooAnimalChoice] elements allowed in this collection is 1"},
+      {"an abstract member",
+       replaced(replaced(zoo, "reptile", "unicorn"), " venomous=\"true\"", ""),
+       "The unexpected element [unicorn] remains un processed"},
+      {"a member of another namespace", replaced(zoo, "b:bird>", "bird>"),
+       "The unexpected element [bird] remains un processed"},
+      {"a member of a head that blocks substitution", replaced(zoo, "motto>", "slogan>"),
+       "The unexpected element [slogan] remains un processed"},
+      {"two members for one head", replaced(zoo, "<sign>", "<note>a</note><sign>"),
+       "The Minimum number of [ZooAnimalChoice] elements allowed in this collection is 1"},
+      {"xsi:nil on a number", replaced(zoo, "<budget>1000.5</budget>", "<budget" + nil + "/>"),
+       "The element [budget] is empty: xsi:nil is not represented"},
+      {"xsi:nil on a class", replaced(zoo, "<mammal>", "<mammal" + nil + ">"),
+       "Unexpected Attribute [nil] found."},
+      {"a fixed value contradicted", replaced(zoo, "<status>open", "<status>closed"),
+       "Invalid Value for status [closed]"},
+  };
+  ExpectFailures<zoo::CZoo>(cases);
 }
 
 TEST(GeneratedClasses, CleanUpFreesTheTablesAndTheyComeBack) {

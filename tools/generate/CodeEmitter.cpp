@@ -230,6 +230,16 @@ bool HeldOptional(const CMemberModel& member) {
          (member.kind == Kind::Primitive || member.kind == Kind::Enum);
 }
 
+// Whether a member's descriptor hands over the element's raw text (as a string, with no
+// whitespace rule), which the accessor converts itself: to give an empty element its default or
+// fixed value, or to refuse an empty nillable element that an empty text would not read as
+// (xsi:nil, not represented, would otherwise read as a number 0).
+bool ReadsRawText(const CMemberModel& member) {
+  return member.kind == Kind::Primitive && member.cardinality != Cardinality::Collection &&
+         (!member.valueConstraintKind.empty() ||
+          (member.nillable && member.simple.tag != "string"));
+}
+
 std::string FactoryClass(const CEmitOptions& options) {
   return "C" + PascalCase(options.factoryBase) + "Factory";
 }
@@ -420,6 +430,12 @@ class CGroupCollection : public CMemberCollection<T> {
     out << "  static OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> Create(int classId,\n"
            "                                                            const char* "
            "elementName);\n";
+    out << "  // A new object of the class of the global element `localName` of the namespace "
+           "`ns`,\n"
+           "  // to read a document whose document element it is (a member of a substitution\n"
+           "  // group, say); null when the element has no class or is abstract.\n";
+    out << "  static OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> CreateForElement(\n"
+           "      const std::string& localName, const std::string& ns);\n";
     for (const auto& model : m_schemas.classes) {
       if (!model->Substitutable()) continue;
       out << "  // The class of " << model->typeName
@@ -524,6 +540,21 @@ struct CTableCleaner : OvXmlLib6::CXmlGeneratedClass {
   }
 };
 
+// The text of an element, or the value the schema gives it when it is empty.
+inline std::string TextOr(const std::string& text, const char* whenEmpty) {
+  return text.empty() ? std::string(whenEmpty) : text;
+}
+
+// The text of a nillable element that is not a string, which an empty element (one marked
+// xsi:nil, say) does not give: empty throws.
+inline const std::string& NotEmpty(const std::string& text, const char* element) {
+  if (text.empty()) {
+    throw OvXmlLib6::COvValidationException(OvXmlLib6::FormatString(
+        "The element [%s] is empty: xsi:nil is not represented", element));
+  }
+  return text;
+}
+
 [[noreturn]] inline void NoProperty(const char* className, int index) {
   throw OvXmlLib6::COvInvalidParamException(
       OvXmlLib6::FormatString("%s has no property %d", className, index));
@@ -567,6 +598,18 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
       out << "    case " << ClassIdName(*model) << ":\n      return new " << model->name << "();\n";
     }
     out << "    default:\n      return nullptr;\n  }\n}\n\n";
+    out << "OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> " << m_factory
+        << "::CreateForElement(const std::string& localName,\n"
+           "                                                                    const "
+           "std::string& ns) {\n";
+    // Reading gives the object the document element's name, whatever its class's own.
+    for (const CGlobalElementModel& element : m_schemas.globalElements) {
+      out << "  if (localName == " << Literal(element.name)
+          << " && ns == " << Literal(element.targetNamespace) << ") return new "
+          << element.type->name << "();\n";
+    }
+    if (m_schemas.globalElements.empty()) out << "  (void)localName;\n  (void)ns;\n";
+    out << "  return nullptr;\n}\n\n";
     for (const auto& model : m_schemas.classes) {
       if (!model->Substitutable()) continue;
       out << "OvXmlLib6::CSmartPtr<OvXmlLib6::CXmlObjectBase> " << m_factory
@@ -827,7 +870,32 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
     } else if (member.kind != Kind::Text && member.kind != Kind::AnyAttribute) {
       what += ", required";
     }
-    return "  // " + what + ".\n";
+    std::string notes;
+    if (!member.valueConstraintKind.empty()) {
+      notes += ReadsRawText(member)
+                   ? "  // An empty element reads as its " + member.valueConstraintKind +
+                         " value, " + member.valueConstraint + ".\n"
+                   : "  // The schema's " + member.valueConstraintKind + " value, " +
+                         member.valueConstraint + ", is not applied to an empty element here.\n";
+    }
+    if (member.nillable) {
+      const char* outcome = "fails as empty.";
+      if (ReadsRawText(member) && !member.valueConstraintKind.empty()) {
+        outcome = "reads as\n  // that value.";
+      } else if (member.kind == Kind::Class || member.kind == Kind::Substitution) {
+        outcome = "fails as an\n  // unexpected attribute (unless its class accepts any).";
+      } else if (member.kind == Kind::AnyElement) {
+        outcome = "is held with\n  // the attribute.";
+      } else if (member.kind == Kind::Enum) {
+        outcome = "fails as a\n  // text that is not one of the enumeration.";
+      } else if (member.simple.tag == "string") {
+        outcome = "reads as its\n  // empty text.";
+      }
+      notes +=
+          std::string("  // Nillable, but xsi:nil is not represented: an element marked nil ") +
+          outcome + "\n";
+    }
+    return "  // " + what + ".\n" + notes;
   }
 
   // An inline member function of one statement: on one line when it fits.
@@ -965,7 +1033,10 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
       switch (member.kind) {
         case Kind::Primitive:
           text = prefix + "Prim" + card + common;
-          if (member.cardinality != Cardinality::Collection) {
+          if (ReadsRawText(member)) {
+            text += ", ItemType_string, nullptr, " + RuleName("Preserve") + ", " +
+                    restrictions(member.simple.facets);
+          } else if (member.cardinality != Cardinality::Collection) {
             text += ", ItemType_" + member.simple.tag + ", nullptr, " +
                     RuleName(member.simple.rule) + ", " + restrictions(member.simple.facets);
           }
@@ -1227,9 +1298,15 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
     const std::string set = isEnum ? "SetI4" : "Set" + variant;
     std::string get = isEnum ? "static_cast<" + member.simple.enumeration->name + ">(value.GetI4())"
                              : "value.Get" + variant + "()";
-    if (member.kind == Kind::Text) {
+    if (member.kind == Kind::Text || ReadsRawText(member)) {
       // The element's text comes as a string, whatever the value's type.
-      get = "CConversions::" + member.simple.tag + "FromString(value.GetString(), " +
+      std::string text = "value.GetString()";
+      if (member.kind != Kind::Text) {
+        text = member.valueConstraintKind.empty()
+                   ? "detail::NotEmpty(" + text + ", " + Literal(member.xmlName) + ")"
+                   : "detail::TextOr(" + text + ", " + Literal(member.valueConstraint) + ")";
+      }
+      get = "CConversions::" + member.simple.tag + "FromString(" + text + ", " +
             RuleName(member.simple.rule) + ")";
     }
     const bool choice = IsChoice(model) && !member.attribute && member.kind != Kind::Text;
@@ -1271,6 +1348,9 @@ inline int EnumValue(const char* const* texts, int count, const char* text,
       }
     }
     out << "    default:\n";
+    if (model.base == nullptr && model.propertyCount == model.firstOwnIndex) {
+      out << "      (void)read;  // a class without properties\n      (void)value;\n";
+    }
     if (model.base != nullptr) {
       out << "      " << model.base->name << "::AccessProperty(index, read, value);\n";
     } else {

@@ -74,9 +74,14 @@ struct CMemberModel {
   CClassModel* type = nullptr;  // Class, Substitution
   bool pseudo = false;          // a group without a tag of its own
   std::string restriction;      // wildcard namespace constraint
-  bool hasDefault = false;
+  bool hasDefault = false;      // an attribute's default or fixed value, which the tables hold
   std::string defaultValue;
-  int index = 0;  // the property index
+  // An element's default or fixed value ("default" or "fixed", empty for neither): the value of
+  // the element when it is present and empty, which the engine does not apply.
+  std::string valueConstraintKind;
+  std::string valueConstraint;
+  bool nillable = false;  // an element that documents may mark xsi:nil
+  int index = 0;          // the property index
 };
 
 struct CClassModel {
@@ -107,9 +112,17 @@ struct CClassModel {
   bool Substitutable() const { return abstract || !derived.empty(); }
 };
 
+// A global element that a document may have as its document element, and its class.
+struct CGlobalElementModel {
+  std::string name;
+  std::string targetNamespace;
+  const CClassModel* type = nullptr;
+};
+
 // What the reader hands to the emitter.
 struct CSchemaSet {
   std::vector<std::unique_ptr<CClassModel>> classes;  // in a deterministic order
+  std::vector<CGlobalElementModel> globalElements;    // of a class type, not abstract
   std::vector<std::unique_ptr<CEnumModel>> enums;
   std::vector<std::string> files;             // every schema file read, in reading order
   std::vector<std::string> targetNamespaces;  // of each output

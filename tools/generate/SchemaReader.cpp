@@ -75,6 +75,12 @@ std::string Trim(const std::string& text) {
   return text.substr(first, last - first + 1);
 }
 
+// A boolean attribute's value.
+bool IsTrue(const std::string& text) {
+  const std::string value = Trim(text);
+  return value == "true" || value == "1";
+}
+
 // A count (occurrences, a length facet): decimal digits, blanks around them allowed, at most
 // INT_MAX.
 bool ParseCount(const std::string& text, int* value) {
@@ -116,6 +122,7 @@ class CReader {
     }
     for (const auto& doc : m_docs) Index(*doc);
     for (const auto& doc : m_docs) BuildGlobals(*doc);
+    for (const CPending& next : m_pending) Fill(*next.doc, next.complexType, next.model);
     Finish();
     return std::move(m_set);
   }
@@ -133,8 +140,8 @@ class CReader {
   static std::string Construct(const CXmlElement* element) {
     if (element == nullptr) return "the schema";
     std::string text = "<xs:" + element->GetLocalName();
-    for (const char* name : {"name", "ref", "type", "base", "value", "schemaLocation", "namespace",
-                             "minOccurs", "maxOccurs", "use"}) {
+    for (const char* name : {"name", "ref", "substitutionGroup", "type", "base", "value",
+                             "schemaLocation", "namespace", "minOccurs", "maxOccurs", "use"}) {
       std::string value;
       if (Attribute(element, name, &value)) text += std::string(" ") + name + "=\"" + value + "\"";
     }
@@ -258,6 +265,7 @@ class CReader {
                  std::to_string(first.doc->tree->GetElementLine(first.element)));
       }
       (*table)[key] = CComponent{&doc, child};
+      if (table == &m_elements) m_elementOrder.push_back(CComponent{&doc, child});
     }
   }
 
@@ -537,27 +545,85 @@ class CReader {
     return m_set.classes.back().get();
   }
 
-  // The class of a complexType element (global or anonymous), built on first use.
+  // The class of a complexType element (global or anonymous), built on first use. A type
+  // reached through a member while a type it derives from is still being built (a type whose
+  // content holds elements of its extensions) is built once the outermost type is complete.
   CClassModel* ClassOfType(CDoc& doc, CXmlElement* complexType, const std::string& stem) {
     const auto found = m_classes.find(complexType);
     if (found != m_classes.end()) {
-      if (found->second->resolving) {
-        // A member of its own type is fine; a base of its own is not.
-        if (m_resolvingBase) Fail(doc, complexType, "the type is derived from itself");
+      CClassModel* model = found->second;
+      const auto pending = std::find_if(m_pending.begin(), m_pending.end(),
+                                        [&](const CPending& p) { return p.model == model; });
+      if (pending != m_pending.end() && m_resolvingBase) {
+        m_pending.erase(pending);  // needed complete now, as a base
+        Fill(doc, complexType, model);
+      } else if (model->resolving && m_resolvingBase) {
+        // A member of its own type is fine; a base of its own is not, and neither is a base
+        // whose content, still being built, needs the type that extends it complete.
+        bool cycle = true;
+        for (auto it = m_filling.rbegin(); it != m_filling.rend() && it->first != model; ++it) {
+          cycle = cycle && it->second;
+        }
+        if (cycle) Fail(doc, complexType, "the type is derived from itself");
+        Fail(doc, complexType,
+             "an element in the type's content has a type that extends it, which cannot be "
+             "mapped");
       }
-      return found->second;
+      return model;
     }
     CClassModel* model = NewClass(doc, complexType, stem);
     m_classes[complexType] = model;
     std::string name;
     if (Attribute(complexType, "name", &name)) model->typeName = name;
+    if (!m_resolvingBase && ExtendsIncomplete(doc, complexType)) {
+      m_pending.push_back({&doc, complexType, model});
+      return model;
+    }
+    Fill(doc, complexType, model);
+    // Outermost: the types put off are built now, each maybe putting off more.
+    while (m_filling.empty() && !m_pending.empty()) {
+      const CPending next = m_pending.front();
+      m_pending.erase(m_pending.begin());
+      Fill(*next.doc, next.complexType, next.model);
+    }
+    return model;
+  }
+
+  void Fill(CDoc& doc, CXmlElement* complexType, CClassModel* model) {
+    m_filling.emplace_back(model, m_resolvingBase);
     // The groups being expanded belong to the class that refers to this type: a group that
     // reaches itself through an element's type is recursion through a class, which is fine.
     std::vector<const CXmlElement*> outerGroups;
     outerGroups.swap(m_expandingGroups);
+    // Likewise a base being resolved: the types of its members may refer to it.
+    const bool resolvingBase = m_resolvingBase;
+    m_resolvingBase = false;
     FillComplexType(doc, complexType, model);
+    m_resolvingBase = resolvingBase;
     outerGroups.swap(m_expandingGroups);
-    return model;
+    m_filling.pop_back();
+  }
+
+  // Whether a complex type derives from a type whose class is being built.
+  bool ExtendsIncomplete(const CDoc& doc, const CXmlElement* complexType) {
+    const CDoc* at = &doc;
+    const CXmlElement* type = complexType;
+    for (int step = 0; step < 10000; ++step) {  // a derivation cycle is reported when built
+      const CXmlElement* content = FirstChild(type, "complexContent");
+      if (content == nullptr) content = FirstChild(type, "simpleContent");
+      const CXmlElement* derivation = content ? FirstChild(content, "extension") : nullptr;
+      if (content != nullptr && derivation == nullptr)
+        derivation = FirstChild(content, "restriction");
+      std::string base;
+      if (derivation == nullptr || !Attribute(derivation, "base", &base)) return false;
+      const auto found = m_types.find(ResolveQName(*at, derivation, base));
+      if (found == m_types.end()) return false;
+      const auto model = m_classes.find(found->second.element);
+      if (model != m_classes.end() && model->second->resolving) return true;
+      at = found->second.doc;
+      type = found->second.element;
+    }
+    return false;
   }
 
   void Inherit(CClassModel* model, CClassModel* base) {
@@ -591,8 +657,7 @@ class CReader {
 
   void FillComplexType(CDoc& doc, CXmlElement* complexType, CClassModel* model) {
     model->resolving = true;
-    model->abstract = AttributeOr(complexType, "abstract", "false") == "true" ||
-                      AttributeOr(complexType, "abstract", "false") == "1";
+    model->abstract = IsTrue(AttributeOr(complexType, "abstract", "false"));
     bool mixed = AttributeOr(complexType, "mixed", "false") == "true";
     for (CXmlElement* child = complexType->GetFirstElement(); child != nullptr;
          child = child->GetNextSiblingElement()) {
@@ -728,6 +793,11 @@ class CReader {
             !IsXsd(particle, "annotation")) {
           Fail(doc, particle, "a model group nested in a restriction cannot be mapped");
         }
+        CComponent head;
+        std::vector<CComponent> branches;
+        if (ReferencesHead(doc, particle, &head, &branches)) {
+          Fail(doc, particle, "the head of a substitution group in a restriction cannot be mapped");
+        }
       }
       scratch.group = KindOf(child);
       if (base->elements.size() > 1 && scratch.group != base->group) {
@@ -851,6 +921,13 @@ class CReader {
     }
     if (maxOccurs == 0) return;  // a particle that cannot occur has nothing to hold
     if (IsXsd(particle, "element")) {
+      CComponent head;
+      std::vector<CComponent> branches;
+      if (ReferencesHead(doc, particle, &head, &branches)) {
+        SubstitutionGroup(doc, particle, model, kind, optional, minOccurs, maxOccurs, head,
+                          branches);
+        return;
+      }
       AddElement(doc, particle, model, kind, optional, minOccurs, maxOccurs);
     } else if (IsXsd(particle, "any")) {
       CMemberModel member;
@@ -862,23 +939,14 @@ class CReader {
       AddMember(doc, particle, model, std::move(member));
     } else if (IsXsd(particle, "sequence") || IsXsd(particle, "choice") || IsXsd(particle, "all")) {
       const GroupKind inner = KindOf(particle);
-      if (inner == kind && kind != GroupKind::All && maxOccurs == 1 &&
-          (kind == GroupKind::Sequence || minOccurs == 1)) {
-        // A sequence in a sequence, or a choice in a choice, adds no structure of its own.
-        AddParticles(doc, particle, model, kind, optional || minOccurs == 0);
-        return;
-      }
       const char* word = inner == GroupKind::Choice ? "Choice"
                          : inner == GroupKind::All  ? "All"
                                                     : "Sequence";
-      CClassModel* group = NewClass(doc, particle, StemOf(*model) + word);
-      group->pseudo = true;
-      group->elementName = StemOf(*group);
-      group->group = inner;
-      group->resolving = true;
-      AddParticles(doc, particle, group, inner, false);
-      Seal(doc, particle, group);
-      AddGroupMember(doc, particle, model, group, kind, optional, minOccurs, maxOccurs);
+      NestedGroup(doc, particle, model, kind, optional, inner, minOccurs, maxOccurs,
+                  StemOf(*model) + word, std::string(),
+                  [&](CClassModel* target, GroupKind targetKind, bool targetOptional) {
+                    AddParticles(doc, particle, target, targetKind, targetOptional);
+                  });
     } else if (IsXsd(particle, "group")) {
       const CComponent& definition = Lookup(m_groups, doc, particle, "ref", "group");
       CClassModel* group = ClassOfGroup(*definition.doc, definition.element);
@@ -886,6 +954,59 @@ class CReader {
     } else {
       Fail(doc, particle, "unexpected element in a model group");
     }
+  }
+
+  // A nested sequence, choice or all whose particles `fill` adds: a sequence in a sequence, or a
+  // choice in a choice, adds no structure of its own; any other is a pseudo element of a class
+  // of its own, named `stem`, under the accessor `accessor` (empty: the class's stem).
+  void NestedGroup(CDoc& doc, CXmlElement* particle, CClassModel* model, GroupKind kind,
+                   bool optional, GroupKind inner, int minOccurs, int maxOccurs,
+                   const std::string& stem, const std::string& accessor,
+                   const std::function<void(CClassModel*, GroupKind, bool)>& fill) {
+    if (inner == kind && kind != GroupKind::All && maxOccurs == 1 &&
+        (kind == GroupKind::Sequence || minOccurs == 1)) {
+      fill(model, kind, optional || minOccurs == 0);
+      return;
+    }
+    CClassModel* group = NewClass(doc, particle, stem);
+    group->pseudo = true;
+    group->elementName = StemOf(*group);
+    group->group = inner;
+    group->resolving = true;
+    fill(group, inner, false);
+    Seal(doc, particle, group);
+    AddGroupMember(doc, particle, model, group, kind, optional, minOccurs, maxOccurs);
+    if (!accessor.empty()) model->elements.back().accessor = accessor;
+  }
+
+  // A reference to the head of a substitution group: a choice of the head (unless abstract) and
+  // of every member that may stand for it, with the reference's occurrences.
+  void SubstitutionGroup(CDoc& doc, CXmlElement* particle, CClassModel* model, GroupKind kind,
+                         bool optional, int minOccurs, int maxOccurs, const CComponent& head,
+                         const std::vector<CComponent>& branches) {
+    std::string name;
+    Attribute(head.element, "name", &name);
+    if (branches.empty()) {
+      // Nothing can stand for it: a reference that may be left out, or a branch of a choice that
+      // cannot be taken, holds nothing.
+      if (minOccurs == 0 || optional || kind == GroupKind::Choice) return;
+      Fail(doc, particle,
+           "the abstract element '" + name + "' has no substitution group member to stand for it");
+    }
+    if (kind == GroupKind::All) {
+      Fail(doc, particle, "the head of a substitution group in an all group cannot be mapped");
+    }
+    NestedGroup(doc, particle, model, kind, optional, GroupKind::Choice, minOccurs, maxOccurs,
+                StemOf(*model) + PascalCase(name) + "Choice", PascalCase(name) + "Choice",
+                [&](CClassModel* target, GroupKind targetKind, bool targetOptional) {
+                  for (const CComponent& branch : branches) {
+                    CMemberModel member;
+                    Attribute(branch.element, "name", &member.xmlName);
+                    member.xmlNs = branch.doc->targetNamespace;
+                    AddDeclaredElement(doc, particle, *branch.doc, branch.element, target,
+                                       std::move(member), targetKind, targetOptional, 1, 1);
+                  }
+                });
   }
 
   CClassModel* ClassOfGroup(CDoc& doc, CXmlElement* definition) {
@@ -969,32 +1090,247 @@ class CReader {
     CXmlElement* decl = particle;
     CMemberModel member;
     Declaration(doc, m_elements, "element", doc.elementsQualified, &declDoc, &decl, &member);
-    CheckElementDeclaration(*declDoc, decl);
-    member.accessor = PascalCase(member.xmlName);
-    SetOccurs(&member, minOccurs, maxOccurs, kind, optional);
-    ElementType(*declDoc, decl, model, &member);
-    AddMember(doc, particle, model, std::move(member));
+    AddDeclaredElement(doc, particle, *declDoc, decl, model, std::move(member), kind, optional,
+                       minOccurs, maxOccurs);
   }
 
-  void CheckElementDeclaration(CDoc& doc, CXmlElement* decl) {
-    if (Attribute(decl, "substitutionGroup", nullptr)) {
-      Fail(doc, decl, "substitution groups cannot be mapped");
+  // The member of the element declaration `decl`, whose name `member` holds already, for the
+  // particle `at`.
+  void AddDeclaredElement(CDoc& doc, CXmlElement* at, CDoc& declDoc, CXmlElement* decl,
+                          CClassModel* model, CMemberModel member, GroupKind kind, bool optional,
+                          int minOccurs, int maxOccurs) {
+    CheckSubstitution(declDoc, decl);
+    member.accessor = PascalCase(member.xmlName);
+    SetOccurs(&member, minOccurs, maxOccurs, kind, optional);
+    ElementType(declDoc, decl, model, &member);
+    member.nillable = IsTrue(AttributeOr(decl, "nillable", "false"));
+    const CXmlElement* source =
+        Attribute(at, "default", nullptr) || Attribute(at, "fixed", nullptr) ? at : decl;
+    for (const char* kind : {"default", "fixed"}) {
+      if (Attribute(source, kind, &member.valueConstraint)) member.valueConstraintKind = kind;
     }
-    if (AttributeOr(decl, "abstract", "false") == "true") {
-      Fail(doc, decl, "abstract elements cannot be mapped");
+    AddMember(doc, at, model, std::move(member));
+  }
+
+  // ---- Substitution groups ----
+
+  // The heads a global element's substitutionGroup names (none without one).
+  std::vector<CComponent> HeadsOf(const CComponent& element) {
+    std::vector<CComponent> heads;
+    std::string list;
+    if (!Attribute(element.element, "substitutionGroup", &list)) return heads;
+    std::size_t from = 0;
+    while ((from = list.find_first_not_of(" \t\r\n", from)) != std::string::npos) {
+      const std::size_t end = std::min(list.find_first_of(" \t\r\n", from), list.size());
+      const std::string text = list.substr(from, end - from);
+      const auto found = m_elements.find(ResolveQName(*element.doc, element.element, text));
+      if (found == m_elements.end()) {
+        Fail(*element.doc, element.element, "undefined substitution group head '" + text + "'");
+      }
+      heads.push_back(found->second);
+      from = end;
     }
-    if (AttributeOr(decl, "nillable", "false") == "true") {
-      Fail(doc, decl, "nillable elements cannot be mapped");
+    return heads;
+  }
+
+  // Whether `element` may stand for `head` through its substitution groups, transitively.
+  // `path` holds the elements whose groups are being followed, to find a cycle.
+  bool StandsFor(const CComponent& element, const CXmlElement* head,
+                 std::vector<const CXmlElement*>* path) {
+    if (std::find(path->begin(), path->end(), element.element) != path->end()) {
+      std::string name;
+      Attribute(element.element, "name", &name);
+      Fail(*element.doc, element.element,
+           "the substitution groups of '" + name + "' lead back to it");
     }
-    if (Attribute(decl, "default", nullptr)) {
-      Fail(doc, decl, "element default values cannot be mapped");
+    path->push_back(element.element);
+    bool found = false;
+    for (const CComponent& direct : HeadsOf(element)) {
+      found = found || direct.element == head || StandsFor(direct, head, path);
+    }
+    path->pop_back();
+    return found;
+  }
+
+  // What a reference to `head` may be in a document: the head unless abstract, then every
+  // member of its substitution group that is not abstract, in document order (none when the
+  // head blocks substitution).
+  const std::vector<CComponent>& Substitutes(const CComponent& head) {
+    const auto cached = m_substitutes.find(head.element);
+    if (cached != m_substitutes.end()) return cached->second;
+    std::vector<CComponent>& branches = m_substitutes[head.element];
+    if (!IsTrue(AttributeOr(head.element, "abstract", "false"))) branches.push_back(head);
+    const std::string block =
+        " " + AttributeOr(head.element, "block", AttributeOr(head.doc->root, "blockDefault", "")) +
+        " ";
+    if (std::regex_search(block, std::regex("\\s(substitution|#all)\\s"))) return branches;
+    for (const CComponent& element : m_elementOrder) {
+      std::vector<const CXmlElement*> path;
+      if (element.element != head.element &&
+          !IsTrue(AttributeOr(element.element, "abstract", "false")) &&
+          StandsFor(element, head.element, &path)) {
+        branches.push_back(element);
+      }
+    }
+    return branches;
+  }
+
+  // Whether an element particle refers to an abstract element or to the head of a substitution
+  // group; if so, that element and what may stand for it.
+  bool ReferencesHead(CDoc& doc, CXmlElement* particle, CComponent* head,
+                      std::vector<CComponent>* branches) {
+    if (!Attribute(particle, "ref", nullptr)) return false;
+    *head = Lookup(m_elements, doc, particle, "ref", "element");
+    *branches = Substitutes(*head);
+    return branches->size() != 1 || (*branches)[0].element != head->element;
+  }
+
+  // The declaration whose type an element has: its own, or for a member of a substitution group
+  // that names no type, its head's.
+  CComponent TypeSource(const CComponent& element) {
+    if (Attribute(element.element, "type", nullptr) ||
+        FirstChild(element.element, "complexType") != nullptr ||
+        FirstChild(element.element, "simpleType") != nullptr) {
+      return element;
+    }
+    const std::vector<CComponent> heads = HeadsOf(element);
+    return heads.empty() ? element : TypeSource(heads[0]);
+  }
+
+  // A type: a simpleType or complexType declaration, or a built-in type by name.
+  struct CTypeRef {
+    const CDoc* doc = nullptr;  // where a declaration is
+    const CXmlElement* element = nullptr;
+    std::string builtin;  // the XML Schema type's local name; "anyType" for no type at all
+    bool operator==(const CTypeRef& other) const {
+      return element == other.element && builtin == other.builtin;
+    }
+  };
+
+  CTypeRef TypeByName(const CDoc& doc, const CXmlElement* at, const std::string& text) {
+    const CQName name = ResolveQName(doc, at, text);
+    CTypeRef type;
+    if (name.first == kXsd) {
+      type.builtin = name.second;
+    } else {
+      const auto found = m_types.find(name);
+      if (found == m_types.end()) Fail(doc, at, "undefined type '" + text + "'");
+      type.doc = found->second.doc;
+      type.element = found->second.element;
+    }
+    return type;
+  }
+
+  CTypeRef TypeOf(const CComponent& element) {
+    const CComponent source = TypeSource(element);
+    CTypeRef type;
+    std::string name;
+    if (Attribute(source.element, "type", &name))
+      return TypeByName(*source.doc, source.element, name);
+    type.doc = source.doc;
+    type.element = FirstChild(source.element, "complexType");
+    if (type.element == nullptr) type.element = FirstChild(source.element, "simpleType");
+    if (type.element == nullptr) type.builtin = "anyType";
+    return type;
+  }
+
+  // The type a type is derived from; anyType's is anyType.
+  CTypeRef BaseOf(const CTypeRef& type) {
+    static const std::map<std::string, std::string> builtins = {
+        {"normalizedString", "string"},
+        {"token", "normalizedString"},
+        {"language", "token"},
+        {"Name", "token"},
+        {"NMTOKEN", "token"},
+        {"NCName", "Name"},
+        {"ID", "NCName"},
+        {"IDREF", "NCName"},
+        {"ENTITY", "NCName"},
+        {"integer", "decimal"},
+        {"nonPositiveInteger", "integer"},
+        {"negativeInteger", "nonPositiveInteger"},
+        {"long", "integer"},
+        {"int", "long"},
+        {"short", "int"},
+        {"byte", "short"},
+        {"nonNegativeInteger", "integer"},
+        {"positiveInteger", "nonNegativeInteger"},
+        {"unsignedLong", "nonNegativeInteger"},
+        {"unsignedInt", "unsignedLong"},
+        {"unsignedShort", "unsignedInt"},
+        {"unsignedByte", "unsignedShort"}};
+    CTypeRef base;
+    if (type.element == nullptr) {
+      const auto found = builtins.find(type.builtin);
+      base.builtin = found != builtins.end() ? found->second
+                     : type.builtin == "anyType" || type.builtin == "anySimpleType"
+                         ? "anyType"
+                         : "anySimpleType";
+      return base;
+    }
+    const CDoc& doc = *type.doc;
+    for (const char* content : {"complexContent", "simpleContent"}) {
+      if (const CXmlElement* holder = FirstChild(type.element, content)) {
+        const CXmlElement* derivation = FirstChild(holder, "extension");
+        if (derivation == nullptr) derivation = FirstChild(holder, "restriction");
+        std::string name;
+        if (derivation != nullptr && Attribute(derivation, "base", &name)) {
+          return TypeByName(doc, derivation, name);
+        }
+      }
+    }
+    if (const CXmlElement* restriction = FirstChild(type.element, "restriction")) {
+      std::string name;
+      if (Attribute(restriction, "base", &name)) return TypeByName(doc, restriction, name);
+      base.doc = type.doc;
+      base.element = FirstChild(restriction, "simpleType");
+      if (base.element != nullptr) return base;
+    }
+    base.builtin = IsXsd(type.element, "simpleType") ? "anySimpleType" : "anyType";
+    return base;
+  }
+
+  // Whether `type` is `ancestor` or derived from it, through extensions and restrictions.
+  bool DerivesFrom(CTypeRef type, const CTypeRef& ancestor) {
+    for (int step = 0; step < 10000; ++step) {  // a derivation cycle is reported elsewhere
+      if (type == ancestor) return true;
+      if (type.element == nullptr && type.builtin == "anyType") return false;
+      type = BaseOf(type);
+    }
+    return false;
+  }
+
+  // A global element in substitution groups: their heads are declared, they do not lead back
+  // to it, and its type derives from each head's.
+  void CheckSubstitution(CDoc& doc, CXmlElement* decl) {
+    if (!Attribute(decl, "substitutionGroup", nullptr) || !m_checkedMembers.insert(decl).second) {
+      return;
+    }
+    const CComponent element{&doc, decl};
+    std::vector<const CXmlElement*> path;
+    StandsFor(element, nullptr, &path);
+    const CTypeRef type = TypeOf(element);
+    for (const CComponent& head : HeadsOf(element)) {
+      if (!DerivesFrom(type, TypeOf(head))) {
+        std::string name;
+        std::string headName;
+        Attribute(decl, "name", &name);
+        Attribute(head.element, "name", &headName);
+        Fail(doc, decl,
+             "the type of '" + name +
+                 "' does not derive from the type of its substitution group "
+                 "head '" +
+                 headName + "'");
+      }
     }
   }
 
   // The kind and type of an element member.
   void ElementType(CDoc& doc, CXmlElement* decl, CClassModel* owner, CMemberModel* member) {
-    CXmlElement* complexType = FirstChild(decl, "complexType");
-    CXmlElement* simpleType = FirstChild(decl, "simpleType");
+    const CComponent source = TypeSource(CComponent{&doc, decl});
+    CDoc& typeDoc = *source.doc;
+    CXmlElement* complexType = FirstChild(source.element, "complexType");
+    CXmlElement* simpleType = FirstChild(source.element, "simpleType");
     const std::string hint = StemOf(*owner) + PascalCase(member->xmlName);
     CSimpleType simple;
     bool isSimple = false;
@@ -1004,14 +1340,14 @@ class CReader {
                                              m_naming.classSuffix) == 0
                                    ? member->xmlName
                                    : hint;
-      type = ClassOfType(doc, complexType, stem);
-      type->elementName = member->xmlName;
+      type = ClassOfType(typeDoc, complexType, stem);
+      if (source.element == decl) type->elementName = member->xmlName;
     } else if (simpleType != nullptr) {
-      simple = SimpleTypeOf(doc, simpleType, hint);
+      simple = SimpleTypeOf(typeDoc, simpleType, hint);
       isSimple = true;
-    } else if (Attribute(decl, "type", nullptr)) {
+    } else if (Attribute(source.element, "type", nullptr)) {
       const CComponent* complex = nullptr;
-      isSimple = ResolveSimpleByName(doc, decl, "type", &simple, &complex);
+      isSimple = ResolveSimpleByName(typeDoc, source.element, "type", &simple, &complex);
       if (!isSimple && complex != nullptr) {
         std::string name;
         Attribute(complex->element, "name", &name);
@@ -1219,30 +1555,43 @@ class CReader {
   // A global element: its class is the class of its anonymous type, or a class of its own
   // derived from its named type that only gives new objects the element's name.
   void GlobalElement(CDoc& doc, CXmlElement* element, const std::string& name) {
-    CheckElementDeclaration(doc, element);
-    CXmlElement* complexType = FirstChild(element, "complexType");
+    CheckSubstitution(doc, element);
+    const CClassModel* model = GlobalElementClass(doc, element, name);
+    if (model != nullptr && !model->abstract &&
+        !IsTrue(AttributeOr(element, "abstract", "false"))) {
+      m_set.globalElements.push_back({name, doc.targetNamespace, model});
+    }
+  }
+
+  // The class whose objects a global element is read into; null for a simple type.
+  CClassModel* GlobalElementClass(CDoc& doc, CXmlElement* element, const std::string& name) {
+    const CComponent source = TypeSource(CComponent{&doc, element});
+    CXmlElement* complexType = FirstChild(source.element, "complexType");
     if (complexType != nullptr) {
-      CClassModel* model = ClassOfType(doc, complexType, name);
-      model->elementName = name;
-      return;
+      CClassModel* model = ClassOfType(*source.doc, complexType, name);
+      if (source.element == element) model->elementName = name;
+      return model;
     }
-    CXmlElement* simpleType = FirstChild(element, "simpleType");
+    CXmlElement* simpleType = FirstChild(source.element, "simpleType");
     if (simpleType != nullptr) {
-      SimpleTypeOf(doc, simpleType, name);
-      return;
+      SimpleTypeOf(*source.doc, simpleType, name);
+      return nullptr;
     }
-    if (!Attribute(element, "type", nullptr)) return;
+    if (!Attribute(source.element, "type", nullptr)) return nullptr;
     CSimpleType simple;
     const CComponent* complex = nullptr;
-    if (ResolveSimpleByName(doc, element, "type", &simple, &complex) || complex == nullptr) return;
+    if (ResolveSimpleByName(*source.doc, source.element, "type", &simple, &complex) ||
+        complex == nullptr) {
+      return nullptr;
+    }
     std::string typeName;
     Attribute(complex->element, "name", &typeName);
     CClassModel* type = ClassOfType(*complex->doc, complex->element, typeName);
-    if (type->abstract) return;
+    if (type->abstract) return type;
     const std::string wanted = m_naming.classPrefix + PascalCase(name) + m_naming.classSuffix;
     if (m_names.count(wanted) != 0) {
       if (type->elementName.empty()) type->elementName = name;
-      return;
+      return type;
     }
     CClassModel* model = NewClass(doc, element, name);
     Inherit(model, type);
@@ -1251,6 +1600,7 @@ class CReader {
     model->targetNamespace = doc.targetNamespace;
     model->propertyCount = type->propertyCount;
     model->complete = true;
+    return model;
   }
 
   // Names, substitution and class ids once every class is known.
@@ -1294,11 +1644,23 @@ class CReader {
   std::map<std::string, int> m_named;  // canonical path of each named schema: its output
   std::map<CQName, CComponent> m_types, m_elements, m_attributes, m_groups, m_attributeGroups;
   std::map<const CXmlElement*, CClassModel*> m_classes;
+  std::vector<CComponent> m_elementOrder;         // the global elements in document order
+  std::set<const CXmlElement*> m_checkedMembers;  // substitution group members checked
+  std::map<const CXmlElement*, std::vector<CComponent>> m_substitutes;  // of each head
   std::map<const CXmlElement*, CSimpleType> m_simpleTypes;
   std::set<const CXmlElement*> m_simpleInProgress;
   std::set<const CXmlElement*> m_listTypes;
   std::set<std::string> m_names;
   bool m_resolvingBase = false;
+  // The classes being filled, innermost last, each with whether it was reached as a base.
+  std::vector<std::pair<CClassModel*, bool>> m_filling;
+  // Classes whose filling waits for a type they derive from, in the order they were reached.
+  struct CPending {
+    CDoc* doc;
+    CXmlElement* complexType;
+    CClassModel* model;
+  };
+  std::vector<CPending> m_pending;
 };
 
 }  // namespace

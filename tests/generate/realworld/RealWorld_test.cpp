@@ -4,6 +4,7 @@
 #include "gdalvrt.h"
 #include "gmlasconf.h"
 #include "nitf.h"
+#include "ocil-2.0.h"
 #include "ogrvrt.h"
 #include "unit/TestSupport.h"
 #include "vdv452.h"
@@ -62,6 +63,7 @@ TEST(RealWorldSchemas, DocumentsRoundTripThroughTheGeneratedClasses) {
   ExpectRoundTrip<nitf::CRoot>("gdal/nitf.xml");
   ExpectRoundTrip<ogrvrt::COGRVRTDataSource>("gdal/ogrvrt.xml");
   ExpectRoundTrip<gdalvrt::CVRTDataset>("gdal/gdalvrt.xml");
+  ExpectRoundTrip<ocil::COcil>("openscap/ocil.xml");
 }
 
 }  // namespace

@@ -334,6 +334,17 @@ TEST(CDateTime, AddsDurations) {
             "Invalid Year [");
   huge = CDateTimeSpan(0, UINT32_MAX, UINT32_MAX, UINT32_MAX, UINT64_MAX, UINT64_MAX);
   EXPECT_THROW(CDateTime("2000-01-01T00:00:00") - huge, COvInvalidValueException);
+  // Nor do they reach year 0, which would print as a date that does not parse.
+  const std::pair<const char*, const char*> toYearZero[] = {{"0024-02-20T00:00:00", "-P24Y"},
+                                                            {"0001-01-01T00:00:00", "-PT1S"},
+                                                            {"-0001-12-31T00:00:00", "P1D"}};
+  for (const auto& [when, span] : toYearZero) {
+    EXPECT_EQ(MessageOf([&] { plus(when, span); }),
+              "Invalid Year [0] (9999 <= year <= -9999 && year != 0)")
+        << when << span;
+  }
+  EXPECT_EQ(MessageOf([] { CDateTime("0001-01-01T01:00:00+05:00").GetNormalized(); }),
+            "Invalid Year [0] (9999 <= year <= -9999 && year != 0)");
 
   CDateTime value("2000-01-01T00:00:00");
   value += CDateTimeSpan(24, 0, 0);
