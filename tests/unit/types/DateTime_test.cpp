@@ -338,13 +338,10 @@ TEST(CDateTime, AddsDurations) {
   const std::pair<const char*, const char*> toYearZero[] = {{"0024-02-20T00:00:00", "-P24Y"},
                                                             {"0001-01-01T00:00:00", "-PT1S"},
                                                             {"-0001-12-31T00:00:00", "P1D"}};
-  for (const auto& [when, span] : toYearZero) {
-    // Clang 14 lets no lambda capture a structured binding: the lambda names copies.
-    const char* const start = when;
-    const char* const duration = span;
-    EXPECT_EQ(MessageOf([&] { plus(start, duration); }),
+  for (const auto& step : toYearZero) {
+    EXPECT_EQ(MessageOf([&] { plus(step.first, step.second); }),
               "Invalid Year [0] (9999 <= year <= -9999 && year != 0)")
-        << when << span;
+        << step.first << step.second;
   }
   EXPECT_EQ(MessageOf([] { CDateTime("0001-01-01T01:00:00+05:00").GetNormalized(); }),
             "Invalid Year [0] (9999 <= year <= -9999 && year != 0)");
